@@ -1,0 +1,54 @@
+// Compares a table's field map and keys with the layout that the platform publishes, at compile time. The two are written
+// down apart, so each is the other's witness: what end-to-end offsets do not show, two fields of one width that changed
+// places, shows here.
+#pragma once
+
+#include <string_view>
+
+#include "frame/keys.h"
+#include "mcast6_platform/layout.h"
+
+namespace mcast6 {
+
+// Declared, never defined: a disagreement ends, while compiling, at the call that names it.
+void record_size_differs_from_the_published_layout();
+void row_lacks_a_published_field();
+void row_has_a_field_that_is_not_published();
+void field_name_differs_from_the_published_layout();
+void field_place_differs_from_the_published_layout();
+void field_kind_differs_from_the_published_layout();
+
+template <class Field>
+constexpr void compareField(const layout::Field& published) {
+    if (std::string_view(published.name) != Field::name()) field_name_differs_from_the_published_layout();
+    if (published.offset != Field::offset || published.width != Field::width) {
+        field_place_differs_from_the_published_layout();
+    }
+    if (published.isScalar != Field::isScalar) field_kind_differs_from_the_published_layout();
+}
+
+// Whether the row is the published one, field by field; reserved bytes are not published.
+template <class Row>
+consteval bool agrees(uint16_t publishedSize, const auto& publishedFields) {
+    if (publishedSize != Row::size) record_size_differs_from_the_published_layout();
+    size_t next = 0;
+    Row::forEach([&]<class Field>(const Field*) {
+        if constexpr (!Field::isReserved) {
+            if (next == std::size(publishedFields)) row_has_a_field_that_is_not_published();
+            compareField<Field>(publishedFields[next++]);
+        }
+    });
+    if (next != std::size(publishedFields)) row_lacks_a_published_field();
+    return true;
+}
+
+// Whether the key is one of the published ones.
+template <class Key>
+consteval bool isPublished(const auto& publishedKeys) {
+    for (const layout::Key& published : publishedKeys) {
+        if (Key::agrees(published)) return true;
+    }
+    return false;
+}
+
+}  // namespace mcast6

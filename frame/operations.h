@@ -1,0 +1,370 @@
+// The operations that tables share, written once.
+//
+// Each template is the algorithm of one kind of operation: it takes the steps, finds the way out, and concludes with the
+// outcome that the table gives for it (outcome.h). It has no switches: where a table's steps differ, and not just what
+// follows from them, the table has a short function of its own instead.
+//
+// What a table gives (Table below):
+//     Record                      the caller's record
+//     number, logId               row of the error statistics, log id of its messages
+//     objects                     its exported pair {create, release}, used for every object but cached ones
+//     Row, Primary                its field map and primary key
+//     set, get                    its exported conversions
+//     setAllFields                the accessor that fills an object from a row
+//     onRead, onWrite, ...        its outcomes
+#pragma once
+
+#include "frame/codes.h"
+#include "frame/keys.h"
+#include "frame/outcome.h"
+#include "mcast6_db/iterator.h"
+#include "mcast6_platform/engine.h"
+
+namespace mcast6 {
+
+struct CreateOutcomes {
+    Outcome created;
+    Outcome failed;
+};
+
+struct ReadOutcomes {
+    Outcome nullRecord;
+    Outcome createFailed;
+    Outcome found;
+    Outcome absent;
+    Outcome readFailed;
+};
+
+// A read with an object that is there already.
+struct KeyedReadOutcomes {
+    Outcome found;
+    Outcome absent;
+    Outcome readFailed;
+};
+
+// How a read comes by its object where the read itself is a keyed read with outcomes of its own.
+struct GivenObjectOutcomes {
+    Outcome nullRecord;
+    Outcome createFailed;
+};
+
+struct WriteOutcomes {
+    Outcome nullRecord;
+    Outcome createFailed;
+    Outcome setFailed;
+    Outcome written;
+    Outcome code13044;
+    Outcome writeFailed;
+};
+
+struct UpdateOutcomes {
+    Outcome nullRecord;
+    Outcome createFailed;
+    Outcome setFailed;
+    Outcome updated;
+    Outcome code13044;
+    Outcome updateFailed;
+};
+
+struct RemoveOutcomes {
+    Outcome nullRecord;
+    Outcome createFailed;
+    Outcome removed;
+    Outcome code13044;
+    Outcome removeFailed;
+};
+
+struct EntryOutcomes {
+    Outcome nullParameter;
+    Outcome ended;
+    Outcome nextFailed;
+    Outcome entry;
+    Outcome vanished;
+    Outcome readFailed;
+};
+
+// An iterator that the frame builds; the result is null whatever the outcome says.
+struct IterOutcomes {
+    Outcome failed;
+};
+
+struct CacheOutcomes {
+    Outcome createFailed;
+    Outcome resetFailed;
+};
+
+// How a table reaches the objects of the engine.
+struct Accessors {
+    Mcast6DbCreateFunc create;
+    void (*release)(Mcast6DbHandle object);
+    uint32_t (*setAllFields)(Mcast6DbHandle object, const void* row, uint32_t length);
+};
+
+constexpr bool releasesEach(int times, const auto&... outcomes) {
+    return ((!outcomes.isTested || outcomes.releases() == times) && ...);
+}
+
+// ---- Conversions
+
+template <class Table, auto kTold = nullptr>
+uint32_t setRow(const typename Table::Record* record, void* row) {
+    return Table::Row::template set<kTold>(*record, static_cast<std::byte*>(row),
+                                           static_cast<uint64_t>(MCAST6_DB_GetSysTime()));
+}
+
+template <class Table, auto kTold = nullptr>
+uint32_t getRecord(const void* row, typename Table::Record* record) {
+    const uint32_t told = Table::Row::template get<kTold>(static_cast<const std::byte*>(row), *record);
+    Table::OnGet::get(*record);
+    return told;
+}
+
+// Stamps a row with the current time, which it gives back: the smooth time always, the creation time when asked.
+template <class Table>
+uint64_t stampRow(bool withCreate, void* row) {
+    using Record = typename Table::Record;
+    using Create = decltype(Table::Row::template fieldOf<&Record::timeStampCreate>());
+    using Smooth = decltype(Table::Row::template fieldOf<&Record::timeStampSmooth>());
+    const auto now = static_cast<uint64_t>(MCAST6_DB_GetSysTime());
+    store(static_cast<std::byte*>(row) + Smooth::offset, now);
+    if (withCreate) store(static_cast<std::byte*>(row) + Create::offset, now);
+    return now;
+}
+
+template <class Table>
+void putPrimaryKey(uint32_t* keyWord, void* key, const typename Table::Record* record) {
+    *keyWord = Table::Primary::word;
+    Table::Primary::put(static_cast<std::byte*>(key), *record);
+}
+
+// ---- Objects
+
+template <class Table>
+uint32_t createObject(uint32_t objType, uint32_t connType, Mcast6DbHandle* object) {
+    const uint32_t code = Table::accessors.create(objType, connType, object);
+    const Step step{.code = code, .objType = objType, .connType = connType};
+    if (code != kOk) return conclude<Table, Table::onCreate, &CreateOutcomes::failed>(step);
+    return conclude<Table, Table::onCreate, &CreateOutcomes::created>(step);
+}
+
+// Makes '*slot' hold a cached object that was just reset.
+template <class Table, const CacheOutcomes& kOn>
+uint32_t obtainCached(uint32_t objType, uint32_t connType, Mcast6DbHandle* slot, const Mcast6DbCacheFuncs& funcs) {
+    Step step{.object = *slot, .objType = objType, .connType = connType};
+    if (step.object == 0) {
+        step.code = funcs.create(objType, connType, &step.object);
+        if (step.code != kOk) return conclude<Table, kOn, &CacheOutcomes::createFailed>(step);
+    }
+    step.code = funcs.reset(step.object);
+    if (step.code != kOk) return conclude<Table, kOn, &CacheOutcomes::resetFailed>(step);
+    *slot = step.object;
+    return kOk;
+}
+
+// ---- Field setters of updates: a list, called in order and to the end; the codes are ORed
+
+template <auto kSetter, auto kMember>
+struct Sets {
+    static uint32_t apply(Mcast6DbHandle object, const RecordOf<kMember>& record) {
+        if constexpr (std::is_invocable_v<decltype(kSetter), Mcast6DbHandle, const void*, uint32_t>) {
+            return kSetter(object, &(record.*kMember), sizeof(TypeOf<kMember>));
+        } else {
+            return kSetter(object, valueOf<kMember>(record));
+        }
+    }
+};
+
+template <auto kSetter>
+struct SetsNow {
+    static uint32_t apply(Mcast6DbHandle object, const auto& /*record*/) {
+        return kSetter(object, static_cast<uint64_t>(MCAST6_DB_GetSysTime()));
+    }
+};
+
+template <class... Setters>
+struct FieldSetters {
+    static uint32_t apply(Mcast6DbHandle object, const auto& record) {
+        uint32_t code = kOk;
+        ((code |= Setters::apply(object, record)), ...);
+        return code;
+    }
+};
+
+// ---- One record
+
+template <class Table>
+uint32_t readRow(Mcast6DbHandle object, const typename Table::Record& record, std::byte (&row)[Table::Row::size]) {
+    const auto key = Table::Primary::of(record);
+    return db_read_obj_with_buf(object, &key.descriptor, key.bytes, row, sizeof row);
+}
+
+template <class Table, const KeyedReadOutcomes& kOn>
+uint32_t keyedRead(typename Table::Record* record, Mcast6DbHandle object) {
+    std::byte row[Table::Row::size]{};
+    const Step step{.code = readRow<Table>(object, *record, row), .object = object};
+    if (step.code == kNoSuchObject) return conclude<Table, kOn, &KeyedReadOutcomes::absent>(step);
+    if (step.code != kOk) return conclude<Table, kOn, &KeyedReadOutcomes::readFailed>(step);
+    Table::get(row, record);
+    return conclude<Table, kOn, &KeyedReadOutcomes::found>(step);
+}
+
+// A keyed read with an object made for it, which is released whatever the read says.
+template <class Table, const GivenObjectOutcomes& kOn, const KeyedReadOutcomes& kOnRead>
+uint32_t readWithOwnObject(typename Table::Record* record) {
+    if constexpr (kOn.nullRecord.isTested) {
+        if (record == nullptr) return conclude<Table, kOn, &GivenObjectOutcomes::nullRecord>({});
+    }
+    Step step;
+    step.code = Table::objects.create(kReadObject, kConnType, &step.object);
+    if (step.code != kOk) return conclude<Table, kOn, &GivenObjectOutcomes::createFailed>(step);
+    const uint32_t code = keyedRead<Table, kOnRead>(record, step.object);
+    Table::objects.release(step.object);
+    return code;
+}
+
+template <class Table, const ReadOutcomes& kOn = Table::onRead>
+uint32_t readRecord(typename Table::Record* record) {
+    static_assert(releasesEach(0, kOn.nullRecord, kOn.createFailed) && releasesEach(1, kOn.found, kOn.absent, kOn.readFailed),
+                  "onRead: after the create every way out releases the object exactly once");
+    if constexpr (kOn.nullRecord.isTested) {
+        if (record == nullptr) return conclude<Table, kOn, &ReadOutcomes::nullRecord>({});
+    }
+    Step step;
+    step.code = Table::objects.create(kReadObject, kConnType, &step.object);
+    if (step.code != kOk) return conclude<Table, kOn, &ReadOutcomes::createFailed>(step);
+
+    std::byte row[Table::Row::size]{};
+    step.code = readRow<Table>(step.object, *record, row);
+    if (step.code == kNoSuchObject) return conclude<Table, kOn, &ReadOutcomes::absent>(step);
+    if (step.code != kOk) return conclude<Table, kOn, &ReadOutcomes::readFailed>(step);
+    Table::get(row, record);
+    return conclude<Table, kOn, &ReadOutcomes::found>(step);
+}
+
+template <class Table, const WriteOutcomes& kOn = Table::onWrite>
+uint32_t writeRecord(const typename Table::Record* record) {
+    static_assert(releasesEach(0, kOn.nullRecord, kOn.createFailed) &&
+                      releasesEach(1, kOn.setFailed, kOn.written, kOn.code13044, kOn.writeFailed),
+                  "onWrite: after the create every way out releases the object exactly once");
+    if constexpr (kOn.nullRecord.isTested) {
+        if (record == nullptr) return conclude<Table, kOn, &WriteOutcomes::nullRecord>({});
+    }
+    Step step;
+    step.code = Table::objects.create(kWriteObject, kConnType, &step.object);
+    if (step.code != kOk) return conclude<Table, kOn, &WriteOutcomes::createFailed>(step);
+
+    std::byte row[Table::Row::size]{};
+    Table::set(record, row);
+    step.code = Table::accessors.setAllFields(step.object, row, sizeof row);
+    if (step.code != kOk) return conclude<Table, kOn, &WriteOutcomes::setFailed>(step);
+
+    step.code = db_write_obj(step.object);
+    if (step.code == kOk) return conclude<Table, kOn, &WriteOutcomes::written>(step);
+    if (step.code == kExistsOrAbsent) return conclude<Table, kOn, &WriteOutcomes::code13044>(step);
+    return conclude<Table, kOn, &WriteOutcomes::writeFailed>(step);
+}
+
+// Sets some fields of the stored record with the key of 'record'. A failed setter ends the update.
+template <class Table, const UpdateOutcomes& kOn, class Setters>
+uint32_t updateRecord(const typename Table::Record* record) {
+    static_assert(releasesEach(0, kOn.nullRecord, kOn.createFailed) &&
+                      releasesEach(1, kOn.setFailed, kOn.updated, kOn.code13044, kOn.updateFailed),
+                  "an update: after the create every way out releases the object exactly once");
+    if constexpr (kOn.nullRecord.isTested) {
+        if (record == nullptr) return conclude<Table, kOn, &UpdateOutcomes::nullRecord>({});
+    }
+    Step step;
+    step.code = Table::objects.create(kUpdateObject, kConnType, &step.object);
+    if (step.code != kOk) return conclude<Table, kOn, &UpdateOutcomes::createFailed>(step);
+
+    step.code = Setters::apply(step.object, *record);
+    if (step.code != kOk) return conclude<Table, kOn, &UpdateOutcomes::setFailed>(step);
+
+    const auto key = Table::Primary::of(*record);
+    step.code = db_update_obj(step.object, &key.descriptor, key.bytes);
+    if (step.code == kOk) return conclude<Table, kOn, &UpdateOutcomes::updated>(step);
+    if (step.code == kExistsOrAbsent) return conclude<Table, kOn, &UpdateOutcomes::code13044>(step);
+    return conclude<Table, kOn, &UpdateOutcomes::updateFailed>(step);
+}
+
+template <class Table, const RemoveOutcomes& kOn = Table::onRemove>
+uint32_t removeRecord(const typename Table::Record* record) {
+    static_assert(releasesEach(0, kOn.nullRecord, kOn.createFailed) &&
+                      releasesEach(1, kOn.removed, kOn.code13044, kOn.removeFailed),
+                  "onRemove: after the create every way out releases the object exactly once");
+    if constexpr (kOn.nullRecord.isTested) {
+        if (record == nullptr) return conclude<Table, kOn, &RemoveOutcomes::nullRecord>({});
+    }
+    Step step;
+    step.code = Table::objects.create(kRemoveObject, kConnType, &step.object);
+    if (step.code != kOk) return conclude<Table, kOn, &RemoveOutcomes::createFailed>(step);
+
+    const auto key = Table::Primary::of(*record);
+    step.code = db_remove_obj(step.object, &key.descriptor, key.bytes);
+    if (step.code == kOk) return conclude<Table, kOn, &RemoveOutcomes::removed>(step);
+    if (step.code == kExistsOrAbsent) return conclude<Table, kOn, &RemoveOutcomes::code13044>(step);
+    return conclude<Table, kOn, &RemoveOutcomes::removeFailed>(step);
+}
+
+// ---- Iterators
+
+template <class Table, const IterOutcomes& kOn>
+Mcast6DbRes* createIter(const Mcast6DbKeyDesc* descriptor, const void* key) {
+    Mcast6DbRes* const iterator = MCAST6_DB_CreateIterCommon(&Table::objects, descriptor, key);
+    if (iterator == nullptr) conclude<Table, kOn, &IterOutcomes::failed>({});
+    return iterator;
+}
+
+// Reads the record at an iterator's position.
+template <class Table>
+uint32_t readPosition(const Mcast6DbRes& iterator, std::byte (&row)[Table::Row::size]) {
+    return db_read_obj_with_buf(iterator.object, nullptr, nullptr, row, sizeof row);
+}
+
+template <class Table, const EntryOutcomes& kOn = Table::onEntry>
+uint32_t nextRecord(const Mcast6DbRes* iterator, typename Table::Record* record) {
+    if constexpr (kOn.nullParameter.isTested) {
+        if (iterator == nullptr || record == nullptr) return conclude<Table, kOn, &EntryOutcomes::nullParameter>({});
+    }
+    Step step{.code = db_root_iterator_next(iterator->rootIter)};
+    if (step.code == kEndOfIteration) return conclude<Table, kOn, &EntryOutcomes::ended>(step);
+    if (step.code != kOk) return conclude<Table, kOn, &EntryOutcomes::nextFailed>(step);
+
+    std::byte row[Table::Row::size]{};
+    step.code = readPosition<Table>(*iterator, row);
+    if (step.code == kNoSuchObject) return conclude<Table, kOn, &EntryOutcomes::vanished>(step);
+    if (step.code != kOk) return conclude<Table, kOn, &EntryOutcomes::readFailed>(step);
+    Table::get(row, record);
+    return conclude<Table, kOn, &EntryOutcomes::entry>(step);
+}
+
+// Releases a handle with its object; the root iterator goes with the object.
+template <class Table>
+void releaseIter(Mcast6DbRes* iterator) {
+    if (iterator == nullptr) return;
+    Table::objects.release(iterator->object);
+    MCAST6_DB_Free(iterator);
+}
+
+// ---- Counts
+
+// Where the engine puts a count: 32 bits are read, and an engine that fills 64 finds room.
+struct alignas(uint64_t) CountWord {
+    uint32_t low = 0;
+    uint32_t high = 0;
+};
+
+// Counts all records with an object of type 9; '*count' is written on success.
+template <class Table>
+uint32_t countAll(uint32_t* count) {
+    Mcast6DbHandle object = 0;
+    uint32_t code = Table::objects.create(kCountObject, kConnType, &object);
+    if (code != kOk) return code;
+    CountWord counted;
+    code = db_get_table_record_count(object, &counted.low);
+    Table::objects.release(object);
+    if (code == kOk) *count = counted.low;
+    return code;
+}
+
+}  // namespace mcast6

@@ -1,0 +1,173 @@
+// Outcomes: what a table does on each way out of an operation, as data.
+//
+// The operations of all tables take the same steps and differ in what happens when a step ends: which counter moves,
+// whether a line is logged before or after the object is released, what is recorded under which table number, what is
+// returned. So an operation template (operations.h) only finds the way out; the table says, for each, an ordered list of
+// effects and a result:
+//
+//     .written     = {released, dfx(kWritten), returns(0)},
+//     .code13044   = {released, record(Error::code13044), dfx(kWritten), returns(0)},
+//     .writeFailed = {released, logCode("... failed, ret:%u."), record(Error::write), dfx(kWriteFailed), engineCode},
+//
+// Outcomes are constants and are taken apart at compile time: an operation compiles to straight calls, with no loop and no
+// test of what an outcome holds. There is no default outcome; a table that forgets one does not compile. A message that
+// does not fit its effect, or an object released twice on one way, does not compile either.
+#pragma once
+
+#include <cstddef>
+#include <utility>
+
+#include "frame/codes.h"
+#include "frame/log.h"
+#include "mcast6_db/iterator.h"
+#include "mcast6_platform/host.h"
+
+namespace mcast6 {
+
+struct Effect {
+    enum class Kind : uint8_t { release, log, logCode, logObject, dfx, kpi, record, tell };
+    static constexpr uint32_t kOfTable = ~uint32_t{0};  // the table's own log id or table number
+
+    Kind kind;
+    uint32_t number = 0;        // counter, KPI or error kind
+    uint32_t owner = kOfTable;  // log id or table number
+    const char* text = nullptr;
+    void (*function)() = nullptr;
+};
+
+// Declared, never defined: effects are constants, so a message that breaks the rule does not compile.
+void log_takes_a_message_without_conversions();
+void logCode_takes_a_message_with_exactly_one_conversion();
+void logObject_takes_a_message_with_exactly_three_conversions();
+
+constexpr int conversions(const char* text) {
+    int count = 0;
+    for (; *text != '\0'; ++text) count += *text == '%' ? 1 : 0;
+    return count;
+}
+
+// The effects. A message stands whole in the table's file; 'logId' is given only where it is not the table's own.
+inline constexpr Effect released{.kind = Effect::Kind::release};
+
+consteval Effect log(const char* text, uint32_t logId = Effect::kOfTable) {
+    if (conversions(text) != 0) log_takes_a_message_without_conversions();
+    return {.kind = Effect::Kind::log, .owner = logId, .text = text};
+}
+
+// Logs what the step before returned.
+consteval Effect logCode(const char* text, uint32_t logId = Effect::kOfTable) {
+    if (conversions(text) != 1) logCode_takes_a_message_with_exactly_one_conversion();
+    return {.kind = Effect::Kind::logCode, .owner = logId, .text = text};
+}
+
+// Logs objType, connType and what the step before returned.
+consteval Effect logObject(const char* text, uint32_t logId = Effect::kOfTable) {
+    if (conversions(text) != 3) logObject_takes_a_message_with_exactly_three_conversions();
+    return {.kind = Effect::Kind::logObject, .owner = logId, .text = text};
+}
+
+consteval Effect dfx(uint32_t counter) { return {.kind = Effect::Kind::dfx, .number = counter}; }
+
+consteval Effect kpi(uint32_t indicator) { return {.kind = Effect::Kind::kpi, .number = indicator}; }
+
+// Records an error kind, under another table's number where one is given.
+consteval Effect record(Error error, uint32_t tableNumber = Effect::kOfTable) {
+    return {.kind = Effect::Kind::record, .number = static_cast<uint32_t>(error), .owner = tableNumber};
+}
+
+// Calls a host function.
+consteval Effect tells(void (*function)()) { return {.kind = Effect::Kind::tell, .function = function}; }
+
+struct Result {
+    bool isCode;
+    uint32_t value;
+};
+
+consteval Result returns(uint32_t value) { return {false, value}; }
+
+// The result is what the step before returned.
+inline constexpr Result engineCode{true, 0};
+
+inline constexpr size_t kMaxEffects = 6;
+
+struct Outcome {
+    Effect effects[kMaxEffects]{};
+    uint8_t effectCount = 0;
+    bool isTested = true;
+    Result result{};
+
+    template <class... Parts>
+    consteval Outcome(Parts... parts) {  // NOLINT(google-explicit-constructor): tables write {effect, ..., result}
+        static_assert(sizeof...(Parts) >= 1 && sizeof...(Parts) <= kMaxEffects + 1, "effects, then one result");
+        (take(parts), ...);
+    }
+
+    static consteval Outcome untested() {
+        Outcome outcome{returns(0)};
+        outcome.isTested = false;
+        return outcome;
+    }
+
+    constexpr int releases() const {
+        int count = 0;
+        for (uint8_t i = 0; i < effectCount; ++i) count += effects[i].kind == Effect::Kind::release ? 1 : 0;
+        return count;
+    }
+
+private:
+    constexpr void take(const Effect& effect) { effects[effectCount++] = effect; }
+    constexpr void take(const Result& last) { result = last; }
+};
+
+// Stands where a table does not look for a null: the caller guarantees that there is none.
+inline constexpr Outcome callerGuarantees = Outcome::untested();
+
+// What the effects of an outcome may speak of.
+struct Step {
+    uint32_t code = kOk;
+    Mcast6DbHandle object = 0;
+    uint32_t objType = 0;
+    uint32_t connType = kConnType;
+};
+
+template <class Table, const auto& kOn, auto kWay, size_t kIndex>
+[[gnu::always_inline]] inline void takeEffect([[maybe_unused]] const Step& step) {
+    constexpr Effect effect = (kOn.*kWay).effects[kIndex];
+    using Kind = Effect::Kind;
+    if constexpr (effect.kind == Kind::release) {
+        Table::objects.release(step.object);
+    } else if constexpr (effect.kind == Kind::dfx) {
+        MCAST6_DfxCounterInc(effect.number);
+    } else if constexpr (effect.kind == Kind::kpi) {
+        MCAST6_KPI_AddKpiData(effect.number);
+    } else if constexpr (effect.kind == Kind::tell) {
+        effect.function();
+    } else if constexpr (effect.kind == Kind::record) {
+        if constexpr (effect.owner == Effect::kOfTable) {
+            MCAST6_DB_RecordErrState(Table::number, effect.number);
+        } else {
+            MCAST6_DB_RecordErrState(effect.owner, effect.number);
+        }
+    } else {
+        uint32_t logId = effect.owner;
+        if constexpr (effect.owner == Effect::kOfTable) logId = Table::logId;
+        if constexpr (effect.kind == Kind::log) logLine(logId, effect.text);
+        if constexpr (effect.kind == Kind::logCode) logLine(logId, effect.text, step.code);
+        if constexpr (effect.kind == Kind::logObject) {
+            logLine(logId, effect.text, step.objType, step.connType, step.code);
+        }
+    }
+}
+
+// Takes the effects of one way out, in order, and gives its result. 'kOn' is the table's outcomes of the operation,
+// 'kWay' the member that names the way.
+template <class Table, const auto& kOn, auto kWay>
+[[gnu::always_inline]] inline uint32_t conclude(const Step& step) {
+    constexpr Outcome outcome = kOn.*kWay;
+    [&]<size_t... kIndex>(std::index_sequence<kIndex...>) {
+        (takeEffect<Table, kOn, kWay, kIndex>(step), ...);
+    }(std::make_index_sequence<outcome.effectCount>{});
+    return outcome.result.isCode ? step.code : outcome.result.value;
+}
+
+}  // namespace mcast6
