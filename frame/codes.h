@@ -7,15 +7,23 @@ namespace mcast6 {
 
 // What the engine answers.
 inline constexpr uint32_t kOk = 0;
-inline constexpr uint32_t kExistsOrAbsent = 13044;   // write of a present record, update or removal of an absent one
-inline constexpr uint32_t kNoSuchObject = 15005;     // no record with this key, or none at this position any more
+inline constexpr uint32_t kExistsOrAbsent = 13044;  // write of a present record, update or removal of an absent one
+inline constexpr uint32_t kNoSuchObject = 15005;    // no record with this key, or none at this position any more
 inline constexpr uint32_t kEndOfIteration = 110012;
+inline constexpr uint32_t kTableFull = 110024;
 
 // What an operation answers besides engine codes.
 inline constexpr uint32_t kFailed = 1;
 inline constexpr uint32_t kNoRecord = 60;
 
-enum ObjType : uint32_t { kWriteObject = 0, kUpdateObject = 1, kReadObject = 3, kRemoveObject = 4, kIterateObject = 5, kCountObject = 9 };
+enum ObjType : uint32_t {
+    kWriteObject = 0,
+    kUpdateObject = 1,
+    kReadObject = 3,
+    kRemoveObject = 4,
+    kIterateObject = 5,
+    kCountObject = 9
+};
 inline constexpr uint32_t kConnType = 0;
 
 // Error kinds: the columns of the error statistics.

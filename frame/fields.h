@@ -254,7 +254,8 @@ private:
     static consteval bool endToEnd() {
         return []<size_t... kIndex>(std::index_sequence<kIndex...>) {
             return (CheckPlace<Fields, Fields::offset, endBefore(kIndex)>::value && ...);
-        }(std::index_sequence_for<Fields...>{});
+        }
+        (std::index_sequence_for<Fields...>{});
     }
 
     static constexpr int endBefore(size_t index) {

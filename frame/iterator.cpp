@@ -8,10 +8,6 @@ namespace mcast6 {
 
 namespace {
 
-// Property 0 with the value 1 is set on every root iterator.
-constexpr uint32_t kRecordsPerStep = 0;
-constexpr uint32_t kOneRecord = 1;
-
 // What the cached objects of all tables share, told in the form that a table has.
 struct Cache {
     enum Counter : uint32_t { kCreateFailed = 55, kResetFailed = 56 };
@@ -29,7 +25,7 @@ struct Cache {
 bool buildIter(const Mcast6DbIterFuncs& funcs, const Mcast6DbKeyDesc* descriptor, const void* key, Mcast6DbRes& built) {
     if (funcs.create(kIterateObject, kConnType, &built.object) != kOk) return false;
     if (db_create_root_iter(built.object, descriptor, key, &built.rootIter) == kOk &&
-        db_set_root_iterator_property(built.rootIter, kRecordsPerStep, &kOneRecord, sizeof kOneRecord) == kOk) {
+        setOneRecordPerStep(built.rootIter) == kOk) {
         return true;
     }
     funcs.release(built.object);

@@ -18,7 +18,9 @@ namespace mcast6 {
 inline constexpr uint32_t kPrimaryKind = 1;
 inline constexpr uint32_t kSecondaryKind = 9;
 
-constexpr uint32_t keyWord(uint32_t number, uint32_t kind, uint32_t length) { return number << 24 | kind << 16 | length; }
+constexpr uint32_t keyWord(uint32_t number, uint32_t kind, uint32_t length) {
+    return number << 24 | kind << 16 | length;
+}
 
 // A key ready for the engine. All bytes are zero before they are filled.
 template <uint32_t kWord>
@@ -47,7 +49,8 @@ void putKey(std::byte* place, const Values&... values) {
 // A key of these values, joined in order; each is as wide as its type.
 template <uint32_t kWord, class... Values>
 KeyBuffer<kWord> keyOf(const Values&... values) {
-    static_assert((sizeof(Values) + ... + 0) == KeyBuffer<kWord>::length, "the values do not add up to the key's length");
+    static_assert((sizeof(Values) + ... + 0) == KeyBuffer<kWord>::length,
+                  "the values do not add up to the key's length");
     KeyBuffer<kWord> key;
     putKey(key.bytes, values...);
     return key;

@@ -57,6 +57,11 @@ struct WriteOutcomes {
     Outcome writeFailed;
 };
 
+// For a table whose write tells a full table (110024) from other failures.
+struct LimitedWriteOutcomes : WriteOutcomes {
+    Outcome tableFull;
+};
+
 struct UpdateOutcomes {
     Outcome nullRecord;
     Outcome createFailed;
@@ -74,6 +79,11 @@ struct RemoveOutcomes {
     Outcome removeFailed;
 };
 
+// For a table to whose removal 15005 means something else than a failure.
+struct RemoveOrAbsentOutcomes : RemoveOutcomes {
+    Outcome code15005;
+};
+
 struct EntryOutcomes {
     Outcome nullParameter;
     Outcome ended;
@@ -86,6 +96,19 @@ struct EntryOutcomes {
 // An iterator that the frame builds; the result is null whatever the outcome says.
 struct IterOutcomes {
     Outcome failed;
+};
+
+// An iterator that a module builds itself, with a report of its own for each step.
+struct BuildOutcomes {
+    Outcome createFailed;
+    Outcome rootIterFailed;
+    Outcome propertyFailed;
+    Outcome allocationFailed;
+};
+
+struct CountOutcomes {
+    Outcome createFailed;
+    Outcome countFailed;
 };
 
 struct CacheOutcomes {
@@ -224,8 +247,9 @@ uint32_t readWithOwnObject(typename Table::Record* record) {
 
 template <class Table, const ReadOutcomes& kOn = Table::onRead>
 uint32_t readRecord(typename Table::Record* record) {
-    static_assert(releasesEach(0, kOn.nullRecord, kOn.createFailed) && releasesEach(1, kOn.found, kOn.absent, kOn.readFailed),
-                  "onRead: after the create every way out releases the object exactly once");
+    static_assert(
+        releasesEach(0, kOn.nullRecord, kOn.createFailed) && releasesEach(1, kOn.found, kOn.absent, kOn.readFailed),
+        "onRead: after the create every way out releases the object exactly once");
     if constexpr (kOn.nullRecord.isTested) {
         if (record == nullptr) return conclude<Table, kOn, &ReadOutcomes::nullRecord>({});
     }
@@ -241,7 +265,7 @@ uint32_t readRecord(typename Table::Record* record) {
     return conclude<Table, kOn, &ReadOutcomes::found>(step);
 }
 
-template <class Table, const WriteOutcomes& kOn = Table::onWrite>
+template <class Table, const auto& kOn = Table::onWrite>
 uint32_t writeRecord(const typename Table::Record* record) {
     static_assert(releasesEach(0, kOn.nullRecord, kOn.createFailed) &&
                       releasesEach(1, kOn.setFailed, kOn.written, kOn.code13044, kOn.writeFailed),
@@ -261,12 +285,16 @@ uint32_t writeRecord(const typename Table::Record* record) {
     step.code = db_write_obj(step.object);
     if (step.code == kOk) return conclude<Table, kOn, &WriteOutcomes::written>(step);
     if (step.code == kExistsOrAbsent) return conclude<Table, kOn, &WriteOutcomes::code13044>(step);
+    if constexpr (requires { kOn.tableFull; }) {
+        if (step.code == kTableFull) return conclude<Table, kOn, &LimitedWriteOutcomes::tableFull>(step);
+    }
     return conclude<Table, kOn, &WriteOutcomes::writeFailed>(step);
 }
 
-// Sets some fields of the stored record with the key of 'record'. A failed setter ends the update.
-template <class Table, const UpdateOutcomes& kOn, class Setters>
-uint32_t updateRecord(const typename Table::Record* record) {
+// Changes the stored record with the key of 'record' in the fields that 'setFields' sets on the object it is given. A
+// failed setter ends the update.
+template <class Table, const UpdateOutcomes& kOn, class SetFields>
+uint32_t updateRecordWith(const typename Table::Record* record, SetFields setFields) {
     static_assert(releasesEach(0, kOn.nullRecord, kOn.createFailed) &&
                       releasesEach(1, kOn.setFailed, kOn.updated, kOn.code13044, kOn.updateFailed),
                   "an update: after the create every way out releases the object exactly once");
@@ -277,7 +305,7 @@ uint32_t updateRecord(const typename Table::Record* record) {
     step.code = Table::objects.create(kUpdateObject, kConnType, &step.object);
     if (step.code != kOk) return conclude<Table, kOn, &UpdateOutcomes::createFailed>(step);
 
-    step.code = Setters::apply(step.object, *record);
+    step.code = setFields(step.object, record);
     if (step.code != kOk) return conclude<Table, kOn, &UpdateOutcomes::setFailed>(step);
 
     const auto key = Table::Primary::of(*record);
@@ -287,7 +315,15 @@ uint32_t updateRecord(const typename Table::Record* record) {
     return conclude<Table, kOn, &UpdateOutcomes::updateFailed>(step);
 }
 
-template <class Table, const RemoveOutcomes& kOn = Table::onRemove>
+// The same with a list of setters.
+template <class Table, const UpdateOutcomes& kOn, class Setters>
+uint32_t updateRecord(const typename Table::Record* record) {
+    return updateRecordWith<Table, kOn>(record, [](Mcast6DbHandle object, const typename Table::Record* given) {
+        return Setters::apply(object, *given);
+    });
+}
+
+template <class Table, const auto& kOn = Table::onRemove>
 uint32_t removeRecord(const typename Table::Record* record) {
     static_assert(releasesEach(0, kOn.nullRecord, kOn.createFailed) &&
                       releasesEach(1, kOn.removed, kOn.code13044, kOn.removeFailed),
@@ -303,15 +339,54 @@ uint32_t removeRecord(const typename Table::Record* record) {
     step.code = db_remove_obj(step.object, &key.descriptor, key.bytes);
     if (step.code == kOk) return conclude<Table, kOn, &RemoveOutcomes::removed>(step);
     if (step.code == kExistsOrAbsent) return conclude<Table, kOn, &RemoveOutcomes::code13044>(step);
+    if constexpr (requires { kOn.code15005; }) {
+        if (step.code == kNoSuchObject) return conclude<Table, kOn, &RemoveOrAbsentOutcomes::code15005>(step);
+    }
     return conclude<Table, kOn, &RemoveOutcomes::removeFailed>(step);
 }
 
 // ---- Iterators
 
+// Takes the effects of a failed construction; the handle is null.
+template <class Table, const auto& kOn, auto kWay>
+Mcast6DbRes* concludeNull(const Step& step) {
+    conclude<Table, kOn, kWay>(step);
+    return nullptr;
+}
+
 template <class Table, const IterOutcomes& kOn>
 Mcast6DbRes* createIter(const Mcast6DbKeyDesc* descriptor, const void* key) {
     Mcast6DbRes* const iterator = MCAST6_DB_CreateIterCommon(&Table::objects, descriptor, key);
     if (iterator == nullptr) conclude<Table, kOn, &IterOutcomes::failed>({});
+    return iterator;
+}
+
+// Sets the property that every root iterator gets: one record a step.
+inline uint32_t setOneRecordPerStep(Mcast6DbHandle rootIter) {
+    constexpr uint32_t kRecordsPerStep = 0;
+    constexpr uint32_t kOne = 1;
+    return db_set_root_iterator_property(rootIter, kRecordsPerStep, &kOne, sizeof kOne);
+}
+
+// The steps of MCAST6_DB_CreateIterCommon, each with its own report.
+template <class Table, const BuildOutcomes& kOn>
+Mcast6DbRes* buildIter(const Mcast6DbKeyDesc* descriptor, const void* key) {
+    static_assert(releasesEach(0, kOn.createFailed) &&
+                      releasesEach(1, kOn.rootIterFailed, kOn.propertyFailed, kOn.allocationFailed),
+                  "a built iterator: after the create every failure releases the object exactly once");
+    Step step{.objType = kIterateObject};
+    step.code = Table::objects.create(kIterateObject, kConnType, &step.object);
+    if (step.code != kOk) return concludeNull<Table, kOn, &BuildOutcomes::createFailed>(step);
+
+    Mcast6DbHandle rootIter = 0;
+    step.code = db_create_root_iter(step.object, descriptor, key, &rootIter);
+    if (step.code != kOk) return concludeNull<Table, kOn, &BuildOutcomes::rootIterFailed>(step);
+    step.code = setOneRecordPerStep(rootIter);
+    if (step.code != kOk) return concludeNull<Table, kOn, &BuildOutcomes::propertyFailed>(step);
+
+    auto* const iterator = static_cast<Mcast6DbRes*>(MCAST6_DB_Malloc(sizeof(Mcast6DbRes)));
+    if (iterator == nullptr) return concludeNull<Table, kOn, &BuildOutcomes::allocationFailed>(step);
+    *iterator = {step.object, rootIter};
     return iterator;
 }
 
@@ -321,7 +396,8 @@ uint32_t readPosition(const Mcast6DbRes& iterator, std::byte (&row)[Table::Row::
     return db_read_obj_with_buf(iterator.object, nullptr, nullptr, row, sizeof row);
 }
 
-template <class Table, const EntryOutcomes& kOn = Table::onEntry>
+// 'kGet' is given where the entries of a table are converted otherwise than its keyed reads.
+template <class Table, const EntryOutcomes& kOn = Table::onEntry, auto kGet = Table::get>
 uint32_t nextRecord(const Mcast6DbRes* iterator, typename Table::Record* record) {
     if constexpr (kOn.nullParameter.isTested) {
         if (iterator == nullptr || record == nullptr) return conclude<Table, kOn, &EntryOutcomes::nullParameter>({});
@@ -334,7 +410,7 @@ uint32_t nextRecord(const Mcast6DbRes* iterator, typename Table::Record* record)
     step.code = readPosition<Table>(*iterator, row);
     if (step.code == kNoSuchObject) return conclude<Table, kOn, &EntryOutcomes::vanished>(step);
     if (step.code != kOk) return conclude<Table, kOn, &EntryOutcomes::readFailed>(step);
-    Table::get(row, record);
+    kGet(row, record);
     return conclude<Table, kOn, &EntryOutcomes::entry>(step);
 }
 
@@ -365,6 +441,21 @@ uint32_t countAll(uint32_t* count) {
     Table::objects.release(object);
     if (code == kOk) *count = counted.low;
     return code;
+}
+
+// Counts the records with a key with an object of type 9; '*count' is written on success. A failed count is told after
+// the object is gone.
+template <class Table, const CountOutcomes& kOn>
+uint32_t countByKey(const Mcast6DbKeyDesc* descriptor, const void* key, uint32_t* count) {
+    Step step;
+    step.code = Table::objects.create(kCountObject, kConnType, &step.object);
+    if (step.code != kOk) return conclude<Table, kOn, &CountOutcomes::createFailed>(step);
+    CountWord counted;
+    step.code = db_get_table_record_count_by_key(step.object, descriptor, key, &counted.low);
+    Table::objects.release(step.object);
+    if (step.code != kOk) return conclude<Table, kOn, &CountOutcomes::countFailed>(step);
+    *count = counted.low;
+    return kOk;
 }
 
 }  // namespace mcast6

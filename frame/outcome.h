@@ -164,9 +164,8 @@ template <class Table, const auto& kOn, auto kWay, size_t kIndex>
 template <class Table, const auto& kOn, auto kWay>
 [[gnu::always_inline]] inline uint32_t conclude(const Step& step) {
     constexpr Outcome outcome = kOn.*kWay;
-    [&]<size_t... kIndex>(std::index_sequence<kIndex...>) {
-        (takeEffect<Table, kOn, kWay, kIndex>(step), ...);
-    }(std::make_index_sequence<outcome.effectCount>{});
+    [&]<size_t... kIndex>(std::index_sequence<kIndex...>) { (takeEffect<Table, kOn, kWay, kIndex>(step), ...); }
+    (std::make_index_sequence<outcome.effectCount>{});
     return outcome.result.isCode ? step.code : outcome.result.value;
 }
 

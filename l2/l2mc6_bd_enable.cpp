@@ -154,13 +154,12 @@ uint32_t MCAST6_DB_GetL2McBdEnableEntry(Mcast6DbRes* iterator, L2McBdEnableEntry
 void MCAST6_DB_ReleaseL2McBdEnableIterator(Mcast6DbRes* iterator) { releaseIter<Table>(iterator); }
 
 uint32_t MCAST6_DB_SetBdEnableUpdateData(Mcast6DbHandle object, const L2McBdEnableEntry* record) {
-    using UpdateSetters =
-        FieldSetters<Sets<db_set_l2mc6_bd_enable_mldVersion, &E::mldVersion>,
-                     Sets<db_set_l2mc6_bd_enable_l2mcEnable, &E::l2mcEnable>,
-                     Sets<db_set_l2mc6_bd_enable_serviceStatus, &E::serviceStatus>,
-                     Sets<db_set_l2mc6_bd_enable_errCode, &E::errCode>,
-                     Sets<db_set_l2mc6_bd_enable_smoothVersion, &E::smoothVersion>,
-                     Sets<db_set_l2mc6_bd_enable_pathFlags, &E::pathFlags>>;
+    using UpdateSetters = FieldSetters<Sets<db_set_l2mc6_bd_enable_mldVersion, &E::mldVersion>,
+                                       Sets<db_set_l2mc6_bd_enable_l2mcEnable, &E::l2mcEnable>,
+                                       Sets<db_set_l2mc6_bd_enable_serviceStatus, &E::serviceStatus>,
+                                       Sets<db_set_l2mc6_bd_enable_errCode, &E::errCode>,
+                                       Sets<db_set_l2mc6_bd_enable_smoothVersion, &E::smoothVersion>,
+                                       Sets<db_set_l2mc6_bd_enable_pathFlags, &E::pathFlags>>;
     uint32_t code = UpdateSetters::apply(object, *record);
     code |= MCAST6_DB_SetMldBdTimeStamp(object, 0);
     if (code != kOk) logLine(Table::logId, "[MCAST6 DB]update l2 bd enable data, set field failed, ret:%u.", code);

@@ -13,14 +13,18 @@ namespace mcast6::l3mc6_mfib_query {
 using l3mc6_mfib::E;
 using l3mc6_mfib::Row;
 
-inline constexpr uint32_t kIterFailed = 115;   // KPI
-inline constexpr uint32_t kHashConflict = 5;   // error code
+inline constexpr uint32_t kIterFailed = 115;  // KPI
+inline constexpr uint32_t kHashConflict = 5;  // error code
 inline constexpr uint32_t kQueryTypes = 10;
 
 struct Table {
     static constexpr uint32_t logId = kLogLayer3Query;
     static constexpr Mcast6DbIterFuncs objects{MCAST6_DB_CreateL3MfibObject, MCAST6_DB_ReleaseL3MfibObject};
     static constexpr IterOutcomes onIter{.failed = {kpi(kIterFailed), returns(0)}};
+    static constexpr CountOutcomes onCount{
+        .createFailed = {log("create l3mc6_mfib db object fail."), engineCode},
+        .countFailed = {log("query l3mc6_mfib db count fail."), engineCode},
+    };
 };
 
 // clang-format off
@@ -58,7 +62,7 @@ uint32_t iterByKey(Mcast6DbRes* resource, const KeyBuffer<kWord>& key, const cha
 
 // Counts the records of a key; a failure is logged once more, with the count's message.
 template <uint32_t kWord>
-uint32_t countByKey(const KeyBuffer<kWord>& key, uint32_t* count, const char* message) {
+uint32_t countOfKey(const KeyBuffer<kWord>& key, uint32_t* count, const char* message) {
     const uint32_t code = MCAST6_DB_GetL3MfibCountByKey(&key.descriptor, key.bytes, count);
     if (code != kOk) logLine(kLogLayer3Query, message);
     return code;
@@ -168,8 +172,7 @@ uint32_t MCAST6_DB_CreateL3MfibIterByRegIntfAndGrp(Mcast6DbRes* resource, const 
 }
 
 uint32_t MCAST6_DB_CreateL3MfibIterByErrCode(uint32_t vrId, Mcast6DbRes* resource) {
-    return iterByKey(resource, keyOf<kByErrCode>(vrId, kHashConflict),
-                     "MCAST6_DB_Create MfibIter by errCode failed.");
+    return iterByKey(resource, keyOf<kByErrCode>(vrId, kHashConflict), "MCAST6_DB_Create MfibIter by errCode failed.");
 }
 
 uint32_t MCAST6_DB_CreateL3MfibFwdIter(Mcast6DbRes* resource, uint32_t queryType, const L3Mc6MfibEntry* record) {
@@ -187,61 +190,47 @@ uint32_t MCAST6_DB_CreateL3MfibFwdIter(Mcast6DbRes* resource, uint32_t queryType
 uint32_t MCAST6_DB_GetL3MfibCnt(uint32_t* count) { return countAll<Table>(count); }
 
 uint32_t MCAST6_DB_GetL3MfibCountByKey(const Mcast6DbKeyDesc* descriptor, const void* key, uint32_t* count) {
-    Mcast6DbHandle object = 0;
-    uint32_t code = Table::objects.create(kCountObject, kConnType, &object);
-    if (code != kOk) {
-        logLine(kLogLayer3Query, "create l3mc6_mfib db object fail.");
-        return code;
-    }
-    CountWord counted;
-    code = db_get_table_record_count_by_key(object, descriptor, key, &counted.low);
-    Table::objects.release(object);
-    if (code != kOk) {
-        logLine(kLogLayer3Query, "query l3mc6_mfib db count fail.");
-        return code;
-    }
-    *count = counted.low;
-    return kOk;
+    return countByKey<Table, Table::onCount>(descriptor, key, count);
 }
 
 uint32_t MCAST6_DB_GetL3MfibFwdTotalNum(const L3Mc6MfibEntry* record, uint32_t* count) {
-    return countByKey(ByVrVrf::of(*record), count, "create object fail.");
+    return countOfKey(ByVrVrf::of(*record), count, "create object fail.");
 }
 
 uint32_t MCAST6_DB_GetL3MfibNumBySource(const L3Mc6MfibEntry* record, uint32_t* count) {
-    return countByKey(BySource::of(*record), count, "create object fail.");
+    return countOfKey(BySource::of(*record), count, "create object fail.");
 }
 
 uint32_t MCAST6_DB_GetL3MfibNumByGroup(const L3Mc6MfibEntry* record, uint32_t* count) {
-    return countByKey(ByGroup::of(*record), count, "create object fail.");
+    return countOfKey(ByGroup::of(*record), count, "create object fail.");
 }
 
 uint32_t MCAST6_DB_GetL3MfibNumByIntf(const L3Mc6MfibEntry* record, uint32_t* count) {
-    return countByKey(ByInterface::of(*record), count, "create object fail.");
+    return countOfKey(ByInterface::of(*record), count, "create object fail.");
 }
 
 uint32_t MCAST6_DB_GetL3MfibNumBySrcAndIntf(const L3Mc6MfibEntry* record, uint32_t* count) {
-    return countByKey(BySourceInterface::of(*record), count, "create object fail.");
+    return countOfKey(BySourceInterface::of(*record), count, "create object fail.");
 }
 
 uint32_t MCAST6_DB_GetL3MfibNumByGrpAndIntf(const L3Mc6MfibEntry* record, uint32_t* count) {
-    return countByKey(ByGroupInterface::of(*record), count, "create object fail.");
+    return countOfKey(ByGroupInterface::of(*record), count, "create object fail.");
 }
 
 uint32_t MCAST6_DB_GetL3MfibNumByRegIntf(const L3Mc6MfibEntry* record, uint32_t* count) {
-    return countByKey(ByRegister::of(*record), count, "get num by reg failed.");
+    return countOfKey(ByRegister::of(*record), count, "get num by reg failed.");
 }
 
 uint32_t MCAST6_DB_GetL3MfibNumByRegIntfAndSrc(const L3Mc6MfibEntry* record, uint32_t* count) {
-    return countByKey(ByRegisterSource::of(*record), count, "get num by reg and src failed.");
+    return countOfKey(ByRegisterSource::of(*record), count, "get num by reg and src failed.");
 }
 
 uint32_t MCAST6_DB_GetL3MfibNumByRegIntfAndGrp(const L3Mc6MfibEntry* record, uint32_t* count) {
-    return countByKey(ByRegisterGroup::of(*record), count, "get num by reg and grp failed.");
+    return countOfKey(ByRegisterGroup::of(*record), count, "get num by reg and grp failed.");
 }
 
 uint32_t MCAST6_DB_GetL3MfibHashConflictTotalNum(uint32_t vrId, uint32_t* count) {
-    return countByKey(keyOf<kByErrCode>(vrId, kHashConflict), count, "create object fail.");
+    return countOfKey(keyOf<kByErrCode>(vrId, kHashConflict), count, "create object fail.");
 }
 
 uint32_t MCAST6_DB_QueryL3MfibCountDispatch(const L3Mc6MfibEntry* record, uint32_t* count, uint32_t queryType) {

@@ -11,11 +11,11 @@ extern "C" {
 
 /* The caller's record, 80 bytes. Unless said otherwise a member is stored, and read back as stored. */
 typedef struct L2McBdEnableEntry {
-    uint32_t keyId1;          /* key */
-    uint32_t addrType;        /* key; reads back as 2 */
-    uint32_t getFlag;         /* not stored; reads back as 1 */
-    uint32_t keyId2;          /* key */
-    uint32_t spare1;          /* neither stored nor read back */
+    uint32_t keyId1;   /* key */
+    uint32_t addrType; /* key; reads back as 2 */
+    uint32_t getFlag;  /* not stored; reads back as 1 */
+    uint32_t keyId2;   /* key */
+    uint32_t spare1;   /* neither stored nor read back */
     uint32_t attrA;
     uint32_t mldVersion;
     uint32_t attrB;

@@ -14,21 +14,21 @@ extern "C" {
  * 'attr' carry the host's forwarding attributes, which the library only copies. Members named 'host' are neither stored
  * nor touched. */
 typedef struct L3Mc6MfibEntry {
-    uint32_t vrId;              /* key */
-    uint32_t vrfId;             /* key */
-    uint32_t addrType;          /* not stored; reads back as 2 */
-    Mcast6Ipv6Addr groupAddr;   /* key */
-    Mcast6Ipv6Addr sourceAddr;  /* key; all zero: any source */
+    uint32_t vrId;             /* key */
+    uint32_t vrfId;            /* key */
+    uint32_t addrType;         /* not stored; reads back as 2 */
+    Mcast6Ipv6Addr groupAddr;  /* key */
+    Mcast6Ipv6Addr sourceAddr; /* key; all zero: any source */
     uint8_t attr1;
     uint8_t attr2;
     uint16_t attr3;
     uint32_t attr4;
-    uint32_t inIfIndex;         /* incoming interface */
-    uint32_t regIfIndex;        /* register interface */
+    uint32_t inIfIndex;  /* incoming interface */
+    uint32_t regIfIndex; /* register interface */
     uint32_t attr7;
     uint8_t host1;
     uint8_t attr8;
-    uint32_t attr9;             /* the low 16 bits are stored */
+    uint32_t attr9; /* the low 16 bits are stored */
     uint32_t attr10;
     uint32_t attr11;
     uint32_t attr12;
@@ -39,11 +39,11 @@ typedef struct L3Mc6MfibEntry {
     uint32_t attr15;
     uint32_t attr16;
     uint32_t host4;
-    uint8_t mcStatSvcCtx[36];   /* statistics service context, opaque */
+    uint8_t mcStatSvcCtx[36]; /* statistics service context, opaque */
     uint32_t attr17[3];
     uint32_t attr18[3];
     uint32_t attr19[3];
-    uint32_t appSrcPid;         /* process that wrote the entry */
+    uint32_t appSrcPid; /* process that wrote the entry */
     uint32_t attr20;
     uint32_t smoothVersion;
     uint16_t attr21;
@@ -51,8 +51,8 @@ typedef struct L3Mc6MfibEntry {
     uint32_t attr23;
     uint32_t attr24;
     uint32_t host5;
-    uint64_t timeStampCreate;   /* seconds; the time of the last write, whatever the caller put there */
-    uint64_t timeStampSmooth;   /* seconds; the time of the last write or update */
+    uint64_t timeStampCreate; /* seconds; the time of the last write, whatever the caller put there */
+    uint64_t timeStampSmooth; /* seconds; the time of the last write or update */
     uint8_t hostTail[24];
 } L3Mc6MfibEntry;
 

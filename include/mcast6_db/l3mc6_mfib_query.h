@@ -129,7 +129,8 @@ MCAST6_API uint32_t MCAST6_DB_GetL3MfibHashConflictTotalNum(uint32_t vrId, uint3
  *   0      done
  *   1      no such query type (5, or above 9); logged
  *   other  the engine's code; logged besides what the count does itself */
-MCAST6_API uint32_t MCAST6_DB_QueryL3MfibCountDispatch(const L3Mc6MfibEntry *record, uint32_t *count, uint32_t queryType);
+MCAST6_API uint32_t MCAST6_DB_QueryL3MfibCountDispatch(const L3Mc6MfibEntry *record, uint32_t *count,
+                                                       uint32_t queryType);
 
 /* The same; a failure is logged once more. */
 MCAST6_API uint32_t MCAST6_DB_GetL3MfibFwdMatchNum(const L3Mc6MfibEntry *record, uint32_t *count, uint32_t queryType);

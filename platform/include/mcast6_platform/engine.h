@@ -47,18 +47,18 @@ extern "C" {
 
 enum {
     MCAST6_DB_OK = 0,
-    MCAST6_DB_EXISTS_OR_ABSENT = 13044,   /* write of a present key; update or removal of an absent one */
-    MCAST6_DB_NO_SUCH_RECORD = 15005,     /* read of an absent key, or of a position whose record is gone */
-    MCAST6_DB_END_OF_ITERATION = 110012,  /* step past the last record, again and again */
-    MCAST6_DB_TABLE_FULL = 110024,        /* write of a new record to a table at its capacity; nothing was stored */
-    MCAST6_DB_BAD_HANDLE = 120001,        /* unknown or released handle, or one of another kind or table */
-    MCAST6_DB_BAD_OPERATION = 120002,     /* not allowed by the object's type or state */
-    MCAST6_DB_BAD_LENGTH = 120003,        /* a length that is not the table's, the field's or the property's */
-    MCAST6_DB_BAD_KEY = 120004,           /* key word or key name that the table does not have */
-    MCAST6_DB_BAD_PROPERTY = 120005,      /* unknown root iterator property */
-    MCAST6_DB_BAD_ARGUMENT = 120006,      /* a null pointer or a value that the call does not know */
-    MCAST6_DB_NO_MEMORY = 120007,         /* nothing was changed */
-    MCAST6_DB_STORE_FAILED = 120008       /* the store behind the engine failed; nothing was changed */
+    MCAST6_DB_EXISTS_OR_ABSENT = 13044,  /* write of a present key; update or removal of an absent one */
+    MCAST6_DB_NO_SUCH_RECORD = 15005,    /* read of an absent key, or of a position whose record is gone */
+    MCAST6_DB_END_OF_ITERATION = 110012, /* step past the last record, again and again */
+    MCAST6_DB_TABLE_FULL = 110024,       /* write of a new record to a table at its capacity; nothing was stored */
+    MCAST6_DB_BAD_HANDLE = 120001,       /* unknown or released handle, or one of another kind or table */
+    MCAST6_DB_BAD_OPERATION = 120002,    /* not allowed by the object's type or state */
+    MCAST6_DB_BAD_LENGTH = 120003,       /* a length that is not the table's, the field's or the property's */
+    MCAST6_DB_BAD_KEY = 120004,          /* key word or key name that the table does not have */
+    MCAST6_DB_BAD_PROPERTY = 120005,     /* unknown root iterator property */
+    MCAST6_DB_BAD_ARGUMENT = 120006,     /* a null pointer or a value that the call does not know */
+    MCAST6_DB_NO_MEMORY = 120007,        /* nothing was changed */
+    MCAST6_DB_STORE_FAILED = 120008      /* the store behind the engine failed; nothing was changed */
 };
 
 /* Writes the record that was set on 'object' (type 0), as one step: the record and all its indexes, or nothing.

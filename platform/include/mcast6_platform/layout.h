@@ -8,7 +8,7 @@
 namespace mcast6::layout {
 
 struct Field {
-    const char* name;
+    const char *name;
     uint16_t offset;
     uint16_t width;
     bool isScalar;
@@ -28,7 +28,7 @@ struct Key {
     uint32_t word;
     uint8_t partCount;
     KeyPart parts[kMaxKeyParts];
-    const char* conditionName;  // sorted keys; otherwise null
+    const char *conditionName;  // sorted keys; otherwise null
 };
 
 }  // namespace mcast6::layout
