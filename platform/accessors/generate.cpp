@@ -21,12 +21,12 @@ using namespace mcast6::schema;
 namespace {
 
 constexpr std::string_view kPrototypes =
-    R"(uint32_t db_create_{table}_obj(uint32_t objType, uint32_t connType, uint64_t* object);
+    R"(uint32_t db_create_{table}_obj(uint32_t objType, uint32_t connType, uint64_t *object);
 void db_release_{table}_object(uint64_t object);
 uint32_t db_reset_{table}_object(uint64_t object, uint32_t objType);
-uint32_t db_create_{table}_cache_object(uint32_t objType, uint32_t connType, uint64_t* object);
+uint32_t db_create_{table}_cache_object(uint32_t objType, uint32_t connType, uint64_t *object);
 uint32_t db_reset_{table}_cache_object(uint64_t object);
-uint32_t db_set_{table}_all_fields(uint64_t object, const void* record, uint32_t length);
+uint32_t db_set_{table}_all_fields(uint64_t object, const void *record, uint32_t length);
 
 )";
 
@@ -98,17 +98,17 @@ std::string prototypesOf(const Table& table) {
             text += fmt::format("uint32_t db_set_{}_{}(uint64_t object, {} value);\n", table.name, field.name,
                                 typeOf(field));
         } else {
-            text += fmt::format("uint32_t db_set_{}_{}(uint64_t object, const void* bytes, uint32_t length);\n",
+            text += fmt::format("uint32_t db_set_{}_{}(uint64_t object, const void *bytes, uint32_t length);\n",
                                 table.name, field.name);
         }
     }
     text += '\n';
     for (const Field& field : table.fields) {
         if (isScalar(field)) {
-            text += fmt::format("uint32_t db_get_{}_{}(uint64_t object, {}* value);\n", table.name, field.name,
+            text += fmt::format("uint32_t db_get_{}_{}(uint64_t object, {} *value);\n", table.name, field.name,
                                 typeOf(field));
         } else {
-            text += fmt::format("uint32_t db_get_{}_{}(uint64_t object, void** bytes, uint32_t* length);\n", table.name,
+            text += fmt::format("uint32_t db_get_{}_{}(uint64_t object, void **bytes, uint32_t *length);\n", table.name,
                                 field.name);
         }
     }
