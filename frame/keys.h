@@ -30,20 +30,30 @@ struct KeyBuffer {
     std::byte bytes[length]{};
 };
 
-// Puts a value at 'place': scalars in host order, addresses in network order.
+// Puts a value at 'place': scalars in host order, addresses in network order. Gives the code of an address's copy, 0 for
+// a scalar.
 template <class Value>
-void putKeyPart(std::byte* place, const Value& value) {
+uint32_t putKeyPart(std::byte* place, const Value& value) {
     if constexpr (std::is_same_v<Value, Mcast6Ipv6Addr>) {
-        MCAST6_DB_SetAddress(place, sizeof value, &value, sizeof value);
+        return static_cast<uint32_t>(MCAST6_DB_SetAddress(place, sizeof value, &value, sizeof value));
     } else {
         static_assert(std::is_integral_v<Value>, "a key holds scalars and addresses");
         store(place, value);
+        return 0;
     }
 }
 
+// Puts the values one after the other; gives the code of the last address's copy.
 template <class... Values>
-void putKey(std::byte* place, const Values&... values) {
-    ((putKeyPart(place, values), place += sizeof(Values)), ...);
+uint32_t putKey(std::byte* place, const Values&... values) {
+    uint32_t code = 0;
+    const auto put = [&]<class Value>(const Value& value) {
+        const uint32_t partCode = putKeyPart(place, value);
+        if constexpr (std::is_same_v<Value, Mcast6Ipv6Addr>) code = partCode;
+        place += sizeof(Value);
+    };
+    (put(values), ...);
+    return code;
 }
 
 // A key of these values, joined in order; each is as wide as its type.
@@ -83,8 +93,10 @@ struct RecordKey {
     static constexpr uint16_t length = (KeyPartOf<Row, kParts>::width + ...);
     static constexpr uint32_t word = keyWord(kNumber, kKind, length);
 
-    // Writes the bytes of 'record''s key to 'place'.
-    static void put(std::byte* place, const auto& record) { putKey(place, KeyPartOf<Row, kParts>::value(record)...); }
+    // Writes the bytes of 'record''s key to 'place'; gives the code of the last address's copy.
+    static uint32_t put(std::byte* place, const auto& record) {
+        return putKey(place, KeyPartOf<Row, kParts>::value(record)...);
+    }
 
     static KeyBuffer<word> of(const auto& record) {
         KeyBuffer<word> key;

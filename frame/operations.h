@@ -154,10 +154,11 @@ uint64_t stampRow(bool withCreate, void* row) {
     return now;
 }
 
+// Gives the code of the last address's copy.
 template <class Table>
-void putPrimaryKey(uint32_t* keyWord, void* key, const typename Table::Record* record) {
+uint32_t putPrimaryKey(uint32_t* keyWord, void* key, const typename Table::Record* record) {
     *keyWord = Table::Primary::word;
-    Table::Primary::put(static_cast<std::byte*>(key), *record);
+    return Table::Primary::put(static_cast<std::byte*>(key), *record);
 }
 
 // ---- Objects
@@ -168,6 +169,12 @@ uint32_t createObject(uint32_t objType, uint32_t connType, Mcast6DbHandle* objec
     const Step step{.code = code, .objType = objType, .connType = connType};
     if (code != kOk) return conclude<Table, Table::onCreate, &CreateOutcomes::failed>(step);
     return conclude<Table, Table::onCreate, &CreateOutcomes::created>(step);
+}
+
+template <class Table, uint32_t kCounter>
+void releaseObject(Mcast6DbHandle object) {
+    Table::accessors.release(object);
+    MCAST6_DfxCounterInc(kCounter);
 }
 
 // Makes '*slot' hold a cached object that was just reset.
@@ -203,6 +210,15 @@ struct SetsNow {
         return kSetter(object, static_cast<uint64_t>(MCAST6_DB_GetSysTime()));
     }
 };
+
+// Sets the smooth time stamp of an object to the current time, and the creation time to the same when asked.
+template <class Setter>
+uint32_t setStamps(Setter setSmooth, Setter setCreate, Mcast6DbHandle object, bool withCreate) {
+    const auto now = static_cast<uint64_t>(MCAST6_DB_GetSysTime());
+    uint32_t code = setSmooth(object, now);
+    if (withCreate) code |= setCreate(object, now);
+    return code;
+}
 
 template <class... Setters>
 struct FieldSetters {

@@ -120,20 +120,14 @@ void MCAST6_DB_GetL2McBdEnable(const void* row, L2McBdEnableEntry* record) { get
 void MCAST6_DB_SetStructMldBdTimeStamp(uint32_t flag, void* row) { stampRow<Table>(flag != 0, row); }
 
 uint32_t MCAST6_DB_SetMldBdTimeStamp(Mcast6DbHandle object, uint32_t flag) {
-    const auto now = static_cast<uint64_t>(MCAST6_DB_GetSysTime());
-    uint32_t code = db_set_l2mc6_bd_enable_timeStampSmooth(object, now);
-    if (flag != 0) code |= db_set_l2mc6_bd_enable_timeStampCreate(object, now);
-    return code;
+    return setStamps(db_set_l2mc6_bd_enable_timeStampSmooth, db_set_l2mc6_bd_enable_timeStampCreate, object, flag != 0);
 }
 
 uint32_t MCAST6_DB_CreateL2McBdEnableObject(uint32_t objType, uint32_t connType, Mcast6DbHandle* object) {
     return createObject<Table>(objType, connType, object);
 }
 
-void MCAST6_DB_ReleaseL2McBdEnableObject(Mcast6DbHandle object) {
-    Table::accessors.release(object);
-    MCAST6_DfxCounterInc(kReleased);
-}
+void MCAST6_DB_ReleaseL2McBdEnableObject(Mcast6DbHandle object) { releaseObject<Table, kReleased>(object); }
 
 uint32_t MCAST6_DB_ReadL2McBdEnable(L2McBdEnableEntry* record) { return readRecord<Table>(record); }
 
