@@ -51,4 +51,12 @@ consteval bool isPublished(const auto& publishedKeys) {
     return false;
 }
 
+// Whether there is a published key with this word: for keys of single values, of which nothing but the length is known.
+consteval bool isPublishedWord(const auto& publishedKeys, uint32_t word) {
+    for (const layout::Key& published : publishedKeys) {
+        if (published.word == word) return true;
+    }
+    return false;
+}
+
 }  // namespace mcast6

@@ -76,6 +76,7 @@ template <class Row, auto kPart>
 struct KeyPartOf {
     using Field = decltype(Row::template fieldOf<kPart>());
     static constexpr bool isConstant = false;
+    static constexpr uint64_t constant = 0;
     static constexpr uint16_t offset = Field::offset;
     static constexpr uint16_t width = Field::width;
     static auto value(const auto& record) { return Field::stored(record); }
@@ -83,6 +84,7 @@ struct KeyPartOf {
 template <class Row, class Value, Constant<Value> kPart>
 struct KeyPartOf<Row, kPart> {
     static constexpr bool isConstant = true;
+    static constexpr uint64_t constant = kPart.value;
     static constexpr uint16_t offset = 0;
     static constexpr uint16_t width = sizeof(Value);
     static auto value(const auto& /*record*/) { return kPart.value; }
@@ -115,7 +117,7 @@ private:
     template <class Part>
     static constexpr bool agreesPart(const auto& published) {
         return published.isConstant == Part::isConstant && published.width == Part::width &&
-               (Part::isConstant || published.offset == Part::offset);
+               published.offset == Part::offset && published.constant == Part::constant;
     }
 };
 

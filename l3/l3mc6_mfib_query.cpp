@@ -49,6 +49,8 @@ static_assert(isIndex<ByVrVrf>(0x03090008) && isIndex<BySource>(0x04090018) && i
               isIndex<BySourceInterface>(0x0609001C) && isIndex<ByGroupInterface>(0x0709001C) &&
               isIndex<ByInterface>(0x0809000C) && isIndex<ByRegister>(0x0C09000C) &&
               isIndex<ByRegisterGroup>(0x0D09001C) && isIndex<ByRegisterSource>(0x0E09001C));
+static_assert(isPublishedWord(layout::l3mc6_mfib::kIndexes, kByIfIndex) &&
+              isPublishedWord(layout::l3mc6_mfib::kIndexes, kByErrCode));
 
 namespace {
 
