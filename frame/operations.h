@@ -93,7 +93,7 @@ struct EntryOutcomes {
     Outcome readFailed;
 };
 
-// An iterator that the frame builds; the result is null whatever the outcome says.
+// An iterator that the frame builds.
 struct IterOutcomes {
     Outcome failed;
 };
@@ -106,6 +106,21 @@ struct BuildOutcomes {
     Outcome allocationFailed;
 };
 
+// The same into a handle of the caller's.
+struct BuildIntoOutcomes {
+    Outcome createFailed;
+    Outcome rootIterFailed;
+    Outcome propertyFailed;
+};
+
+// A step of an iterator that reads by field.
+struct NextItemOutcomes {
+    Outcome nullHandle;
+    Outcome ended;
+    Outcome nextFailed;
+    Outcome entry;
+};
+
 struct CountOutcomes {
     Outcome createFailed;
     Outcome countFailed;
@@ -114,6 +129,13 @@ struct CountOutcomes {
 struct CacheOutcomes {
     Outcome createFailed;
     Outcome resetFailed;
+};
+
+// A count by key whose result is the count itself.
+struct MatchOutcomes {
+    Outcome createFailed;
+    Outcome absent;
+    Outcome countFailed;
 };
 
 // How a table reaches the objects of the engine.
@@ -225,6 +247,49 @@ struct FieldSetters {
     static uint32_t apply(Mcast6DbHandle object, const auto& record) {
         uint32_t code = kOk;
         ((code |= Setters::apply(object, record)), ...);
+        return code;
+    }
+};
+
+// ---- Field getters of reads by field: a list, called in order and to the end; the codes are ORed. A getter that fails
+// leaves its member as it is.
+
+// A scalar, or bytes copied as long as the engine says, up to the member's width; the copy's code counts too.
+template <auto kGetter, auto kMember, class Stored = TypeOf<kMember>>
+struct Gets {
+    static uint32_t apply(Mcast6DbHandle object, RecordOf<kMember>& record) {
+        if constexpr (std::is_integral_v<Stored>) {
+            Stored value{};
+            const uint32_t code = kGetter(object, &value);
+            if (code == kOk) assign<kMember>(record, value);
+            return code;
+        } else {
+            void* bytes = nullptr;
+            uint32_t length = 0;
+            const uint32_t code = kGetter(object, &bytes, &length);
+            if (code != kOk) return code;
+            return static_cast<uint32_t>(memcpy_s(&(record.*kMember), sizeof(Stored), bytes, length));
+        }
+    }
+};
+
+// An address; only the getter's code counts.
+template <auto kGetter, auto kMember>
+struct GetsAddress {
+    static uint32_t apply(Mcast6DbHandle object, RecordOf<kMember>& record) {
+        void* bytes = nullptr;
+        uint32_t length = 0;
+        const uint32_t code = kGetter(object, &bytes, &length);
+        if (code == kOk) MCAST6_DB_GetAddress(&(record.*kMember), sizeof(Mcast6Ipv6Addr), bytes, length);
+        return code;
+    }
+};
+
+template <class... Getters>
+struct FieldGetters {
+    static uint32_t apply(Mcast6DbHandle object, auto& record) {
+        uint32_t code = kOk;
+        ((code |= Getters::apply(object, record)), ...);
         return code;
     }
 };
@@ -384,26 +449,45 @@ inline uint32_t setOneRecordPerStep(Mcast6DbHandle rootIter) {
     return db_set_root_iterator_property(rootIter, kRecordsPerStep, &kOne, sizeof kOne);
 }
 
-// The steps of MCAST6_DB_CreateIterCommon, each with its own report.
-template <class Table, const BuildOutcomes& kOn>
-Mcast6DbRes* buildIter(const Mcast6DbKeyDesc* descriptor, const void* key) {
-    static_assert(releasesEach(0, kOn.createFailed) &&
-                      releasesEach(1, kOn.rootIterFailed, kOn.propertyFailed, kOn.allocationFailed),
+// The steps of MCAST6_DB_CreateIterCommonWithDbRes, each with its own report. 'built' is written on success only.
+template <class Table, const auto& kOn>
+uint32_t buildIterInto(Mcast6DbRes& built, const Mcast6DbKeyDesc* descriptor, const void* key) {
+    using On = std::remove_cvref_t<decltype(kOn)>;
+    static_assert(releasesEach(0, kOn.createFailed) && releasesEach(1, kOn.rootIterFailed, kOn.propertyFailed),
                   "a built iterator: after the create every failure releases the object exactly once");
-    Step step{.objType = kIterateObject};
+    Step step;
     step.code = Table::objects.create(kIterateObject, kConnType, &step.object);
-    if (step.code != kOk) return concludeNull<Table, kOn, &BuildOutcomes::createFailed>(step);
+    if (step.code != kOk) return conclude<Table, kOn, &On::createFailed>(step);
 
     Mcast6DbHandle rootIter = 0;
     step.code = db_create_root_iter(step.object, descriptor, key, &rootIter);
-    if (step.code != kOk) return concludeNull<Table, kOn, &BuildOutcomes::rootIterFailed>(step);
+    if (step.code != kOk) return conclude<Table, kOn, &On::rootIterFailed>(step);
     step.code = setOneRecordPerStep(rootIter);
-    if (step.code != kOk) return concludeNull<Table, kOn, &BuildOutcomes::propertyFailed>(step);
+    if (step.code != kOk) return conclude<Table, kOn, &On::propertyFailed>(step);
+    built = {step.object, rootIter};
+    return kOk;
+}
 
-    auto* const iterator = static_cast<Mcast6DbRes*>(MCAST6_DB_Malloc(sizeof(Mcast6DbRes)));
-    if (iterator == nullptr) return concludeNull<Table, kOn, &BuildOutcomes::allocationFailed>(step);
-    *iterator = {step.object, rootIter};
+// Puts what was built into a handle from the memory hook; null when there is no memory.
+template <class Table, const auto& kOn>
+Mcast6DbRes* allocateIter(const Mcast6DbRes& built) {
+    using On = std::remove_cvref_t<decltype(kOn)>;
+    static_assert(releasesEach(1, kOn.allocationFailed), "a failed allocation releases the object exactly once");
+    auto* const iterator = static_cast<Mcast6DbRes*>(MCAST6_DB_Malloc(sizeof built));
+    if (iterator == nullptr) {
+        conclude<Table, kOn, &On::allocationFailed>({.object = built.object});
+        return nullptr;
+    }
+    *iterator = built;
     return iterator;
+}
+
+// The steps of MCAST6_DB_CreateIterCommon, each with its own report.
+template <class Table, const BuildOutcomes& kOn>
+Mcast6DbRes* buildIter(const Mcast6DbKeyDesc* descriptor, const void* key) {
+    Mcast6DbRes built{};
+    if (buildIterInto<Table, kOn>(built, descriptor, key) != kOk) return nullptr;
+    return allocateIter<Table, kOn>(built);
 }
 
 // Reads the record at an iterator's position.
@@ -428,6 +512,19 @@ uint32_t nextRecord(const Mcast6DbRes* iterator, typename Table::Record* record)
     if (step.code != kOk) return conclude<Table, kOn, &EntryOutcomes::readFailed>(step);
     kGet(row, record);
     return conclude<Table, kOn, &EntryOutcomes::entry>(step);
+}
+
+// Steps an iterator and has 'readItem' read the record field by field from the handle's object.
+template <class Table, const NextItemOutcomes& kOn, class ReadItem>
+uint32_t nextItem(const Mcast6DbRes* iterator, typename Table::Record* record, ReadItem readItem) {
+    if constexpr (kOn.nullHandle.isTested) {
+        if (iterator == nullptr) return conclude<Table, kOn, &NextItemOutcomes::nullHandle>({});
+    }
+    const Step step{.code = db_root_iterator_next(iterator->rootIter), .object = iterator->object};
+    if (step.code == kEndOfIteration) return conclude<Table, kOn, &NextItemOutcomes::ended>(step);
+    if (step.code != kOk) return conclude<Table, kOn, &NextItemOutcomes::nextFailed>(step);
+    readItem(iterator->object, record);
+    return conclude<Table, kOn, &NextItemOutcomes::entry>(step);
 }
 
 // Releases a handle with its object; the root iterator goes with the object.
@@ -472,6 +569,23 @@ uint32_t countByKey(const Mcast6DbKeyDesc* descriptor, const void* key, uint32_t
     if (step.code != kOk) return conclude<Table, kOn, &CountOutcomes::countFailed>(step);
     *count = counted.low;
     return kOk;
+}
+
+// Gives the number of records with a key; what it gives when the object cannot be made or the count fails, the outcomes
+// say.
+template <class Table, const MatchOutcomes& kOn>
+uint32_t countMatches(const Mcast6DbKeyDesc* descriptor, const void* key) {
+    static_assert(releasesEach(0, kOn.createFailed) && releasesEach(1, kOn.absent, kOn.countFailed),
+                  "a count: after the create every way out releases the object exactly once");
+    Step step;
+    step.code = Table::objects.create(kCountObject, kConnType, &step.object);
+    if (step.code != kOk) return conclude<Table, kOn, &MatchOutcomes::createFailed>(step);
+    CountWord counted;
+    step.code = db_get_table_record_count_by_key(step.object, descriptor, key, &counted.low);
+    if (step.code == kNoSuchObject) return conclude<Table, kOn, &MatchOutcomes::absent>(step);
+    if (step.code != kOk) return conclude<Table, kOn, &MatchOutcomes::countFailed>(step);
+    Table::objects.release(step.object);
+    return counted.low;
 }
 
 }  // namespace mcast6

@@ -88,6 +88,9 @@ consteval Result returns(uint32_t value) { return {false, value}; }
 // The result is what the step before returned.
 inline constexpr Result engineCode{true, 0};
 
+// The result is a null handle.
+inline constexpr Result returnsNull{false, 1};
+
 inline constexpr size_t kMaxEffects = 6;
 
 struct Outcome {

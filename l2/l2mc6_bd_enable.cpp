@@ -99,7 +99,7 @@ struct Table {
         .readFailed    = {logCode("[MCAST6 DB]get l2 bd enable entry, read obj failed, ret:%d."), record(Error::read), returns(1)},
     };
     static constexpr IterOutcomes onIter{
-        .failed = {dfx(kIterFailed), log("[MCAST6 DB]create l2 bd enable iter failed."), returns(0)},
+        .failed = {dfx(kIterFailed), log("[MCAST6 DB]create l2 bd enable iter failed."), returnsNull},
     };
 };
 // clang-format on

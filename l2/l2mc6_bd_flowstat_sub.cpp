@@ -89,7 +89,7 @@ struct Table {
         .removeFailed = {released, record(Error::remove), logCode("[MCAST6 DB]l2 bd flow stat del, remove object failed, ret:%u."), dfx(kDeleteFailed), engineCode},
     };
     static constexpr IterOutcomes onIter{
-        .failed = {dfx(kIterFailed), returns(0)},
+        .failed = {dfx(kIterFailed), returnsNull},
     };
     static constexpr EntryOutcomes onEntry{
         .nullParameter = {log("[MCAST6 DB]l2 bd flow stat get entry, para is null."), returns(1)},

@@ -79,10 +79,10 @@ struct Table {
         .removeFailed = {released, logCode("[MCAST6 DB] remove object fail, ret:%u."), returns(1)},
     };
     static constexpr BuildOutcomes onIter{
-        .createFailed     = {log("[MCAST6 DB] create l2mc flow stat iter failed, create obj failed."), returns(0)},
-        .rootIterFailed   = {logCode("[MCAST6 DB] create l2mc flow stat iter failed, create root iter failed. ret:%d"), record(Error::rootIter), released, returns(0)},
-        .propertyFailed   = {logCode("[MCAST6 DB] set l2mc flow stat root iterator property fail, ret:%d."), released, returns(0)},
-        .allocationFailed = {log("[MCAST6 DB] create l2mc flow stat iter failed, malloc failed."), record(Error::iterBuild), released, returns(0)},
+        .createFailed     = {log("[MCAST6 DB] create l2mc flow stat iter failed, create obj failed."), returnsNull},
+        .rootIterFailed   = {logCode("[MCAST6 DB] create l2mc flow stat iter failed, create root iter failed. ret:%d"), record(Error::rootIter), released, returnsNull},
+        .propertyFailed   = {logCode("[MCAST6 DB] set l2mc flow stat root iterator property fail, ret:%d."), released, returnsNull},
+        .allocationFailed = {log("[MCAST6 DB] create l2mc flow stat iter failed, malloc failed."), record(Error::iterBuild), released, returnsNull},
     };
     static constexpr EntryOutcomes onEntry{
         .nullParameter = {log("[MCAST6 DB] get flowstat fail, flowEntry is null"), returns(1)},

@@ -90,10 +90,10 @@ struct Table {
         .removeFailed = {released, kpi(kRemoveFailed), logCode("[MCAST6 DB] remove object fail, ret:%u."), returns(1)},
     };
     static constexpr BuildOutcomes onIter{
-        .createFailed     = {returns(0)},
-        .rootIterFailed   = {released, returns(0)},
-        .propertyFailed   = {released, logCode("[MCAST6 DB] set mldGlb cfg root iterator property fail, ret:%d."), returns(0)},
-        .allocationFailed = {released, record(Error::iterBuild), log("[MCAST6 DB] create MldGlb cfg iterator error. malloc mem failed."), returns(0)},
+        .createFailed     = {returnsNull},
+        .rootIterFailed   = {released, returnsNull},
+        .propertyFailed   = {released, logCode("[MCAST6 DB] set mldGlb cfg root iterator property fail, ret:%d."), returnsNull},
+        .allocationFailed = {released, record(Error::iterBuild), log("[MCAST6 DB] create MldGlb cfg iterator error. malloc mem failed."), returnsNull},
     };
     static constexpr EntryOutcomes onEntry{
         .nullParameter = {returns(1)},

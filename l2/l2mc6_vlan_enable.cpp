@@ -72,10 +72,10 @@ struct Table {
         .removeFailed = {released, kpi(kDeleteFailed), logCode("[MCAST6 DB] delete l2 vlan enable fail,  Remove object failed. ret:%u"), returns(1)},  // two blanks
     };
     static constexpr BuildOutcomes onIter{
-        .createFailed     = {returns(0)},
-        .rootIterFailed   = {released, returns(0)},
-        .propertyFailed   = {released, logCode("[MCAST6 DB] set mldVlan root iterator property fail, ret:%d."), returns(0)},
-        .allocationFailed = {released, returns(0)},
+        .createFailed     = {returnsNull},
+        .rootIterFailed   = {released, returnsNull},
+        .propertyFailed   = {released, logCode("[MCAST6 DB] set mldVlan root iterator property fail, ret:%d."), returnsNull},
+        .allocationFailed = {released, returnsNull},
     };
     static constexpr EntryOutcomes onEntry{
         .nullParameter = {returns(1)},

@@ -91,10 +91,10 @@ struct Table {
         .removeFailed = {released, logCode("[MCAST6 DB] remove object fail, ret:%u."), returns(1)},
     };
     static constexpr BuildOutcomes onIter{
-        .createFailed     = {log("[MCAST6 DB] create l2mc6 vlan port iter failed, create obj failed."), returns(0)},
-        .rootIterFailed   = {logCode("[MCAST6 DB] create l2mc vlan port iter failed, create root iter failed. ret:%d"), record(Error::rootIter), released, returns(0)},
-        .propertyFailed   = {released, logCode("[MCAST6 DB] create l2mc vlan port iter failed, set l2mc vlan port root iterator property fail, ret:%d."), returns(0)},
-        .allocationFailed = {released, log("[MCAST6 DB] create l2mc vlan port iter failed, malloc failed."), record(Error::iterBuild), returns(0)},
+        .createFailed     = {log("[MCAST6 DB] create l2mc6 vlan port iter failed, create obj failed."), returnsNull},
+        .rootIterFailed   = {logCode("[MCAST6 DB] create l2mc vlan port iter failed, create root iter failed. ret:%d"), record(Error::rootIter), released, returnsNull},
+        .propertyFailed   = {released, logCode("[MCAST6 DB] create l2mc vlan port iter failed, set l2mc vlan port root iterator property fail, ret:%d."), returnsNull},
+        .allocationFailed = {released, log("[MCAST6 DB] create l2mc vlan port iter failed, malloc failed."), record(Error::iterBuild), returnsNull},
     };
     static constexpr EntryOutcomes onEntry{
         .nullParameter = {log("[MCAST6 DB] get vlan port fail, portEntry is null"), returns(1)},

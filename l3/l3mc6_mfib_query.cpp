@@ -20,7 +20,7 @@ inline constexpr uint32_t kQueryTypes = 10;
 struct Table {
     static constexpr uint32_t logId = kLogLayer3Query;
     static constexpr Mcast6DbIterFuncs objects{MCAST6_DB_CreateL3MfibObject, MCAST6_DB_ReleaseL3MfibObject};
-    static constexpr IterOutcomes onIter{.failed = {kpi(kIterFailed), returns(0)}};
+    static constexpr IterOutcomes onIter{.failed = {kpi(kIterFailed), returnsNull}};
     static constexpr CountOutcomes onCount{
         .createFailed = {log("create l3mc6_mfib db object fail."), engineCode},
         .countFailed = {log("query l3mc6_mfib db count fail."), engineCode},
