@@ -176,6 +176,16 @@ uint64_t stampRow(bool withCreate, void* row) {
     return now;
 }
 
+// Stamps a row from a record as a conversion would, which may keep the record's creation time.
+template <class Table>
+void stampRowFrom(const typename Table::Record* record, void* row) {
+    using Record = typename Table::Record;
+    const auto now = static_cast<uint64_t>(MCAST6_DB_GetSysTime());
+    auto* const bytes = static_cast<std::byte*>(row);
+    decltype(Table::Row::template fieldOf<&Record::timeStampCreate>())::set(*record, bytes, now);
+    decltype(Table::Row::template fieldOf<&Record::timeStampSmooth>())::set(*record, bytes, now);
+}
+
 // Gives the code of the last address's copy.
 template <class Table>
 uint32_t putPrimaryKey(uint32_t* keyWord, void* key, const typename Table::Record* record) {
