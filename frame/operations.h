@@ -356,18 +356,12 @@ uint32_t readRecord(typename Table::Record* record) {
     return conclude<Table, kOn, &ReadOutcomes::found>(step);
 }
 
-template <class Table, const auto& kOn = Table::onWrite>
-uint32_t writeRecord(const typename Table::Record* record) {
-    static_assert(releasesEach(0, kOn.nullRecord, kOn.createFailed) &&
-                      releasesEach(1, kOn.setFailed, kOn.written, kOn.code13044, kOn.writeFailed),
+// A write from the object on: converts, sets all fields, writes, and releases the object on every way out.
+template <class Table, const auto& kOn>
+uint32_t writeOn(Mcast6DbHandle object, const typename Table::Record* record) {
+    static_assert(releasesEach(1, kOn.setFailed, kOn.written, kOn.code13044, kOn.writeFailed),
                   "onWrite: after the create every way out releases the object exactly once");
-    if constexpr (kOn.nullRecord.isTested) {
-        if (record == nullptr) return conclude<Table, kOn, &WriteOutcomes::nullRecord>({});
-    }
-    Step step;
-    step.code = Table::objects.create(kWriteObject, kConnType, &step.object);
-    if (step.code != kOk) return conclude<Table, kOn, &WriteOutcomes::createFailed>(step);
-
+    Step step{.object = object};
     std::byte row[Table::Row::size]{};
     Table::set(record, row);
     step.code = Table::accessors.setAllFields(step.object, row, sizeof row);
@@ -380,6 +374,19 @@ uint32_t writeRecord(const typename Table::Record* record) {
         if (step.code == kTableFull) return conclude<Table, kOn, &LimitedWriteOutcomes::tableFull>(step);
     }
     return conclude<Table, kOn, &WriteOutcomes::writeFailed>(step);
+}
+
+template <class Table, const auto& kOn = Table::onWrite>
+uint32_t writeRecord(const typename Table::Record* record) {
+    static_assert(releasesEach(0, kOn.nullRecord, kOn.createFailed), "onWrite: there is no object to release yet");
+    if constexpr (kOn.nullRecord.isTested) {
+        if (record == nullptr) return conclude<Table, kOn, &WriteOutcomes::nullRecord>({});
+    }
+    Step step;
+    step.code = Table::objects.create(kWriteObject, kConnType, &step.object);
+    if (step.code != kOk) return conclude<Table, kOn, &WriteOutcomes::createFailed>(step);
+
+    return writeOn<Table, kOn>(step.object, record);
 }
 
 // Changes the stored record with the key of 'record' in the fields that 'setFields' sets on the object it is given. A
