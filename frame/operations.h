@@ -197,6 +197,7 @@ uint32_t putPrimaryKey(uint32_t* keyWord, void* key, const typename Table::Recor
 
 template <class Table>
 uint32_t createObject(uint32_t objType, uint32_t connType, Mcast6DbHandle* object) {
+    static_assert(releasesEach(0, Table::onCreate.created, Table::onCreate.failed), "onCreate: releases nothing");
     const uint32_t code = Table::accessors.create(objType, connType, object);
     const Step step{.code = code, .objType = objType, .connType = connType};
     if (code != kOk) return conclude<Table, Table::onCreate, &CreateOutcomes::failed>(step);
@@ -212,6 +213,7 @@ void releaseObject(Mcast6DbHandle object) {
 // Makes '*slot' hold a cached object that was just reset.
 template <class Table, const CacheOutcomes& kOn>
 uint32_t obtainCached(uint32_t objType, uint32_t connType, Mcast6DbHandle* slot, const Mcast6DbCacheFuncs& funcs) {
+    static_assert(releasesEach(0, kOn.createFailed, kOn.resetFailed), "cached objects are never released");
     Step step{.object = *slot, .objType = objType, .connType = connType};
     if (step.object == 0) {
         step.code = funcs.create(objType, connType, &step.object);
@@ -314,6 +316,7 @@ uint32_t readRow(Mcast6DbHandle object, const typename Table::Record& record, st
 
 template <class Table, const KeyedReadOutcomes& kOn>
 uint32_t keyedRead(typename Table::Record* record, Mcast6DbHandle object) {
+    static_assert(releasesEach(0, kOn.found, kOn.absent, kOn.readFailed), "a given object is its giver's to release");
     std::byte row[Table::Row::size]{};
     const Step step{.code = readRow<Table>(object, *record, row), .object = object};
     if (step.code == kNoSuchObject) return conclude<Table, kOn, &KeyedReadOutcomes::absent>(step);
@@ -325,6 +328,7 @@ uint32_t keyedRead(typename Table::Record* record, Mcast6DbHandle object) {
 // A keyed read with an object made for it, which is released whatever the read says.
 template <class Table, const GivenObjectOutcomes& kOn, const KeyedReadOutcomes& kOnRead>
 uint32_t readWithOwnObject(typename Table::Record* record) {
+    static_assert(releasesEach(0, kOn.nullRecord, kOn.createFailed), "a read: there is no object to release yet");
     if constexpr (kOn.nullRecord.isTested) {
         if (record == nullptr) return conclude<Table, kOn, &GivenObjectOutcomes::nullRecord>({});
     }
@@ -371,6 +375,7 @@ uint32_t writeOn(Mcast6DbHandle object, const typename Table::Record* record) {
     if (step.code == kOk) return conclude<Table, kOn, &WriteOutcomes::written>(step);
     if (step.code == kExistsOrAbsent) return conclude<Table, kOn, &WriteOutcomes::code13044>(step);
     if constexpr (requires { kOn.tableFull; }) {
+        static_assert(releasesEach(1, kOn.tableFull), "onWrite: a full table releases the object too");
         if (step.code == kTableFull) return conclude<Table, kOn, &LimitedWriteOutcomes::tableFull>(step);
     }
     return conclude<Table, kOn, &WriteOutcomes::writeFailed>(step);
@@ -389,12 +394,22 @@ uint32_t writeRecord(const typename Table::Record* record) {
     return writeOn<Table, kOn>(step.object, record);
 }
 
+// An update from the set object on: updates the record with this key and releases the object on every way out.
+template <class Table, const UpdateOutcomes& kOn>
+uint32_t updateOn(Mcast6DbHandle object, const KeyBuffer<Table::Primary::word>& key) {
+    static_assert(releasesEach(1, kOn.updated, kOn.code13044, kOn.updateFailed),
+                  "an update: after the create every way out releases the object exactly once");
+    const Step step{.code = db_update_obj(object, &key.descriptor, key.bytes), .object = object};
+    if (step.code == kOk) return conclude<Table, kOn, &UpdateOutcomes::updated>(step);
+    if (step.code == kExistsOrAbsent) return conclude<Table, kOn, &UpdateOutcomes::code13044>(step);
+    return conclude<Table, kOn, &UpdateOutcomes::updateFailed>(step);
+}
+
 // Changes the stored record with the key of 'record' in the fields that 'setFields' sets on the object it is given. A
 // failed setter ends the update.
 template <class Table, const UpdateOutcomes& kOn, class SetFields>
 uint32_t updateRecordWith(const typename Table::Record* record, SetFields setFields) {
-    static_assert(releasesEach(0, kOn.nullRecord, kOn.createFailed) &&
-                      releasesEach(1, kOn.setFailed, kOn.updated, kOn.code13044, kOn.updateFailed),
+    static_assert(releasesEach(0, kOn.nullRecord, kOn.createFailed) && releasesEach(1, kOn.setFailed),
                   "an update: after the create every way out releases the object exactly once");
     if constexpr (kOn.nullRecord.isTested) {
         if (record == nullptr) return conclude<Table, kOn, &UpdateOutcomes::nullRecord>({});
@@ -403,14 +418,10 @@ uint32_t updateRecordWith(const typename Table::Record* record, SetFields setFie
     step.code = Table::objects.create(kUpdateObject, kConnType, &step.object);
     if (step.code != kOk) return conclude<Table, kOn, &UpdateOutcomes::createFailed>(step);
 
+    const auto key = Table::Primary::of(*record);
     step.code = setFields(step.object, record);
     if (step.code != kOk) return conclude<Table, kOn, &UpdateOutcomes::setFailed>(step);
-
-    const auto key = Table::Primary::of(*record);
-    step.code = db_update_obj(step.object, &key.descriptor, key.bytes);
-    if (step.code == kOk) return conclude<Table, kOn, &UpdateOutcomes::updated>(step);
-    if (step.code == kExistsOrAbsent) return conclude<Table, kOn, &UpdateOutcomes::code13044>(step);
-    return conclude<Table, kOn, &UpdateOutcomes::updateFailed>(step);
+    return updateOn<Table, kOn>(step.object, key);
 }
 
 // The same with a list of setters.
@@ -438,6 +449,7 @@ uint32_t removeRecord(const typename Table::Record* record) {
     if (step.code == kOk) return conclude<Table, kOn, &RemoveOutcomes::removed>(step);
     if (step.code == kExistsOrAbsent) return conclude<Table, kOn, &RemoveOutcomes::code13044>(step);
     if constexpr (requires { kOn.code15005; }) {
+        static_assert(releasesEach(1, kOn.code15005), "onRemove: an absent record releases the object too");
         if (step.code == kNoSuchObject) return conclude<Table, kOn, &RemoveOrAbsentOutcomes::code15005>(step);
     }
     return conclude<Table, kOn, &RemoveOutcomes::removeFailed>(step);
@@ -454,6 +466,7 @@ Mcast6DbRes* concludeNull(const Step& step) {
 
 template <class Table, const IterOutcomes& kOn>
 Mcast6DbRes* createIter(const Mcast6DbKeyDesc* descriptor, const void* key) {
+    static_assert(releasesEach(0, kOn.failed), "a failed iterator has left no object");
     Mcast6DbRes* const iterator = MCAST6_DB_CreateIterCommon(&Table::objects, descriptor, key);
     if (iterator == nullptr) conclude<Table, kOn, &IterOutcomes::failed>({});
     return iterator;
@@ -516,6 +529,9 @@ uint32_t readPosition(const Mcast6DbRes& iterator, std::byte (&row)[Table::Row::
 // 'kGet' is given where the entries of a table are converted otherwise than its keyed reads.
 template <class Table, const EntryOutcomes& kOn = Table::onEntry, auto kGet = Table::get>
 uint32_t nextRecord(const Mcast6DbRes* iterator, typename Table::Record* record) {
+    static_assert(
+        releasesEach(0, kOn.nullParameter, kOn.ended, kOn.nextFailed, kOn.entry, kOn.vanished, kOn.readFailed),
+        "a step keeps the iterator's object");
     if constexpr (kOn.nullParameter.isTested) {
         if (iterator == nullptr || record == nullptr) return conclude<Table, kOn, &EntryOutcomes::nullParameter>({});
     }
@@ -534,6 +550,8 @@ uint32_t nextRecord(const Mcast6DbRes* iterator, typename Table::Record* record)
 // Steps an iterator and has 'readItem' read the record field by field from the handle's object.
 template <class Table, const NextItemOutcomes& kOn, class ReadItem>
 uint32_t nextItem(const Mcast6DbRes* iterator, typename Table::Record* record, ReadItem readItem) {
+    static_assert(releasesEach(0, kOn.nullHandle, kOn.ended, kOn.nextFailed, kOn.entry),
+                  "a step keeps the iterator's object");
     if constexpr (kOn.nullHandle.isTested) {
         if (iterator == nullptr) return conclude<Table, kOn, &NextItemOutcomes::nullHandle>({});
     }
@@ -577,6 +595,7 @@ uint32_t countAll(uint32_t* count) {
 // the object is gone.
 template <class Table, const CountOutcomes& kOn>
 uint32_t countByKey(const Mcast6DbKeyDesc* descriptor, const void* key, uint32_t* count) {
+    static_assert(releasesEach(0, kOn.createFailed, kOn.countFailed), "the count releases its object itself");
     Step step;
     step.code = Table::objects.create(kCountObject, kConnType, &step.object);
     if (step.code != kOk) return conclude<Table, kOn, &CountOutcomes::createFailed>(step);

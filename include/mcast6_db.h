@@ -22,9 +22,10 @@
  * Ownership: records, keys and counts belong to the caller and are only used during the call. An iterator handle that an
  * operation returns belongs to the caller, who gives it back to the release operation of the same table.
  *
- * Threads: the library starts none and takes no lock. What it keeps is written without synchronisation; a host calls the
- * operations that use it (those that say so) from one thread at a time. All other operations may run side by side as far
- * as the engine allows.
+ * Threads: the library starts none and takes no lock. What it keeps is written without synchronisation: a host calls the
+ * operations that use cached objects or scan handles ("one thread at a time") from one thread at a time, and takes the
+ * remembered source process id and the error statistics for what the last writers left. Otherwise operations may run side
+ * by side as far as the engine allows.
  *
  * Addresses are four 32-bit words in host order in records, 16 bytes in network order in the database. Times are seconds
  * since 1970 in 64 bits.

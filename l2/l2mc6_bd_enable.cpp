@@ -161,7 +161,7 @@ uint32_t MCAST6_DB_SetBdEnableUpdateData(Mcast6DbHandle object, const L2McBdEnab
 }
 
 // Deviates in control flow: a failed setter is logged but does not stop the update, and the result is the OR of all codes.
-// Nothing is tolerated, recorded or counted.
+// Nothing is tolerated or recorded, and nothing but the object counted.
 uint32_t MCAST6_DB_UpdateL2BdEnableCfg(const L2McBdEnableEntry* record) {
     if (record == nullptr) {
         logLine(Table::logId, "[MCAST6 DB]update l2 bd enable, para is null.");

@@ -123,9 +123,7 @@ static_assert(sizeof(GlobalVersion) == 40);
 
 namespace {
 
-GlobalVersion globalVersionOf(const E& record) {
-    return {{record.cfgKeyA, record.cfgKeyB, record.cfgKeyC}, {}, 0, {}};
-}
+GlobalVersion globalVersionOf(const E& record) { return {{record.cfgKeyA, record.cfgKeyB, record.cfgKeyC}, {}, 0, {}}; }
 
 }  // namespace
 
@@ -171,8 +169,8 @@ uint32_t MCAST6_DB_DeleteGlbCfg(const L3Mc6GlbCfgEntry* record) {
     if (record == nullptr) return conclude<Table, Table::onRemove, &RemoveOutcomes::nullRecord>({});
     const uint32_t code = MCAST6_DB_ProcessGlbVersion(record);
     if (code != kOk) {
-        logLine(Table::logId, "[MCAST6 DB]Delete db global cfg object failed, write or update glb version failed. ret:%u",
-                code);
+        logLine(Table::logId,
+                "[MCAST6 DB]Delete db global cfg object failed, write or update glb version failed. ret:%u", code);
         MCAST6_KPI_AddKpiData(kDeleteFailed);
         return kFailed;
     }

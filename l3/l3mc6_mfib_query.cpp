@@ -1,5 +1,5 @@
 // Queries of l3mc6_mfib: filtered iterators and counts, each on one secondary index, and the two exported tables that
-// choose among them by query type. Nothing here looks for nulls or records errors; a failed count is told at every level
+// choose among them by query type. No constructor or count looks for nulls or records errors; a failed count is told at every level
 // that it passes, each with a message of its own.
 #include "mcast6_db/l3mc6_mfib_query.h"
 

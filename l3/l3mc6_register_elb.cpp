@@ -154,7 +154,9 @@ Mcast6DbRes* MCAST6_DB_CreateL3mcRegOifIterator(const Mcast6DbKeyDesc* descripto
     return createIter<Table, Table::onIter>(descriptor, key);
 }
 
-Mcast6DbRes* MCAST6_DB_CreateL3mcRegOifAllIterator(void) { return MCAST6_DB_CreateL3mcRegOifIterator(nullptr, nullptr); }
+Mcast6DbRes* MCAST6_DB_CreateL3mcRegOifAllIterator(void) {
+    return MCAST6_DB_CreateL3mcRegOifIterator(nullptr, nullptr);
+}
 
 Mcast6DbRes* MCAST6_DB_CreateL3mcRegOifIfIndexIterator(uint32_t ifIndex) {
     const auto key = keyOf<Table::kByIfIndex>(ifIndex);
@@ -179,7 +181,8 @@ uint32_t MCAST6_DB_GetL3mcRegOifEntry(Mcast6DbRes* iterator, L3Mc6RegOifEntry* r
 }
 
 uint32_t MCAST6_DB_GetL3mcRegOifEntryExt(Mcast6DbRes* iterator, L3Mc6ElbEntry* entry) {
-    if (iterator == nullptr || entry == nullptr) return conclude<Table, Table::onEntry, &EntryOutcomes::nullParameter>({});
+    if (iterator == nullptr || entry == nullptr)
+        return conclude<Table, Table::onEntry, &EntryOutcomes::nullParameter>({});
     L3Mc6RegOifEntry record{};
     const uint32_t code = MCAST6_DB_GetL3mcRegOifEntry(iterator, &record);
     if (code == kOk) toElbEntry(record, *entry);

@@ -26,7 +26,7 @@ MCAST6_API uint32_t MCAST6_DB_SetL2FlowStatSubKey(Mcast6DbKeyDesc *descriptor, v
 
 /* Sets the smooth time stamp of 'object' to the current time, and the creation time as well when 'flag' is not 0.
  *   0      done
- *   other  the OR of the engine's codes; both setters are always called */
+ *   other  the OR of the engine's codes; a failed setter does not keep the other from being called */
 MCAST6_API uint32_t MCAST6_DB_SetL2FlowStatSubTimeStamp(Mcast6DbHandle object, uint32_t flag);
 
 /* Makes an engine object, which the caller releases.
