@@ -14,11 +14,12 @@ extern "C" {
  * 'attr' carry the host's forwarding attributes, which the library only copies. Members named 'host' are neither stored
  * nor touched. */
 typedef struct L3Mc6MfibEntry {
-    uint32_t vrId;             /* key */
-    uint32_t vrfId;            /* key */
-    uint32_t addrType;         /* not stored; reads back as 2 */
-    Mcast6Ipv6Addr groupAddr;  /* key */
-    Mcast6Ipv6Addr sourceAddr; /* key; all zero stands for any source, by the host's convention: keys match as they are */
+    uint32_t vrId;            /* key */
+    uint32_t vrfId;           /* key */
+    uint32_t addrType;        /* not stored; reads back as 2 */
+    Mcast6Ipv6Addr groupAddr; /* key */
+    Mcast6Ipv6Addr
+        sourceAddr; /* key; all zero stands for any source, by the host's convention: keys match as they are */
     uint8_t attr1;
     uint8_t attr2;
     uint16_t attr3;

@@ -26,18 +26,18 @@ extern MCAST6_API uint32_t g_subElb6DbIsLimit;
 
 /* Converts 'record' into the 172-byte database record 'row'; both time stamps become the current time. Reserved bytes are
  * left as they are. Neither may be null. */
-MCAST6_API void MCAST6_DB_SetL3SubElb(const L3Mc6ElbEntryExt* record, void* row);
+MCAST6_API void MCAST6_DB_SetL3SubElb(const L3Mc6ElbEntryExt *record, void *row);
 
 /* Converts the 172-byte database record 'row' into 'record'. Neither may be null. */
-MCAST6_API void MCAST6_DB_GetL3SubElb(const void* row, L3Mc6ElbEntryExt* record);
+MCAST6_API void MCAST6_DB_GetL3SubElb(const void *row, L3Mc6ElbEntryExt *record);
 
 /* Writes the key word of the primary key, 0x0001002F, and the 47-byte key of 'record'. None may be null. */
-MCAST6_API void MCAST6_DB_SetL3SubElbKey(uint32_t* keyWord, void* key, const L3Mc6ElbEntryExt* record);
+MCAST6_API void MCAST6_DB_SetL3SubElbKey(uint32_t *keyWord, void *key, const L3Mc6ElbEntryExt *record);
 
 /* Makes an engine object, which the caller releases.
  *   0      done; counts 246
  *   other  the engine's code; KPI 135 */
-MCAST6_API uint32_t MCAST6_DB_CreateL3SubElbObject(uint32_t objType, uint32_t connType, Mcast6DbHandle* object);
+MCAST6_API uint32_t MCAST6_DB_CreateL3SubElbObject(uint32_t objType, uint32_t connType, Mcast6DbHandle *object);
 
 /* Releases an engine object, or gives the scan handle's back; counts 247 either way. */
 MCAST6_API void MCAST6_DB_ReleaseL3SubElbObject(Mcast6DbHandle object);
@@ -46,46 +46,46 @@ MCAST6_API void MCAST6_DB_ReleaseL3SubElbObject(Mcast6DbHandle object);
  * whose first reset fails is not kept. Not for concurrent calls on one slot.
  *   0      done
  *   other  the engine's code; making it failed (counts 248) or resetting it (counts 249); logged; the slot is as it was */
-MCAST6_API uint32_t MCAST6_DB_CreateL3SubElbObjCache(uint32_t objType, uint32_t connType, Mcast6DbHandle* slot);
+MCAST6_API uint32_t MCAST6_DB_CreateL3SubElbObjCache(uint32_t objType, uint32_t connType, Mcast6DbHandle *slot);
 
 /* Reads the record whose key is in 'record'.
  *   0      found; 'record' is filled
  *   1      'record' is null; logged
  *   15005  no such record
  *   other  the engine's code; only an object that could not be made is logged */
-MCAST6_API uint32_t MCAST6_DB_ReadL3SubElb(L3Mc6ElbEntryExt* record);
+MCAST6_API uint32_t MCAST6_DB_ReadL3SubElb(L3Mc6ElbEntryExt *record);
 
 /* The same with the cached object g_l3SubElb6DbReadObjCache. One thread at a time.
  *   0      found; 'record' is filled
  *   1      'record' is null, or the object could not be had; logged
  *   15005  no such record
  *   other  the engine's code */
-MCAST6_API uint32_t MCAST6_DB_ReadL3SubElbFast(L3Mc6ElbEntryExt* record);
+MCAST6_API uint32_t MCAST6_DB_ReadL3SubElbFast(L3Mc6ElbEntryExt *record);
 
 /* Iterators that the caller releases with MCAST6_DB_ReleaseL3SubElbIterator. Null when one could not be made; KPI 136; not
  * logged. */
 
 /* Over the records that match 'key', or over all when both are null. */
-MCAST6_API Mcast6DbRes* MCAST6_DB_CreateL3SubElbIterator(const Mcast6DbKeyDesc* descriptor, const void* key);
+MCAST6_API Mcast6DbRes *MCAST6_DB_CreateL3SubElbIterator(const Mcast6DbKeyDesc *descriptor, const void *key);
 
 /* Over all records. */
-MCAST6_API Mcast6DbRes* MCAST6_DB_CreateL3SubElbAllIterator(void);
+MCAST6_API Mcast6DbRes *MCAST6_DB_CreateL3SubElbAllIterator(void);
 
 /* Over the records of a VLAN. */
-MCAST6_API Mcast6DbRes* MCAST6_DB_CreateL3mcVlanScanIterater(uint16_t vlanId);
+MCAST6_API Mcast6DbRes *MCAST6_DB_CreateL3mcVlanScanIterater(uint16_t vlanId);
 
 /* Over the records with vrId, vrfId, groupAddr, sourceAddr, outIfIndex and elbFlagD of 'record' (not null). */
-MCAST6_API Mcast6DbRes* MCAST6_DB_CreateL3mcVlanAllMemIterator(const L3Mc6ElbEntryExt* record);
+MCAST6_API Mcast6DbRes *MCAST6_DB_CreateL3mcVlanAllMemIterator(const L3Mc6ElbEntryExt *record);
 
 /* Releases an iterator, its object by MCAST6_DB_ReleaseL3SubElbObject. Null: nothing happens. */
-MCAST6_API void MCAST6_DB_ReleaseL3SubElbIterator(Mcast6DbRes* iterator);
+MCAST6_API void MCAST6_DB_ReleaseL3SubElbIterator(Mcast6DbRes *iterator);
 
 /* Steps 'iterator' and fills 'record' with the next record.
  *   0      a record
  *   1      'iterator' or 'record' is null
  *   60     the end, or the record vanished meanwhile
  *   other  the engine's code; logged; a failed step records kind 9, a failed read kind 0 */
-MCAST6_API uint32_t MCAST6_DB_GetL3SubElbEntry(Mcast6DbRes* iterator, L3Mc6ElbEntryExt* record);
+MCAST6_API uint32_t MCAST6_DB_GetL3SubElbEntry(Mcast6DbRes *iterator, L3Mc6ElbEntryExt *record);
 
 #ifdef __cplusplus
 }
