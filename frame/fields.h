@@ -142,6 +142,15 @@ struct ReadsBack : Copy<kOffset, kMember> {
     }
 };
 
+// Stored from one member, read back into that and another one.
+template <uint16_t kOffset, auto kMember, auto kAlso>
+struct CopyToBoth : Copy<kOffset, kMember> {
+    static int get(const std::byte* row, RecordOf<kMember>& record) {
+        assign<kAlso>(record, load<TypeOf<kAlso>>(row + kOffset));
+        return Copy<kOffset, kMember>::get(row, record);
+    }
+};
+
 // A time stamp: the current time on every write, whatever the caller has there.
 template <uint16_t kOffset, auto kMember>
 struct Now : Copy<kOffset, kMember> {

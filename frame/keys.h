@@ -90,6 +90,19 @@ struct KeyPartOf<Row, kPart> {
     static auto value(const auto& /*record*/) { return kPart.value; }
 };
 
+// A part of a key that is the low bytes of a field.
+template <class Value, auto kMember>
+struct LowBytes {};
+template <class Row, class Value, auto kMember, LowBytes<Value, kMember> kPart>
+struct KeyPartOf<Row, kPart> {
+    using Field = decltype(Row::template fieldOf<kMember>());
+    static constexpr bool isConstant = false;
+    static constexpr uint64_t constant = 0;
+    static constexpr uint16_t offset = Field::offset;
+    static constexpr uint16_t width = sizeof(Value);
+    static auto value(const auto& record) { return static_cast<Value>(Field::stored(record)); }
+};
+
 template <class Row, uint32_t kNumber, uint32_t kKind, auto... kParts>
 struct RecordKey {
     static constexpr uint16_t length = (KeyPartOf<Row, kParts>::width + ...);

@@ -93,7 +93,7 @@ struct EntryOutcomes {
     Outcome readFailed;
 };
 
-// An iterator that the frame builds; the result is null whatever the outcome says.
+// An iterator that the frame builds.
 struct IterOutcomes {
     Outcome failed;
 };
@@ -106,6 +106,21 @@ struct BuildOutcomes {
     Outcome allocationFailed;
 };
 
+// The same into a handle of the caller's.
+struct BuildIntoOutcomes {
+    Outcome createFailed;
+    Outcome rootIterFailed;
+    Outcome propertyFailed;
+};
+
+// A step of an iterator that reads by field.
+struct NextItemOutcomes {
+    Outcome nullHandle;
+    Outcome ended;
+    Outcome nextFailed;
+    Outcome entry;
+};
+
 struct CountOutcomes {
     Outcome createFailed;
     Outcome countFailed;
@@ -114,6 +129,13 @@ struct CountOutcomes {
 struct CacheOutcomes {
     Outcome createFailed;
     Outcome resetFailed;
+};
+
+// A count by key whose result is the count itself.
+struct MatchOutcomes {
+    Outcome createFailed;
+    Outcome absent;
+    Outcome countFailed;
 };
 
 // How a table reaches the objects of the engine.
@@ -154,6 +176,16 @@ uint64_t stampRow(bool withCreate, void* row) {
     return now;
 }
 
+// Stamps a row from a record as a conversion would, which may keep the record's creation time.
+template <class Table>
+void stampRowFrom(const typename Table::Record* record, void* row) {
+    using Record = typename Table::Record;
+    const auto now = static_cast<uint64_t>(MCAST6_DB_GetSysTime());
+    auto* const bytes = static_cast<std::byte*>(row);
+    decltype(Table::Row::template fieldOf<&Record::timeStampCreate>())::set(*record, bytes, now);
+    decltype(Table::Row::template fieldOf<&Record::timeStampSmooth>())::set(*record, bytes, now);
+}
+
 // Gives the code of the last address's copy.
 template <class Table>
 uint32_t putPrimaryKey(uint32_t* keyWord, void* key, const typename Table::Record* record) {
@@ -165,6 +197,7 @@ uint32_t putPrimaryKey(uint32_t* keyWord, void* key, const typename Table::Recor
 
 template <class Table>
 uint32_t createObject(uint32_t objType, uint32_t connType, Mcast6DbHandle* object) {
+    static_assert(releasesEach(0, Table::onCreate.created, Table::onCreate.failed), "onCreate: releases nothing");
     const uint32_t code = Table::accessors.create(objType, connType, object);
     const Step step{.code = code, .objType = objType, .connType = connType};
     if (code != kOk) return conclude<Table, Table::onCreate, &CreateOutcomes::failed>(step);
@@ -180,6 +213,7 @@ void releaseObject(Mcast6DbHandle object) {
 // Makes '*slot' hold a cached object that was just reset.
 template <class Table, const CacheOutcomes& kOn>
 uint32_t obtainCached(uint32_t objType, uint32_t connType, Mcast6DbHandle* slot, const Mcast6DbCacheFuncs& funcs) {
+    static_assert(releasesEach(0, kOn.createFailed, kOn.resetFailed), "cached objects are never released");
     Step step{.object = *slot, .objType = objType, .connType = connType};
     if (step.object == 0) {
         step.code = funcs.create(objType, connType, &step.object);
@@ -229,6 +263,49 @@ struct FieldSetters {
     }
 };
 
+// ---- Field getters of reads by field: a list, called in order and to the end; the codes are ORed. A getter that fails
+// leaves its member as it is.
+
+// A scalar, or bytes copied as long as the engine says, up to the member's width; the copy's code counts too.
+template <auto kGetter, auto kMember, class Stored = TypeOf<kMember>>
+struct Gets {
+    static uint32_t apply(Mcast6DbHandle object, RecordOf<kMember>& record) {
+        if constexpr (std::is_integral_v<Stored>) {
+            Stored value{};
+            const uint32_t code = kGetter(object, &value);
+            if (code == kOk) assign<kMember>(record, value);
+            return code;
+        } else {
+            void* bytes = nullptr;
+            uint32_t length = 0;
+            const uint32_t code = kGetter(object, &bytes, &length);
+            if (code != kOk) return code;
+            return static_cast<uint32_t>(memcpy_s(&(record.*kMember), sizeof(Stored), bytes, length));
+        }
+    }
+};
+
+// An address; only the getter's code counts.
+template <auto kGetter, auto kMember>
+struct GetsAddress {
+    static uint32_t apply(Mcast6DbHandle object, RecordOf<kMember>& record) {
+        void* bytes = nullptr;
+        uint32_t length = 0;
+        const uint32_t code = kGetter(object, &bytes, &length);
+        if (code == kOk) MCAST6_DB_GetAddress(&(record.*kMember), sizeof(Mcast6Ipv6Addr), bytes, length);
+        return code;
+    }
+};
+
+template <class... Getters>
+struct FieldGetters {
+    static uint32_t apply(Mcast6DbHandle object, auto& record) {
+        uint32_t code = kOk;
+        ((code |= Getters::apply(object, record)), ...);
+        return code;
+    }
+};
+
 // ---- One record
 
 template <class Table>
@@ -239,6 +316,7 @@ uint32_t readRow(Mcast6DbHandle object, const typename Table::Record& record, st
 
 template <class Table, const KeyedReadOutcomes& kOn>
 uint32_t keyedRead(typename Table::Record* record, Mcast6DbHandle object) {
+    static_assert(releasesEach(0, kOn.found, kOn.absent, kOn.readFailed), "a given object is its giver's to release");
     std::byte row[Table::Row::size]{};
     const Step step{.code = readRow<Table>(object, *record, row), .object = object};
     if (step.code == kNoSuchObject) return conclude<Table, kOn, &KeyedReadOutcomes::absent>(step);
@@ -250,6 +328,7 @@ uint32_t keyedRead(typename Table::Record* record, Mcast6DbHandle object) {
 // A keyed read with an object made for it, which is released whatever the read says.
 template <class Table, const GivenObjectOutcomes& kOn, const KeyedReadOutcomes& kOnRead>
 uint32_t readWithOwnObject(typename Table::Record* record) {
+    static_assert(releasesEach(0, kOn.nullRecord, kOn.createFailed), "a read: there is no object to release yet");
     if constexpr (kOn.nullRecord.isTested) {
         if (record == nullptr) return conclude<Table, kOn, &GivenObjectOutcomes::nullRecord>({});
     }
@@ -281,18 +360,12 @@ uint32_t readRecord(typename Table::Record* record) {
     return conclude<Table, kOn, &ReadOutcomes::found>(step);
 }
 
-template <class Table, const auto& kOn = Table::onWrite>
-uint32_t writeRecord(const typename Table::Record* record) {
-    static_assert(releasesEach(0, kOn.nullRecord, kOn.createFailed) &&
-                      releasesEach(1, kOn.setFailed, kOn.written, kOn.code13044, kOn.writeFailed),
+// A write from the object on: converts, sets all fields, writes, and releases the object on every way out.
+template <class Table, const auto& kOn>
+uint32_t writeOn(Mcast6DbHandle object, const typename Table::Record* record) {
+    static_assert(releasesEach(1, kOn.setFailed, kOn.written, kOn.code13044, kOn.writeFailed),
                   "onWrite: after the create every way out releases the object exactly once");
-    if constexpr (kOn.nullRecord.isTested) {
-        if (record == nullptr) return conclude<Table, kOn, &WriteOutcomes::nullRecord>({});
-    }
-    Step step;
-    step.code = Table::objects.create(kWriteObject, kConnType, &step.object);
-    if (step.code != kOk) return conclude<Table, kOn, &WriteOutcomes::createFailed>(step);
-
+    Step step{.object = object};
     std::byte row[Table::Row::size]{};
     Table::set(record, row);
     step.code = Table::accessors.setAllFields(step.object, row, sizeof row);
@@ -302,17 +375,41 @@ uint32_t writeRecord(const typename Table::Record* record) {
     if (step.code == kOk) return conclude<Table, kOn, &WriteOutcomes::written>(step);
     if (step.code == kExistsOrAbsent) return conclude<Table, kOn, &WriteOutcomes::code13044>(step);
     if constexpr (requires { kOn.tableFull; }) {
+        static_assert(releasesEach(1, kOn.tableFull), "onWrite: a full table releases the object too");
         if (step.code == kTableFull) return conclude<Table, kOn, &LimitedWriteOutcomes::tableFull>(step);
     }
     return conclude<Table, kOn, &WriteOutcomes::writeFailed>(step);
+}
+
+template <class Table, const auto& kOn = Table::onWrite>
+uint32_t writeRecord(const typename Table::Record* record) {
+    static_assert(releasesEach(0, kOn.nullRecord, kOn.createFailed), "onWrite: there is no object to release yet");
+    if constexpr (kOn.nullRecord.isTested) {
+        if (record == nullptr) return conclude<Table, kOn, &WriteOutcomes::nullRecord>({});
+    }
+    Step step;
+    step.code = Table::objects.create(kWriteObject, kConnType, &step.object);
+    if (step.code != kOk) return conclude<Table, kOn, &WriteOutcomes::createFailed>(step);
+
+    return writeOn<Table, kOn>(step.object, record);
+}
+
+// An update from the set object on: updates the record with this key and releases the object on every way out.
+template <class Table, const UpdateOutcomes& kOn>
+uint32_t updateOn(Mcast6DbHandle object, const KeyBuffer<Table::Primary::word>& key) {
+    static_assert(releasesEach(1, kOn.updated, kOn.code13044, kOn.updateFailed),
+                  "an update: after the create every way out releases the object exactly once");
+    const Step step{.code = db_update_obj(object, &key.descriptor, key.bytes), .object = object};
+    if (step.code == kOk) return conclude<Table, kOn, &UpdateOutcomes::updated>(step);
+    if (step.code == kExistsOrAbsent) return conclude<Table, kOn, &UpdateOutcomes::code13044>(step);
+    return conclude<Table, kOn, &UpdateOutcomes::updateFailed>(step);
 }
 
 // Changes the stored record with the key of 'record' in the fields that 'setFields' sets on the object it is given. A
 // failed setter ends the update.
 template <class Table, const UpdateOutcomes& kOn, class SetFields>
 uint32_t updateRecordWith(const typename Table::Record* record, SetFields setFields) {
-    static_assert(releasesEach(0, kOn.nullRecord, kOn.createFailed) &&
-                      releasesEach(1, kOn.setFailed, kOn.updated, kOn.code13044, kOn.updateFailed),
+    static_assert(releasesEach(0, kOn.nullRecord, kOn.createFailed) && releasesEach(1, kOn.setFailed),
                   "an update: after the create every way out releases the object exactly once");
     if constexpr (kOn.nullRecord.isTested) {
         if (record == nullptr) return conclude<Table, kOn, &UpdateOutcomes::nullRecord>({});
@@ -321,14 +418,10 @@ uint32_t updateRecordWith(const typename Table::Record* record, SetFields setFie
     step.code = Table::objects.create(kUpdateObject, kConnType, &step.object);
     if (step.code != kOk) return conclude<Table, kOn, &UpdateOutcomes::createFailed>(step);
 
+    const auto key = Table::Primary::of(*record);
     step.code = setFields(step.object, record);
     if (step.code != kOk) return conclude<Table, kOn, &UpdateOutcomes::setFailed>(step);
-
-    const auto key = Table::Primary::of(*record);
-    step.code = db_update_obj(step.object, &key.descriptor, key.bytes);
-    if (step.code == kOk) return conclude<Table, kOn, &UpdateOutcomes::updated>(step);
-    if (step.code == kExistsOrAbsent) return conclude<Table, kOn, &UpdateOutcomes::code13044>(step);
-    return conclude<Table, kOn, &UpdateOutcomes::updateFailed>(step);
+    return updateOn<Table, kOn>(step.object, key);
 }
 
 // The same with a list of setters.
@@ -356,6 +449,7 @@ uint32_t removeRecord(const typename Table::Record* record) {
     if (step.code == kOk) return conclude<Table, kOn, &RemoveOutcomes::removed>(step);
     if (step.code == kExistsOrAbsent) return conclude<Table, kOn, &RemoveOutcomes::code13044>(step);
     if constexpr (requires { kOn.code15005; }) {
+        static_assert(releasesEach(1, kOn.code15005), "onRemove: an absent record releases the object too");
         if (step.code == kNoSuchObject) return conclude<Table, kOn, &RemoveOrAbsentOutcomes::code15005>(step);
     }
     return conclude<Table, kOn, &RemoveOutcomes::removeFailed>(step);
@@ -372,6 +466,7 @@ Mcast6DbRes* concludeNull(const Step& step) {
 
 template <class Table, const IterOutcomes& kOn>
 Mcast6DbRes* createIter(const Mcast6DbKeyDesc* descriptor, const void* key) {
+    static_assert(releasesEach(0, kOn.failed), "a failed iterator has left no object");
     Mcast6DbRes* const iterator = MCAST6_DB_CreateIterCommon(&Table::objects, descriptor, key);
     if (iterator == nullptr) conclude<Table, kOn, &IterOutcomes::failed>({});
     return iterator;
@@ -384,26 +479,45 @@ inline uint32_t setOneRecordPerStep(Mcast6DbHandle rootIter) {
     return db_set_root_iterator_property(rootIter, kRecordsPerStep, &kOne, sizeof kOne);
 }
 
-// The steps of MCAST6_DB_CreateIterCommon, each with its own report.
-template <class Table, const BuildOutcomes& kOn>
-Mcast6DbRes* buildIter(const Mcast6DbKeyDesc* descriptor, const void* key) {
-    static_assert(releasesEach(0, kOn.createFailed) &&
-                      releasesEach(1, kOn.rootIterFailed, kOn.propertyFailed, kOn.allocationFailed),
+// The steps of MCAST6_DB_CreateIterCommonWithDbRes, each with its own report. 'built' is written on success only.
+template <class Table, const auto& kOn>
+uint32_t buildIterInto(Mcast6DbRes& built, const Mcast6DbKeyDesc* descriptor, const void* key) {
+    using On = std::remove_cvref_t<decltype(kOn)>;
+    static_assert(releasesEach(0, kOn.createFailed) && releasesEach(1, kOn.rootIterFailed, kOn.propertyFailed),
                   "a built iterator: after the create every failure releases the object exactly once");
-    Step step{.objType = kIterateObject};
+    Step step;
     step.code = Table::objects.create(kIterateObject, kConnType, &step.object);
-    if (step.code != kOk) return concludeNull<Table, kOn, &BuildOutcomes::createFailed>(step);
+    if (step.code != kOk) return conclude<Table, kOn, &On::createFailed>(step);
 
     Mcast6DbHandle rootIter = 0;
     step.code = db_create_root_iter(step.object, descriptor, key, &rootIter);
-    if (step.code != kOk) return concludeNull<Table, kOn, &BuildOutcomes::rootIterFailed>(step);
+    if (step.code != kOk) return conclude<Table, kOn, &On::rootIterFailed>(step);
     step.code = setOneRecordPerStep(rootIter);
-    if (step.code != kOk) return concludeNull<Table, kOn, &BuildOutcomes::propertyFailed>(step);
+    if (step.code != kOk) return conclude<Table, kOn, &On::propertyFailed>(step);
+    built = {step.object, rootIter};
+    return kOk;
+}
 
-    auto* const iterator = static_cast<Mcast6DbRes*>(MCAST6_DB_Malloc(sizeof(Mcast6DbRes)));
-    if (iterator == nullptr) return concludeNull<Table, kOn, &BuildOutcomes::allocationFailed>(step);
-    *iterator = {step.object, rootIter};
+// Puts what was built into a handle from the memory hook; null when there is no memory.
+template <class Table, const auto& kOn>
+Mcast6DbRes* allocateIter(const Mcast6DbRes& built) {
+    using On = std::remove_cvref_t<decltype(kOn)>;
+    static_assert(releasesEach(1, kOn.allocationFailed), "a failed allocation releases the object exactly once");
+    auto* const iterator = static_cast<Mcast6DbRes*>(MCAST6_DB_Malloc(sizeof built));
+    if (iterator == nullptr) {
+        conclude<Table, kOn, &On::allocationFailed>({.object = built.object});
+        return nullptr;
+    }
+    *iterator = built;
     return iterator;
+}
+
+// The steps of MCAST6_DB_CreateIterCommon, each with its own report.
+template <class Table, const BuildOutcomes& kOn>
+Mcast6DbRes* buildIter(const Mcast6DbKeyDesc* descriptor, const void* key) {
+    Mcast6DbRes built{};
+    if (buildIterInto<Table, kOn>(built, descriptor, key) != kOk) return nullptr;
+    return allocateIter<Table, kOn>(built);
 }
 
 // Reads the record at an iterator's position.
@@ -415,6 +529,9 @@ uint32_t readPosition(const Mcast6DbRes& iterator, std::byte (&row)[Table::Row::
 // 'kGet' is given where the entries of a table are converted otherwise than its keyed reads.
 template <class Table, const EntryOutcomes& kOn = Table::onEntry, auto kGet = Table::get>
 uint32_t nextRecord(const Mcast6DbRes* iterator, typename Table::Record* record) {
+    static_assert(
+        releasesEach(0, kOn.nullParameter, kOn.ended, kOn.nextFailed, kOn.entry, kOn.vanished, kOn.readFailed),
+        "a step keeps the iterator's object");
     if constexpr (kOn.nullParameter.isTested) {
         if (iterator == nullptr || record == nullptr) return conclude<Table, kOn, &EntryOutcomes::nullParameter>({});
     }
@@ -428,6 +545,21 @@ uint32_t nextRecord(const Mcast6DbRes* iterator, typename Table::Record* record)
     if (step.code != kOk) return conclude<Table, kOn, &EntryOutcomes::readFailed>(step);
     kGet(row, record);
     return conclude<Table, kOn, &EntryOutcomes::entry>(step);
+}
+
+// Steps an iterator and has 'readItem' read the record field by field from the handle's object.
+template <class Table, const NextItemOutcomes& kOn, class ReadItem>
+uint32_t nextItem(const Mcast6DbRes* iterator, typename Table::Record* record, ReadItem readItem) {
+    static_assert(releasesEach(0, kOn.nullHandle, kOn.ended, kOn.nextFailed, kOn.entry),
+                  "a step keeps the iterator's object");
+    if constexpr (kOn.nullHandle.isTested) {
+        if (iterator == nullptr) return conclude<Table, kOn, &NextItemOutcomes::nullHandle>({});
+    }
+    const Step step{.code = db_root_iterator_next(iterator->rootIter), .object = iterator->object};
+    if (step.code == kEndOfIteration) return conclude<Table, kOn, &NextItemOutcomes::ended>(step);
+    if (step.code != kOk) return conclude<Table, kOn, &NextItemOutcomes::nextFailed>(step);
+    readItem(iterator->object, record);
+    return conclude<Table, kOn, &NextItemOutcomes::entry>(step);
 }
 
 // Releases a handle with its object; the root iterator goes with the object.
@@ -463,6 +595,7 @@ uint32_t countAll(uint32_t* count) {
 // the object is gone.
 template <class Table, const CountOutcomes& kOn>
 uint32_t countByKey(const Mcast6DbKeyDesc* descriptor, const void* key, uint32_t* count) {
+    static_assert(releasesEach(0, kOn.createFailed, kOn.countFailed), "the count releases its object itself");
     Step step;
     step.code = Table::objects.create(kCountObject, kConnType, &step.object);
     if (step.code != kOk) return conclude<Table, kOn, &CountOutcomes::createFailed>(step);
@@ -472,6 +605,23 @@ uint32_t countByKey(const Mcast6DbKeyDesc* descriptor, const void* key, uint32_t
     if (step.code != kOk) return conclude<Table, kOn, &CountOutcomes::countFailed>(step);
     *count = counted.low;
     return kOk;
+}
+
+// Gives the number of records with a key; what it gives when the object cannot be made or the count fails, the outcomes
+// say.
+template <class Table, const MatchOutcomes& kOn>
+uint32_t countMatches(const Mcast6DbKeyDesc* descriptor, const void* key) {
+    static_assert(releasesEach(0, kOn.createFailed) && releasesEach(1, kOn.absent, kOn.countFailed),
+                  "a count: after the create every way out releases the object exactly once");
+    Step step;
+    step.code = Table::objects.create(kCountObject, kConnType, &step.object);
+    if (step.code != kOk) return conclude<Table, kOn, &MatchOutcomes::createFailed>(step);
+    CountWord counted;
+    step.code = db_get_table_record_count_by_key(step.object, descriptor, key, &counted.low);
+    if (step.code == kNoSuchObject) return conclude<Table, kOn, &MatchOutcomes::absent>(step);
+    if (step.code != kOk) return conclude<Table, kOn, &MatchOutcomes::countFailed>(step);
+    Table::objects.release(step.object);
+    return counted.low;
 }
 
 }  // namespace mcast6

@@ -10,8 +10,8 @@
 //     .writeFailed = {released, logCode("... failed, ret:%u."), record(Error::write), dfx(kWriteFailed), engineCode},
 //
 // Outcomes are constants and are taken apart at compile time: an operation compiles to straight calls, with no loop and no
-// test of what an outcome holds. There is no default outcome; a table that forgets one does not compile. A message that
-// does not fit its effect, or an object released twice on one way, does not compile either.
+// test of what an outcome holds. There is no default outcome; a table that forgets one does not compile. Nor does a message
+// with another number of conversions than its effect has values, or a way that releases the object not at all or twice.
 #pragma once
 
 #include <cstddef>
@@ -87,6 +87,9 @@ consteval Result returns(uint32_t value) { return {false, value}; }
 
 // The result is what the step before returned.
 inline constexpr Result engineCode{true, 0};
+
+// The result is a null handle.
+inline constexpr Result returnsNull{false, 1};
 
 inline constexpr size_t kMaxEffects = 6;
 

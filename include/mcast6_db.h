@@ -22,9 +22,10 @@
  * Ownership: records, keys and counts belong to the caller and are only used during the call. An iterator handle that an
  * operation returns belongs to the caller, who gives it back to the release operation of the same table.
  *
- * Threads: the library starts none and takes no lock. What it keeps is written without synchronisation; a host calls the
- * operations that use it (those that say so) from one thread at a time. All other operations may run side by side as far
- * as the engine allows.
+ * Threads: the library starts none and takes no lock. What it keeps is written without synchronisation: a host calls the
+ * operations that use cached objects or scan handles ("one thread at a time") from one thread at a time, and takes the
+ * remembered source process id and the error statistics for what the last writers left. Otherwise operations may run side
+ * by side as far as the engine allows.
  *
  * Addresses are four 32-bit words in host order in records, 16 bytes in network order in the database. Times are seconds
  * since 1970 in 64 bits.
@@ -33,10 +34,42 @@
 #define MCAST6_DB_H
 
 #include "mcast6_db/context.h"
+#include "mcast6_db/flow_stat_sub.h"
 #include "mcast6_db/iterator.h"
+#include "mcast6_db/l2_egress.h"
+#include "mcast6_db/l2_mfib.h"
+#include "mcast6_db/l2_route.h"
 #include "mcast6_db/l2mc6_bd_enable.h"
+#include "mcast6_db/l2mc6_bd_flowstat_sub.h"
+#include "mcast6_db/l2mc6_bd_mfib.h"
+#include "mcast6_db/l2mc6_bd_rt_vxlan_elb.h"
+#include "mcast6_db/l2mc6_bd_tag_elb.h"
+#include "mcast6_db/l2mc6_bd_tag_rt.h"
+#include "mcast6_db/l2mc6_bd_untag_elb.h"
+#include "mcast6_db/l2mc6_bd_untag_rt.h"
+#include "mcast6_db/l2mc6_bd_vxlan_elb.h"
+#include "mcast6_db/l2mc6_bd_vxlan_sub_elb.h"
+#include "mcast6_db/l2mc6_elb.h"
+#include "mcast6_db/l2mc6_flowstat_sub.h"
+#include "mcast6_db/l2mc6_global_enable.h"
+#include "mcast6_db/l2mc6_vlan_enable.h"
+#include "mcast6_db/l2mc6_vlan_mfib.h"
+#include "mcast6_db/l2mc6_vlan_port.h"
+#include "mcast6_db/l3_bd_egress.h"
+#include "mcast6_db/l3_egress.h"
+#include "mcast6_db/l3_mvpn_egress.h"
+#include "mcast6_db/l3mc6_bd_tag_elb.h"
+#include "mcast6_db/l3mc6_bd_tnl_elb.h"
+#include "mcast6_db/l3mc6_bd_untag_elb.h"
+#include "mcast6_db/l3mc6_elb.h"
+#include "mcast6_db/l3mc6_glbcfg.h"
 #include "mcast6_db/l3mc6_mfib.h"
 #include "mcast6_db/l3mc6_mfib_query.h"
+#include "mcast6_db/l3mc6_mvpn_tnl_elb.h"
+#include "mcast6_db/l3mc6_mvpn_tnl_subelb.h"
+#include "mcast6_db/l3mc6_register_elb.h"
+#include "mcast6_db/l3mc6_sub_elb.h"
+#include "mcast6_db/l3mc6_vlan_elb.h"
 #include "mcast6_db/types.h"
 
 #endif

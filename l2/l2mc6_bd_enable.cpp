@@ -99,7 +99,7 @@ struct Table {
         .readFailed    = {logCode("[MCAST6 DB]get l2 bd enable entry, read obj failed, ret:%d."), record(Error::read), returns(1)},
     };
     static constexpr IterOutcomes onIter{
-        .failed = {dfx(kIterFailed), log("[MCAST6 DB]create l2 bd enable iter failed."), returns(0)},
+        .failed = {dfx(kIterFailed), log("[MCAST6 DB]create l2 bd enable iter failed."), returnsNull},
     };
 };
 // clang-format on
@@ -161,7 +161,7 @@ uint32_t MCAST6_DB_SetBdEnableUpdateData(Mcast6DbHandle object, const L2McBdEnab
 }
 
 // Deviates in control flow: a failed setter is logged but does not stop the update, and the result is the OR of all codes.
-// Nothing is tolerated, recorded or counted.
+// Nothing is tolerated or recorded, and nothing but the object counted.
 uint32_t MCAST6_DB_UpdateL2BdEnableCfg(const L2McBdEnableEntry* record) {
     if (record == nullptr) {
         logLine(Table::logId, "[MCAST6 DB]update l2 bd enable, para is null.");

@@ -170,14 +170,21 @@ uint32_t MCAST6_DB_UpdateL3MfibSmoothVersion(const L3Mc6MfibEntry* record) {
     return updateRecord<Table, Table::onSmooth, Table::SmoothSetters>(record);
 }
 
-uint32_t MCAST6_DB_UpdateL3MfibMcStatSvcCtx(const L3Mc6MfibEntry* record) {
-    return updateRecord<Table, Table::onStat, Table::StatSetters>(record);
-}
-
 uint32_t MCAST6_DB_DeleteL3Mfib(const L3Mc6MfibEntry* record) { return removeRecord<Table>(record); }
 
 uint32_t MCAST6_DB_GetL3MfibEntry(Mcast6DbRes* iterator, L3Mc6MfibEntry* record) {
     return nextRecord<Table>(iterator, record);
+}
+
+// Deviates in control flow: the key is built after the fields are set.
+uint32_t MCAST6_DB_UpdateL3MfibMcStatSvcCtx(const L3Mc6MfibEntry* record) {
+    if (record == nullptr) return conclude<Table, Table::onStat, &UpdateOutcomes::nullRecord>({});
+    Step step;
+    step.code = Table::objects.create(kUpdateObject, kConnType, &step.object);
+    if (step.code != kOk) return conclude<Table, Table::onStat, &UpdateOutcomes::createFailed>(step);
+    step.code = Table::StatSetters::apply(step.object, *record);
+    if (step.code != kOk) return conclude<Table, Table::onStat, &UpdateOutcomes::setFailed>(step);
+    return updateOn<Table, Table::onStat>(step.object, Table::Primary::of(*record));
 }
 
 // Deviates in control flow: at the end and after a failed step the object is released; a failed read is told, but what was

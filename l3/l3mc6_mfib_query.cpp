@@ -1,5 +1,5 @@
 // Queries of l3mc6_mfib: filtered iterators and counts, each on one secondary index, and the two exported tables that
-// choose among them by query type. Nothing here looks for nulls or records errors; a failed count is told at every level
+// choose among them by query type. No constructor or count looks for nulls or records errors; a failed count is told at every level
 // that it passes, each with a message of its own.
 #include "mcast6_db/l3mc6_mfib_query.h"
 
@@ -20,7 +20,7 @@ inline constexpr uint32_t kQueryTypes = 10;
 struct Table {
     static constexpr uint32_t logId = kLogLayer3Query;
     static constexpr Mcast6DbIterFuncs objects{MCAST6_DB_CreateL3MfibObject, MCAST6_DB_ReleaseL3MfibObject};
-    static constexpr IterOutcomes onIter{.failed = {kpi(kIterFailed), returns(0)}};
+    static constexpr IterOutcomes onIter{.failed = {kpi(kIterFailed), returnsNull}};
     static constexpr CountOutcomes onCount{
         .createFailed = {log("create l3mc6_mfib db object fail."), engineCode},
         .countFailed = {log("query l3mc6_mfib db count fail."), engineCode},

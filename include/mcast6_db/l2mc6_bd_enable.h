@@ -42,7 +42,7 @@ MCAST6_API void MCAST6_DB_SetStructMldBdTimeStamp(uint32_t flag, void *row);
 
 /* Sets the smooth time stamp of 'object' to the current time, and the creation time as well when 'flag' is not 0.
  *   0      done
- *   other  the OR of the engine's codes; both setters are always called */
+ *   other  the OR of the engine's codes; a failed setter does not keep the other from being called */
 MCAST6_API uint32_t MCAST6_DB_SetMldBdTimeStamp(Mcast6DbHandle object, uint32_t flag);
 
 /* Makes an engine object, which the caller releases.
@@ -73,7 +73,7 @@ MCAST6_API uint32_t MCAST6_DB_WriteL2McBdEnable(const L2McBdEnableEntry *record)
 MCAST6_API uint32_t MCAST6_DB_SetBdEnableUpdateData(Mcast6DbHandle object, const L2McBdEnableEntry *record);
 
 /* Updates the configuration of the stored record with the key of 'record'; the creation time stays. A failed setter does
- * not stop the update. Nothing is counted or recorded.
+ * not stop the update. Nothing is counted but the object, and nothing recorded.
  *   0      done
  *   1      'record' is null; logged
  *   other  the OR of the engine's codes, 13044 (no such record) included; logged */

@@ -14,11 +14,12 @@ extern "C" {
  * 'attr' carry the host's forwarding attributes, which the library only copies. Members named 'host' are neither stored
  * nor touched. */
 typedef struct L3Mc6MfibEntry {
-    uint32_t vrId;             /* key */
-    uint32_t vrfId;            /* key */
-    uint32_t addrType;         /* not stored; reads back as 2 */
-    Mcast6Ipv6Addr groupAddr;  /* key */
-    Mcast6Ipv6Addr sourceAddr; /* key; all zero: any source */
+    uint32_t vrId;            /* key */
+    uint32_t vrfId;           /* key */
+    uint32_t addrType;        /* not stored; reads back as 2 */
+    Mcast6Ipv6Addr groupAddr; /* key */
+    Mcast6Ipv6Addr
+        sourceAddr; /* key; all zero stands for any source, by the host's convention: keys match as they are */
     uint8_t attr1;
     uint8_t attr2;
     uint16_t attr3;
@@ -68,7 +69,7 @@ extern MCAST6_API Mcast6DbHandle g_l3Mfib6DbStatObjCache;
 /* Returns g_l3Mfib6Pid. */
 MCAST6_API uint32_t MCAST6_DB_GetL3MfibSourcePid(void);
 
-/* Sets g_l3Mfib6Pid. */
+/* Sets g_l3Mfib6Pid, unguarded: what converts or writes records does so too, and the last one stays. */
 MCAST6_API void MCAST6_DB_SetL3MfibSourcePid(uint32_t pid);
 
 /* Converts 'record' into the 208-byte database record 'row'; both time stamps become the current time, and the record's
@@ -114,14 +115,15 @@ MCAST6_API uint32_t MCAST6_DB_ReadL3Mfib(L3Mc6MfibEntry *record);
  *   other  the engine's code; making it failed (counts 153) or resetting it (counts 154); logged; the slot is as it was */
 MCAST6_API uint32_t MCAST6_DB_CreateL3MfibObjCache(uint32_t objType, uint32_t connType, Mcast6DbHandle *slot);
 
-/* Reads as MCAST6_DB_ReadL3Mfib does, with the cached object g_l3Mfib6DbReadObjCache: no object is made or released. One
+/* Reads as MCAST6_DB_ReadL3Mfib does, with the cached object g_l3Mfib6DbReadObjCache: after the first call no object is made or released. One
  * thread at a time. Results as there; a cached object that cannot be had is logged as well. */
 MCAST6_API uint32_t MCAST6_DB_ReadL3MfibFast(L3Mc6MfibEntry *record);
 
 /* The same as MCAST6_DB_ReadL3MfibFast. */
 MCAST6_API uint32_t MCAST6_DB_ReadL3MfibFastTemp(L3Mc6MfibEntry *record);
 
-/* Writes 'record' (not null), in place of one with the same key; both time stamps become the current time.
+/* Writes 'record' (not null), in place of one with the same key; both time stamps become the current time, and the record's
+ * appSrcPid becomes g_l3Mfib6Pid.
  *   0      written, or the engine answered 13044 (records kind 1); KPI 93
  *   other  the engine's code; logged; KPI 94; a failed write records kind 2, and then KPI 93 too */
 MCAST6_API uint32_t MCAST6_DB_WriteL3Mfib(const L3Mc6MfibEntry *record);

@@ -1,7 +1,7 @@
 /* Queries of l3mc6_mfib: iterators and counts over all entries, or over those that match a filter, chosen by operation or
  * by query type. Nothing here records error statistics.
  *
- * A filter takes its fields from an L3Mc6MfibEntry; the others do not matter. All iterators are stepped with
+ * A filter takes its fields from an L3Mc6MfibEntry, whose other fields do not matter, or from plain arguments. All iterators are stepped with
  * MCAST6_DB_GetL3MfibEntry or MCAST6_DB_GetNextL3Mfib. */
 #ifndef MCAST6_DB_L3MC6_MFIB_QUERY_H
 #define MCAST6_DB_L3MC6_MFIB_QUERY_H

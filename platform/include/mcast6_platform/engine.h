@@ -111,7 +111,8 @@ uint32_t db_append_stmt_condition(uint64_t object, const char *keyName, uint32_t
 /* Makes a root iterator from the statement of 'object', which must have a condition. */
 uint32_t db_create_root_iterator_by_filter(uint64_t object, uint64_t *rootIter);
 
-/* Makes a root iterator that is kept and given a key before each use. It survives a reset of its object. */
+/* Makes a root iterator that is kept and given a key before each use. It survives
+ * db_reset_<table>_cache_object. */
 uint32_t db_create_cache_root_iter(uint64_t object, const void *keyDesc, uint64_t *rootIter);
 
 /* Puts a cached root iterator before the first record that matches 'key'. */

@@ -1,7 +1,7 @@
 /* This platform's own interface for a host: opening a store, and reading back what the counters say. It is no part of
  * the contract that the multicast library needs (engine.h, tables.h, host.h).
  *
- * A host that links libmcast6platform.so need call nothing: the first use of the engine opens "memory:". */
+ * A host that links libmcast6platform.so need call nothing: the first object that is made opens "memory:". */
 #ifndef MCAST6_PLATFORM_PLATFORM_H
 #define MCAST6_PLATFORM_PLATFORM_H
 

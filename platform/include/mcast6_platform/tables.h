@@ -7,8 +7,33 @@
 #define MCAST6_PLATFORM_TABLES_H
 
 // clang-format off
+#include "mcast6_platform/tables/l2mc6_global_enable.h"
 #include "mcast6_platform/tables/l2mc6_bd_enable.h"
+#include "mcast6_platform/tables/l2mc6_vlan_enable.h"
+#include "mcast6_platform/tables/l2mc6_vlan_port.h"
+#include "mcast6_platform/tables/l2mc6_bd_flowstat_sub.h"
+#include "mcast6_platform/tables/l2mc6_flowstat_sub.h"
+#include "mcast6_platform/tables/l2mc6_bd_mfib.h"
+#include "mcast6_platform/tables/l2mc6_vlan_mfib.h"
+#include "mcast6_platform/tables/l2mc6_elb.h"
+#include "mcast6_platform/tables/l2mc6_bd_tag_elb.h"
+#include "mcast6_platform/tables/l2mc6_bd_untag_elb.h"
+#include "mcast6_platform/tables/l2mc6_bd_tag_rt.h"
+#include "mcast6_platform/tables/l2mc6_bd_untag_rt.h"
+#include "mcast6_platform/tables/l2mc6_bd_vxlan_elb.h"
+#include "mcast6_platform/tables/l2mc6_bd_vxlan_sub_elb.h"
+#include "mcast6_platform/tables/l2mc6_bd_rt_vxlan_elb.h"
 #include "mcast6_platform/tables/l3mc6_mfib.h"
+#include "mcast6_platform/tables/l3mc6_glbcfg.h"
+#include "mcast6_platform/tables/l3mc6_register_elb.h"
+#include "mcast6_platform/tables/l3mc6_elb.h"
+#include "mcast6_platform/tables/l3mc6_sub_elb.h"
+#include "mcast6_platform/tables/l3mc6_vlan_elb.h"
+#include "mcast6_platform/tables/l3mc6_bd_tag_elb.h"
+#include "mcast6_platform/tables/l3mc6_bd_untag_elb.h"
+#include "mcast6_platform/tables/l3mc6_bd_tnl_elb.h"
+#include "mcast6_platform/tables/l3mc6_mvpn_tnl_elb.h"
+#include "mcast6_platform/tables/l3mc6_mvpn_tnl_subelb.h"
 // clang-format on
 
 #endif

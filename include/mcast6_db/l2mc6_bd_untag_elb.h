@@ -1,0 +1,98 @@
+/* l2mc6_bd_untag_elb: the outgoing interfaces of bridge domains that send untagged frames. Table number 22.
+ *
+ * Of L2Elb6Entry the table stores: vrId, bdId, groupAddr, sourceAddr and outIfIndex, which are the key;
+ * vrfId, fwdIfExtType, fwdIfKind, isSelfBoard, elbByte1, egressAttr, pathFlags, mcId, mcidVersion, mfibVersion, appSrcPid,
+ * appVersion, smoothVersion, both service contexts, serviceStatus, errCode and both time stamps.
+ * Reading sets fwdIfType to fwdIfKind, fixedWord1 to 1 and fixedWord2 to 8.
+ */
+#ifndef MCAST6_DB_L2MC6_BD_UNTAG_ELB_H
+#define MCAST6_DB_L2MC6_BD_UNTAG_ELB_H
+
+#include "mcast6_db/iterator.h"
+#include "mcast6_db/l2_egress.h"
+#include "mcast6_db/types.h"
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* Stamps the 152-byte database record 'row' with the current time: the smooth time, and the creation time when 'flag' is
+ * not 0. Returns the time. */
+MCAST6_API int64_t MCAST6_DB_SetStructL2McBdUntagElbTimeStamp(int32_t flag, void *row);
+
+/* Converts 'record' into the 152-byte database record 'row'; both time stamps become the current time. Reserved bytes are
+ * left as they are. Neither may be null. */
+MCAST6_API void MCAST6_DB_SetL2McBdUntagElb(const L2Elb6Entry *record, void *row);
+
+/* Converts the 152-byte database record 'row' into 'record'. Neither may be null. */
+MCAST6_API void MCAST6_DB_GetL2McBdUntagElb(const void *row, L2Elb6Entry *record);
+
+/* Makes an engine object, which the caller releases.
+ *   0      done; counts 344
+ *   other  the engine's code; counts 343 */
+MCAST6_API uint32_t MCAST6_DB_CreateL2McBdUntagElbObject(uint32_t objType, uint32_t connType, Mcast6DbHandle *object);
+
+/* Releases an engine object; counts 345. */
+MCAST6_API void MCAST6_DB_ReleaseL2McBdUntagElbObject(Mcast6DbHandle object);
+
+/* Reads the record whose key is in 'record'.
+ *   0      found; 'record' is filled
+ *   1      'record' is null; logged
+ *   15005  no such record
+ *   other  the engine's code; logged; a failed read records kind 0 */
+MCAST6_API uint32_t MCAST6_DB_ReadL2McBdUntagElb(L2Elb6Entry *record);
+
+/* Writes 'record'; both time stamps become the current time.
+ *   0      written (counts 346), or the engine answered 13044 (records kind 1, counts 346)
+ *   1      'record' is null; logged; counts 347
+ *   other  the engine's code; logged; counts 347; a failed write records kind 2 */
+MCAST6_API uint32_t MCAST6_DB_WriteL2McBdUntagElb(const L2Elb6Entry *record);
+
+/* Re-stamps the stored record with the key of 'record': its smoothVersion, and the current time as its smooth time.
+ *   0      done, or the engine answered 13044 (records kind 1)
+ *   1      'record' is null; logged
+ *   other  the engine's code (the OR of two for failed setters); logged; a failed update records kind 6 */
+MCAST6_API uint32_t MCAST6_DB_UpdateL2McBdUntagElbSmoothVersion(const L2Elb6Entry *record);
+
+/* Removes the record with the key of 'record'.
+ *   0      removed (counts 348), or the engine answered 13044 (records kind 1, counts 348)
+ *   1      'record' is null; logged; counts 349
+ *   other  the engine's code; logged; counts 349; a failed removal records kind 4 */
+MCAST6_API uint32_t MCAST6_DB_DeleteL2McBdUntagElb(const L2Elb6Entry *record);
+
+/* Steps 'iterator' and fills 'record' with the next record.
+ *   0      a record
+ *   1      'iterator' or 'record' is null (a null handle with a record prints a debug line), or the engine failed; the engine's failures are logged; a failed step
+ *          records kind 9, a failed read kind 0
+ *   60     the end, or the record vanished meanwhile */
+MCAST6_API uint32_t MCAST6_DB_GetL2McBdUntagElbEntry(Mcast6DbRes *iterator, L2Elb6Entry *record);
+
+/* Iterators that the caller releases with MCAST6_DB_ReleaseL2BdUntagElbIter. Null when one could not be made; counts
+ * 350. Only the iterator over all records logs that. */
+
+/* Over the records that match 'key', or over all when both are null. */
+MCAST6_API Mcast6DbRes *MCAST6_DB_CreateL2McBdUntagElbIterator(const Mcast6DbKeyDesc *descriptor, const void *key);
+
+/* Over the records with vrId, vrfId and appSrcPid of 'record' (not null). */
+MCAST6_API Mcast6DbRes *MCAST6_DB_CreateL2McBdUntagElbIterBySrcPid(const L2Elb6Entry *record);
+
+/* Over the records of an outgoing interface. */
+MCAST6_API Mcast6DbRes *MCAST6_DB_CreateL2McBdUntagElbIterByIfindex(uint32_t ifIndex);
+
+/* Over the members of the entry that 'key' (not null) names. */
+MCAST6_API Mcast6DbRes *MCAST6_DB_CreateL2McBdUntagElbMcidIterator(const L2McBdElbKey *key);
+
+/* The same as MCAST6_DB_CreateL2McBdUntagElbMcidIterator. */
+MCAST6_API Mcast6DbRes *MCAST6_DB_CreateL2McBdUntagElbSourceIterator(const L2McBdElbKey *key);
+
+/* Over all records. */
+MCAST6_API Mcast6DbRes *MCAST6_DB_CreateL2BdUntagElbIter(void);
+
+/* Releases an iterator with its object (counts 345). Null: nothing happens. */
+MCAST6_API void MCAST6_DB_ReleaseL2BdUntagElbIter(Mcast6DbRes *iterator);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif
