@@ -10,52 +10,52 @@
 extern "C" {
 #endif
 
-uint32_t db_create_l2mc6_bd_mfib_obj(uint32_t objType, uint32_t connType, uint64_t* object);
+uint32_t db_create_l2mc6_bd_mfib_obj(uint32_t objType, uint32_t connType, uint64_t *object);
 void db_release_l2mc6_bd_mfib_object(uint64_t object);
 uint32_t db_reset_l2mc6_bd_mfib_object(uint64_t object, uint32_t objType);
-uint32_t db_create_l2mc6_bd_mfib_cache_object(uint32_t objType, uint32_t connType, uint64_t* object);
+uint32_t db_create_l2mc6_bd_mfib_cache_object(uint32_t objType, uint32_t connType, uint64_t *object);
 uint32_t db_reset_l2mc6_bd_mfib_cache_object(uint64_t object);
-uint32_t db_set_l2mc6_bd_mfib_all_fields(uint64_t object, const void* record, uint32_t length);
+uint32_t db_set_l2mc6_bd_mfib_all_fields(uint64_t object, const void *record, uint32_t length);
 
 uint32_t db_set_l2mc6_bd_mfib_vrId(uint64_t object, uint32_t value);
-uint32_t db_set_l2mc6_bd_mfib_groupAddr(uint64_t object, const void* bytes, uint32_t length);
-uint32_t db_set_l2mc6_bd_mfib_sourceAddr(uint64_t object, const void* bytes, uint32_t length);
+uint32_t db_set_l2mc6_bd_mfib_groupAddr(uint64_t object, const void *bytes, uint32_t length);
+uint32_t db_set_l2mc6_bd_mfib_sourceAddr(uint64_t object, const void *bytes, uint32_t length);
 uint32_t db_set_l2mc6_bd_mfib_bdId(uint64_t object, uint32_t value);
 uint32_t db_set_l2mc6_bd_mfib_vrfId(uint64_t object, uint32_t value);
 uint32_t db_set_l2mc6_bd_mfib_pathFlags(uint64_t object, uint32_t value);
 uint32_t db_set_l2mc6_bd_mfib_mcId(uint64_t object, uint32_t value);
 uint32_t db_set_l2mc6_bd_mfib_mcidVersion(uint64_t object, uint64_t value);
 uint32_t db_set_l2mc6_bd_mfib_mfibVersion(uint64_t object, uint32_t value);
-uint32_t db_set_l2mc6_bd_mfib_svcCtxHighPrio(uint64_t object, const void* bytes, uint32_t length);
-uint32_t db_set_l2mc6_bd_mfib_svcCtxNormalPrio(uint64_t object, const void* bytes, uint32_t length);
+uint32_t db_set_l2mc6_bd_mfib_svcCtxHighPrio(uint64_t object, const void *bytes, uint32_t length);
+uint32_t db_set_l2mc6_bd_mfib_svcCtxNormalPrio(uint64_t object, const void *bytes, uint32_t length);
 uint32_t db_set_l2mc6_bd_mfib_appSrcPid(uint64_t object, uint32_t value);
 uint32_t db_set_l2mc6_bd_mfib_smoothVersion(uint64_t object, uint32_t value);
 uint32_t db_set_l2mc6_bd_mfib_appVersion(uint64_t object, uint32_t value);
-uint32_t db_set_l2mc6_bd_mfib_serviceStatus(uint64_t object, const void* bytes, uint32_t length);
+uint32_t db_set_l2mc6_bd_mfib_serviceStatus(uint64_t object, const void *bytes, uint32_t length);
 uint32_t db_set_l2mc6_bd_mfib_hppErrCode(uint64_t object, uint32_t value);
 uint32_t db_set_l2mc6_bd_mfib_enpErrCode(uint64_t object, uint32_t value);
 uint32_t db_set_l2mc6_bd_mfib_timeStampCreate(uint64_t object, uint64_t value);
 uint32_t db_set_l2mc6_bd_mfib_timeStampSmooth(uint64_t object, uint64_t value);
 
-uint32_t db_get_l2mc6_bd_mfib_vrId(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_bd_mfib_groupAddr(uint64_t object, void** bytes, uint32_t* length);
-uint32_t db_get_l2mc6_bd_mfib_sourceAddr(uint64_t object, void** bytes, uint32_t* length);
-uint32_t db_get_l2mc6_bd_mfib_bdId(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_bd_mfib_vrfId(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_bd_mfib_pathFlags(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_bd_mfib_mcId(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_bd_mfib_mcidVersion(uint64_t object, uint64_t* value);
-uint32_t db_get_l2mc6_bd_mfib_mfibVersion(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_bd_mfib_svcCtxHighPrio(uint64_t object, void** bytes, uint32_t* length);
-uint32_t db_get_l2mc6_bd_mfib_svcCtxNormalPrio(uint64_t object, void** bytes, uint32_t* length);
-uint32_t db_get_l2mc6_bd_mfib_appSrcPid(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_bd_mfib_smoothVersion(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_bd_mfib_appVersion(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_bd_mfib_serviceStatus(uint64_t object, void** bytes, uint32_t* length);
-uint32_t db_get_l2mc6_bd_mfib_hppErrCode(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_bd_mfib_enpErrCode(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_bd_mfib_timeStampCreate(uint64_t object, uint64_t* value);
-uint32_t db_get_l2mc6_bd_mfib_timeStampSmooth(uint64_t object, uint64_t* value);
+uint32_t db_get_l2mc6_bd_mfib_vrId(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_bd_mfib_groupAddr(uint64_t object, void **bytes, uint32_t *length);
+uint32_t db_get_l2mc6_bd_mfib_sourceAddr(uint64_t object, void **bytes, uint32_t *length);
+uint32_t db_get_l2mc6_bd_mfib_bdId(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_bd_mfib_vrfId(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_bd_mfib_pathFlags(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_bd_mfib_mcId(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_bd_mfib_mcidVersion(uint64_t object, uint64_t *value);
+uint32_t db_get_l2mc6_bd_mfib_mfibVersion(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_bd_mfib_svcCtxHighPrio(uint64_t object, void **bytes, uint32_t *length);
+uint32_t db_get_l2mc6_bd_mfib_svcCtxNormalPrio(uint64_t object, void **bytes, uint32_t *length);
+uint32_t db_get_l2mc6_bd_mfib_appSrcPid(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_bd_mfib_smoothVersion(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_bd_mfib_appVersion(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_bd_mfib_serviceStatus(uint64_t object, void **bytes, uint32_t *length);
+uint32_t db_get_l2mc6_bd_mfib_hppErrCode(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_bd_mfib_enpErrCode(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_bd_mfib_timeStampCreate(uint64_t object, uint64_t *value);
+uint32_t db_get_l2mc6_bd_mfib_timeStampSmooth(uint64_t object, uint64_t *value);
 
 #ifdef __cplusplus
 }

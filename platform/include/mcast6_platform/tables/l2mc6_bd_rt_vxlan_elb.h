@@ -10,12 +10,12 @@
 extern "C" {
 #endif
 
-uint32_t db_create_l2mc6_bd_rt_vxlan_elb_obj(uint32_t objType, uint32_t connType, uint64_t* object);
+uint32_t db_create_l2mc6_bd_rt_vxlan_elb_obj(uint32_t objType, uint32_t connType, uint64_t *object);
 void db_release_l2mc6_bd_rt_vxlan_elb_object(uint64_t object);
 uint32_t db_reset_l2mc6_bd_rt_vxlan_elb_object(uint64_t object, uint32_t objType);
-uint32_t db_create_l2mc6_bd_rt_vxlan_elb_cache_object(uint32_t objType, uint32_t connType, uint64_t* object);
+uint32_t db_create_l2mc6_bd_rt_vxlan_elb_cache_object(uint32_t objType, uint32_t connType, uint64_t *object);
 uint32_t db_reset_l2mc6_bd_rt_vxlan_elb_cache_object(uint64_t object);
-uint32_t db_set_l2mc6_bd_rt_vxlan_elb_all_fields(uint64_t object, const void* record, uint32_t length);
+uint32_t db_set_l2mc6_bd_rt_vxlan_elb_all_fields(uint64_t object, const void *record, uint32_t length);
 
 uint32_t db_set_l2mc6_bd_rt_vxlan_elb_vrId(uint64_t object, uint32_t value);
 uint32_t db_set_l2mc6_bd_rt_vxlan_elb_rtKeyWord1(uint64_t object, uint32_t value);
@@ -31,19 +31,19 @@ uint32_t db_set_l2mc6_bd_rt_vxlan_elb_errCode(uint64_t object, uint32_t value);
 uint32_t db_set_l2mc6_bd_rt_vxlan_elb_timeStampCreate(uint64_t object, uint64_t value);
 uint32_t db_set_l2mc6_bd_rt_vxlan_elb_timeStampSmooth(uint64_t object, uint64_t value);
 
-uint32_t db_get_l2mc6_bd_rt_vxlan_elb_vrId(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_bd_rt_vxlan_elb_rtKeyWord1(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_bd_rt_vxlan_elb_rtKeyWord2(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_bd_rt_vxlan_elb_rtKeyWord3(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_bd_rt_vxlan_elb_rtKeyValue(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_bd_rt_vxlan_elb_rtAttr(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_bd_rt_vxlan_elb_vrfId(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_bd_rt_vxlan_elb_appSrcPid(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_bd_rt_vxlan_elb_smoothVersion(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_bd_rt_vxlan_elb_serviceStatus(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_bd_rt_vxlan_elb_errCode(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_bd_rt_vxlan_elb_timeStampCreate(uint64_t object, uint64_t* value);
-uint32_t db_get_l2mc6_bd_rt_vxlan_elb_timeStampSmooth(uint64_t object, uint64_t* value);
+uint32_t db_get_l2mc6_bd_rt_vxlan_elb_vrId(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_bd_rt_vxlan_elb_rtKeyWord1(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_bd_rt_vxlan_elb_rtKeyWord2(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_bd_rt_vxlan_elb_rtKeyWord3(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_bd_rt_vxlan_elb_rtKeyValue(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_bd_rt_vxlan_elb_rtAttr(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_bd_rt_vxlan_elb_vrfId(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_bd_rt_vxlan_elb_appSrcPid(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_bd_rt_vxlan_elb_smoothVersion(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_bd_rt_vxlan_elb_serviceStatus(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_bd_rt_vxlan_elb_errCode(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_bd_rt_vxlan_elb_timeStampCreate(uint64_t object, uint64_t *value);
+uint32_t db_get_l2mc6_bd_rt_vxlan_elb_timeStampSmooth(uint64_t object, uint64_t *value);
 
 #ifdef __cplusplus
 }

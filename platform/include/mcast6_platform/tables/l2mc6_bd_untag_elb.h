@@ -10,17 +10,17 @@
 extern "C" {
 #endif
 
-uint32_t db_create_l2mc6_bd_untag_elb_obj(uint32_t objType, uint32_t connType, uint64_t* object);
+uint32_t db_create_l2mc6_bd_untag_elb_obj(uint32_t objType, uint32_t connType, uint64_t *object);
 void db_release_l2mc6_bd_untag_elb_object(uint64_t object);
 uint32_t db_reset_l2mc6_bd_untag_elb_object(uint64_t object, uint32_t objType);
-uint32_t db_create_l2mc6_bd_untag_elb_cache_object(uint32_t objType, uint32_t connType, uint64_t* object);
+uint32_t db_create_l2mc6_bd_untag_elb_cache_object(uint32_t objType, uint32_t connType, uint64_t *object);
 uint32_t db_reset_l2mc6_bd_untag_elb_cache_object(uint64_t object);
-uint32_t db_set_l2mc6_bd_untag_elb_all_fields(uint64_t object, const void* record, uint32_t length);
+uint32_t db_set_l2mc6_bd_untag_elb_all_fields(uint64_t object, const void *record, uint32_t length);
 
 uint32_t db_set_l2mc6_bd_untag_elb_vrId(uint64_t object, uint32_t value);
 uint32_t db_set_l2mc6_bd_untag_elb_bdId(uint64_t object, uint32_t value);
-uint32_t db_set_l2mc6_bd_untag_elb_groupAddr(uint64_t object, const void* bytes, uint32_t length);
-uint32_t db_set_l2mc6_bd_untag_elb_sourceAddr(uint64_t object, const void* bytes, uint32_t length);
+uint32_t db_set_l2mc6_bd_untag_elb_groupAddr(uint64_t object, const void *bytes, uint32_t length);
+uint32_t db_set_l2mc6_bd_untag_elb_sourceAddr(uint64_t object, const void *bytes, uint32_t length);
 uint32_t db_set_l2mc6_bd_untag_elb_outIfIndex(uint64_t object, uint32_t value);
 uint32_t db_set_l2mc6_bd_untag_elb_vrfId(uint64_t object, uint32_t value);
 uint32_t db_set_l2mc6_bd_untag_elb_fwdIfExtType(uint64_t object, uint16_t value);
@@ -35,37 +35,37 @@ uint32_t db_set_l2mc6_bd_untag_elb_mfibVersion(uint64_t object, uint32_t value);
 uint32_t db_set_l2mc6_bd_untag_elb_appSrcPid(uint64_t object, uint32_t value);
 uint32_t db_set_l2mc6_bd_untag_elb_appVersion(uint64_t object, uint32_t value);
 uint32_t db_set_l2mc6_bd_untag_elb_smoothVersion(uint64_t object, uint32_t value);
-uint32_t db_set_l2mc6_bd_untag_elb_svcCtxHighPrio(uint64_t object, const void* bytes, uint32_t length);
-uint32_t db_set_l2mc6_bd_untag_elb_svcCtxNormalPrio(uint64_t object, const void* bytes, uint32_t length);
-uint32_t db_set_l2mc6_bd_untag_elb_serviceStatus(uint64_t object, const void* bytes, uint32_t length);
-uint32_t db_set_l2mc6_bd_untag_elb_errCode(uint64_t object, const void* bytes, uint32_t length);
+uint32_t db_set_l2mc6_bd_untag_elb_svcCtxHighPrio(uint64_t object, const void *bytes, uint32_t length);
+uint32_t db_set_l2mc6_bd_untag_elb_svcCtxNormalPrio(uint64_t object, const void *bytes, uint32_t length);
+uint32_t db_set_l2mc6_bd_untag_elb_serviceStatus(uint64_t object, const void *bytes, uint32_t length);
+uint32_t db_set_l2mc6_bd_untag_elb_errCode(uint64_t object, const void *bytes, uint32_t length);
 uint32_t db_set_l2mc6_bd_untag_elb_timeStampCreate(uint64_t object, uint64_t value);
 uint32_t db_set_l2mc6_bd_untag_elb_timeStampSmooth(uint64_t object, uint64_t value);
 
-uint32_t db_get_l2mc6_bd_untag_elb_vrId(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_bd_untag_elb_bdId(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_bd_untag_elb_groupAddr(uint64_t object, void** bytes, uint32_t* length);
-uint32_t db_get_l2mc6_bd_untag_elb_sourceAddr(uint64_t object, void** bytes, uint32_t* length);
-uint32_t db_get_l2mc6_bd_untag_elb_outIfIndex(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_bd_untag_elb_vrfId(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_bd_untag_elb_fwdIfExtType(uint64_t object, uint16_t* value);
-uint32_t db_get_l2mc6_bd_untag_elb_fwdIfKind(uint64_t object, uint16_t* value);
-uint32_t db_get_l2mc6_bd_untag_elb_isSelfBoard(uint64_t object, uint8_t* value);
-uint32_t db_get_l2mc6_bd_untag_elb_elbByte1(uint64_t object, uint8_t* value);
-uint32_t db_get_l2mc6_bd_untag_elb_pathFlags(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_bd_untag_elb_mcId(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_bd_untag_elb_egressAttr(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_bd_untag_elb_mcidVersion(uint64_t object, uint64_t* value);
-uint32_t db_get_l2mc6_bd_untag_elb_mfibVersion(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_bd_untag_elb_appSrcPid(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_bd_untag_elb_appVersion(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_bd_untag_elb_smoothVersion(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_bd_untag_elb_svcCtxHighPrio(uint64_t object, void** bytes, uint32_t* length);
-uint32_t db_get_l2mc6_bd_untag_elb_svcCtxNormalPrio(uint64_t object, void** bytes, uint32_t* length);
-uint32_t db_get_l2mc6_bd_untag_elb_serviceStatus(uint64_t object, void** bytes, uint32_t* length);
-uint32_t db_get_l2mc6_bd_untag_elb_errCode(uint64_t object, void** bytes, uint32_t* length);
-uint32_t db_get_l2mc6_bd_untag_elb_timeStampCreate(uint64_t object, uint64_t* value);
-uint32_t db_get_l2mc6_bd_untag_elb_timeStampSmooth(uint64_t object, uint64_t* value);
+uint32_t db_get_l2mc6_bd_untag_elb_vrId(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_bd_untag_elb_bdId(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_bd_untag_elb_groupAddr(uint64_t object, void **bytes, uint32_t *length);
+uint32_t db_get_l2mc6_bd_untag_elb_sourceAddr(uint64_t object, void **bytes, uint32_t *length);
+uint32_t db_get_l2mc6_bd_untag_elb_outIfIndex(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_bd_untag_elb_vrfId(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_bd_untag_elb_fwdIfExtType(uint64_t object, uint16_t *value);
+uint32_t db_get_l2mc6_bd_untag_elb_fwdIfKind(uint64_t object, uint16_t *value);
+uint32_t db_get_l2mc6_bd_untag_elb_isSelfBoard(uint64_t object, uint8_t *value);
+uint32_t db_get_l2mc6_bd_untag_elb_elbByte1(uint64_t object, uint8_t *value);
+uint32_t db_get_l2mc6_bd_untag_elb_pathFlags(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_bd_untag_elb_mcId(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_bd_untag_elb_egressAttr(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_bd_untag_elb_mcidVersion(uint64_t object, uint64_t *value);
+uint32_t db_get_l2mc6_bd_untag_elb_mfibVersion(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_bd_untag_elb_appSrcPid(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_bd_untag_elb_appVersion(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_bd_untag_elb_smoothVersion(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_bd_untag_elb_svcCtxHighPrio(uint64_t object, void **bytes, uint32_t *length);
+uint32_t db_get_l2mc6_bd_untag_elb_svcCtxNormalPrio(uint64_t object, void **bytes, uint32_t *length);
+uint32_t db_get_l2mc6_bd_untag_elb_serviceStatus(uint64_t object, void **bytes, uint32_t *length);
+uint32_t db_get_l2mc6_bd_untag_elb_errCode(uint64_t object, void **bytes, uint32_t *length);
+uint32_t db_get_l2mc6_bd_untag_elb_timeStampCreate(uint64_t object, uint64_t *value);
+uint32_t db_get_l2mc6_bd_untag_elb_timeStampSmooth(uint64_t object, uint64_t *value);
 
 #ifdef __cplusplus
 }

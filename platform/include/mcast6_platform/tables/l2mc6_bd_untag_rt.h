@@ -10,12 +10,12 @@
 extern "C" {
 #endif
 
-uint32_t db_create_l2mc6_bd_untag_rt_obj(uint32_t objType, uint32_t connType, uint64_t* object);
+uint32_t db_create_l2mc6_bd_untag_rt_obj(uint32_t objType, uint32_t connType, uint64_t *object);
 void db_release_l2mc6_bd_untag_rt_object(uint64_t object);
 uint32_t db_reset_l2mc6_bd_untag_rt_object(uint64_t object, uint32_t objType);
-uint32_t db_create_l2mc6_bd_untag_rt_cache_object(uint32_t objType, uint32_t connType, uint64_t* object);
+uint32_t db_create_l2mc6_bd_untag_rt_cache_object(uint32_t objType, uint32_t connType, uint64_t *object);
 uint32_t db_reset_l2mc6_bd_untag_rt_cache_object(uint64_t object);
-uint32_t db_set_l2mc6_bd_untag_rt_all_fields(uint64_t object, const void* record, uint32_t length);
+uint32_t db_set_l2mc6_bd_untag_rt_all_fields(uint64_t object, const void *record, uint32_t length);
 
 uint32_t db_set_l2mc6_bd_untag_rt_vrId(uint64_t object, uint32_t value);
 uint32_t db_set_l2mc6_bd_untag_rt_rtKeyWord1(uint64_t object, uint32_t value);
@@ -29,17 +29,17 @@ uint32_t db_set_l2mc6_bd_untag_rt_errCode(uint64_t object, uint32_t value);
 uint32_t db_set_l2mc6_bd_untag_rt_timeStampCreate(uint64_t object, uint64_t value);
 uint32_t db_set_l2mc6_bd_untag_rt_timeStampSmooth(uint64_t object, uint64_t value);
 
-uint32_t db_get_l2mc6_bd_untag_rt_vrId(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_bd_untag_rt_rtKeyWord1(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_bd_untag_rt_rtKeyWord2(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_bd_untag_rt_rtKeyValue(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_bd_untag_rt_vrfId(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_bd_untag_rt_rtAttr(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_bd_untag_rt_smoothVersion(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_bd_untag_rt_serviceStatus(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_bd_untag_rt_errCode(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_bd_untag_rt_timeStampCreate(uint64_t object, uint64_t* value);
-uint32_t db_get_l2mc6_bd_untag_rt_timeStampSmooth(uint64_t object, uint64_t* value);
+uint32_t db_get_l2mc6_bd_untag_rt_vrId(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_bd_untag_rt_rtKeyWord1(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_bd_untag_rt_rtKeyWord2(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_bd_untag_rt_rtKeyValue(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_bd_untag_rt_vrfId(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_bd_untag_rt_rtAttr(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_bd_untag_rt_smoothVersion(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_bd_untag_rt_serviceStatus(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_bd_untag_rt_errCode(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_bd_untag_rt_timeStampCreate(uint64_t object, uint64_t *value);
+uint32_t db_get_l2mc6_bd_untag_rt_timeStampSmooth(uint64_t object, uint64_t *value);
 
 #ifdef __cplusplus
 }

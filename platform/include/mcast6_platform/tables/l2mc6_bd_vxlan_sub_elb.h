@@ -10,22 +10,22 @@
 extern "C" {
 #endif
 
-uint32_t db_create_l2mc6_bd_vxlan_sub_elb_obj(uint32_t objType, uint32_t connType, uint64_t* object);
+uint32_t db_create_l2mc6_bd_vxlan_sub_elb_obj(uint32_t objType, uint32_t connType, uint64_t *object);
 void db_release_l2mc6_bd_vxlan_sub_elb_object(uint64_t object);
 uint32_t db_reset_l2mc6_bd_vxlan_sub_elb_object(uint64_t object, uint32_t objType);
-uint32_t db_create_l2mc6_bd_vxlan_sub_elb_cache_object(uint32_t objType, uint32_t connType, uint64_t* object);
+uint32_t db_create_l2mc6_bd_vxlan_sub_elb_cache_object(uint32_t objType, uint32_t connType, uint64_t *object);
 uint32_t db_reset_l2mc6_bd_vxlan_sub_elb_cache_object(uint64_t object);
-uint32_t db_set_l2mc6_bd_vxlan_sub_elb_all_fields(uint64_t object, const void* record, uint32_t length);
+uint32_t db_set_l2mc6_bd_vxlan_sub_elb_all_fields(uint64_t object, const void *record, uint32_t length);
 
 uint32_t db_set_l2mc6_bd_vxlan_sub_elb_vrId(uint64_t object, uint32_t value);
 uint32_t db_set_l2mc6_bd_vxlan_sub_elb_bdId(uint64_t object, uint32_t value);
-uint32_t db_set_l2mc6_bd_vxlan_sub_elb_groupAddr(uint64_t object, const void* bytes, uint32_t length);
-uint32_t db_set_l2mc6_bd_vxlan_sub_elb_sourceAddr(uint64_t object, const void* bytes, uint32_t length);
+uint32_t db_set_l2mc6_bd_vxlan_sub_elb_groupAddr(uint64_t object, const void *bytes, uint32_t length);
+uint32_t db_set_l2mc6_bd_vxlan_sub_elb_sourceAddr(uint64_t object, const void *bytes, uint32_t length);
 uint32_t db_set_l2mc6_bd_vxlan_sub_elb_vxlanByte(uint64_t object, uint32_t value);
 uint32_t db_set_l2mc6_bd_vxlan_sub_elb_vxlanWord1(uint64_t object, uint32_t value);
 uint32_t db_set_l2mc6_bd_vxlan_sub_elb_outIfIndex(uint64_t object, uint32_t value);
 uint32_t db_set_l2mc6_bd_vxlan_sub_elb_vxlanWord2(uint64_t object, uint32_t value);
-uint32_t db_set_l2mc6_bd_vxlan_sub_elb_vxlanWords3to6(uint64_t object, const void* bytes, uint32_t length);
+uint32_t db_set_l2mc6_bd_vxlan_sub_elb_vxlanWords3to6(uint64_t object, const void *bytes, uint32_t length);
 uint32_t db_set_l2mc6_bd_vxlan_sub_elb_vxlanWord0(uint64_t object, uint32_t value);
 uint32_t db_set_l2mc6_bd_vxlan_sub_elb_vrfId(uint64_t object, uint32_t value);
 uint32_t db_set_l2mc6_bd_vxlan_sub_elb_fwdIfType(uint64_t object, uint16_t value);
@@ -38,42 +38,42 @@ uint32_t db_set_l2mc6_bd_vxlan_sub_elb_mfibVersion(uint64_t object, uint32_t val
 uint32_t db_set_l2mc6_bd_vxlan_sub_elb_appSrcPid(uint64_t object, uint32_t value);
 uint32_t db_set_l2mc6_bd_vxlan_sub_elb_appVersion(uint64_t object, uint32_t value);
 uint32_t db_set_l2mc6_bd_vxlan_sub_elb_smoothVersion(uint64_t object, uint32_t value);
-uint32_t db_set_l2mc6_bd_vxlan_sub_elb_elbData1(uint64_t object, const void* bytes, uint32_t length);
-uint32_t db_set_l2mc6_bd_vxlan_sub_elb_svcCtxHighPrio(uint64_t object, const void* bytes, uint32_t length);
-uint32_t db_set_l2mc6_bd_vxlan_sub_elb_svcCtxNormalPrio(uint64_t object, const void* bytes, uint32_t length);
-uint32_t db_set_l2mc6_bd_vxlan_sub_elb_serviceStatus(uint64_t object, const void* bytes, uint32_t length);
-uint32_t db_set_l2mc6_bd_vxlan_sub_elb_errCode(uint64_t object, const void* bytes, uint32_t length);
+uint32_t db_set_l2mc6_bd_vxlan_sub_elb_elbData1(uint64_t object, const void *bytes, uint32_t length);
+uint32_t db_set_l2mc6_bd_vxlan_sub_elb_svcCtxHighPrio(uint64_t object, const void *bytes, uint32_t length);
+uint32_t db_set_l2mc6_bd_vxlan_sub_elb_svcCtxNormalPrio(uint64_t object, const void *bytes, uint32_t length);
+uint32_t db_set_l2mc6_bd_vxlan_sub_elb_serviceStatus(uint64_t object, const void *bytes, uint32_t length);
+uint32_t db_set_l2mc6_bd_vxlan_sub_elb_errCode(uint64_t object, const void *bytes, uint32_t length);
 uint32_t db_set_l2mc6_bd_vxlan_sub_elb_timeStampCreate(uint64_t object, uint64_t value);
 uint32_t db_set_l2mc6_bd_vxlan_sub_elb_timeStampSmooth(uint64_t object, uint64_t value);
 
-uint32_t db_get_l2mc6_bd_vxlan_sub_elb_vrId(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_bd_vxlan_sub_elb_bdId(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_bd_vxlan_sub_elb_groupAddr(uint64_t object, void** bytes, uint32_t* length);
-uint32_t db_get_l2mc6_bd_vxlan_sub_elb_sourceAddr(uint64_t object, void** bytes, uint32_t* length);
-uint32_t db_get_l2mc6_bd_vxlan_sub_elb_vxlanByte(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_bd_vxlan_sub_elb_vxlanWord1(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_bd_vxlan_sub_elb_outIfIndex(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_bd_vxlan_sub_elb_vxlanWord2(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_bd_vxlan_sub_elb_vxlanWords3to6(uint64_t object, void** bytes, uint32_t* length);
-uint32_t db_get_l2mc6_bd_vxlan_sub_elb_vxlanWord0(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_bd_vxlan_sub_elb_vrfId(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_bd_vxlan_sub_elb_fwdIfType(uint64_t object, uint16_t* value);
-uint32_t db_get_l2mc6_bd_vxlan_sub_elb_isSelfBoard(uint64_t object, uint8_t* value);
-uint32_t db_get_l2mc6_bd_vxlan_sub_elb_vxlanFlag(uint64_t object, uint8_t* value);
-uint32_t db_get_l2mc6_bd_vxlan_sub_elb_pathFlags(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_bd_vxlan_sub_elb_mcId(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_bd_vxlan_sub_elb_mcidVersion(uint64_t object, uint64_t* value);
-uint32_t db_get_l2mc6_bd_vxlan_sub_elb_mfibVersion(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_bd_vxlan_sub_elb_appSrcPid(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_bd_vxlan_sub_elb_appVersion(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_bd_vxlan_sub_elb_smoothVersion(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_bd_vxlan_sub_elb_elbData1(uint64_t object, void** bytes, uint32_t* length);
-uint32_t db_get_l2mc6_bd_vxlan_sub_elb_svcCtxHighPrio(uint64_t object, void** bytes, uint32_t* length);
-uint32_t db_get_l2mc6_bd_vxlan_sub_elb_svcCtxNormalPrio(uint64_t object, void** bytes, uint32_t* length);
-uint32_t db_get_l2mc6_bd_vxlan_sub_elb_serviceStatus(uint64_t object, void** bytes, uint32_t* length);
-uint32_t db_get_l2mc6_bd_vxlan_sub_elb_errCode(uint64_t object, void** bytes, uint32_t* length);
-uint32_t db_get_l2mc6_bd_vxlan_sub_elb_timeStampCreate(uint64_t object, uint64_t* value);
-uint32_t db_get_l2mc6_bd_vxlan_sub_elb_timeStampSmooth(uint64_t object, uint64_t* value);
+uint32_t db_get_l2mc6_bd_vxlan_sub_elb_vrId(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_bd_vxlan_sub_elb_bdId(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_bd_vxlan_sub_elb_groupAddr(uint64_t object, void **bytes, uint32_t *length);
+uint32_t db_get_l2mc6_bd_vxlan_sub_elb_sourceAddr(uint64_t object, void **bytes, uint32_t *length);
+uint32_t db_get_l2mc6_bd_vxlan_sub_elb_vxlanByte(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_bd_vxlan_sub_elb_vxlanWord1(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_bd_vxlan_sub_elb_outIfIndex(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_bd_vxlan_sub_elb_vxlanWord2(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_bd_vxlan_sub_elb_vxlanWords3to6(uint64_t object, void **bytes, uint32_t *length);
+uint32_t db_get_l2mc6_bd_vxlan_sub_elb_vxlanWord0(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_bd_vxlan_sub_elb_vrfId(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_bd_vxlan_sub_elb_fwdIfType(uint64_t object, uint16_t *value);
+uint32_t db_get_l2mc6_bd_vxlan_sub_elb_isSelfBoard(uint64_t object, uint8_t *value);
+uint32_t db_get_l2mc6_bd_vxlan_sub_elb_vxlanFlag(uint64_t object, uint8_t *value);
+uint32_t db_get_l2mc6_bd_vxlan_sub_elb_pathFlags(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_bd_vxlan_sub_elb_mcId(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_bd_vxlan_sub_elb_mcidVersion(uint64_t object, uint64_t *value);
+uint32_t db_get_l2mc6_bd_vxlan_sub_elb_mfibVersion(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_bd_vxlan_sub_elb_appSrcPid(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_bd_vxlan_sub_elb_appVersion(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_bd_vxlan_sub_elb_smoothVersion(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_bd_vxlan_sub_elb_elbData1(uint64_t object, void **bytes, uint32_t *length);
+uint32_t db_get_l2mc6_bd_vxlan_sub_elb_svcCtxHighPrio(uint64_t object, void **bytes, uint32_t *length);
+uint32_t db_get_l2mc6_bd_vxlan_sub_elb_svcCtxNormalPrio(uint64_t object, void **bytes, uint32_t *length);
+uint32_t db_get_l2mc6_bd_vxlan_sub_elb_serviceStatus(uint64_t object, void **bytes, uint32_t *length);
+uint32_t db_get_l2mc6_bd_vxlan_sub_elb_errCode(uint64_t object, void **bytes, uint32_t *length);
+uint32_t db_get_l2mc6_bd_vxlan_sub_elb_timeStampCreate(uint64_t object, uint64_t *value);
+uint32_t db_get_l2mc6_bd_vxlan_sub_elb_timeStampSmooth(uint64_t object, uint64_t *value);
 
 #ifdef __cplusplus
 }

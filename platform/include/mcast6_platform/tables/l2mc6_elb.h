@@ -10,18 +10,18 @@
 extern "C" {
 #endif
 
-uint32_t db_create_l2mc6_elb_obj(uint32_t objType, uint32_t connType, uint64_t* object);
+uint32_t db_create_l2mc6_elb_obj(uint32_t objType, uint32_t connType, uint64_t *object);
 void db_release_l2mc6_elb_object(uint64_t object);
 uint32_t db_reset_l2mc6_elb_object(uint64_t object, uint32_t objType);
-uint32_t db_create_l2mc6_elb_cache_object(uint32_t objType, uint32_t connType, uint64_t* object);
+uint32_t db_create_l2mc6_elb_cache_object(uint32_t objType, uint32_t connType, uint64_t *object);
 uint32_t db_reset_l2mc6_elb_cache_object(uint64_t object);
-uint32_t db_set_l2mc6_elb_all_fields(uint64_t object, const void* record, uint32_t length);
+uint32_t db_set_l2mc6_elb_all_fields(uint64_t object, const void *record, uint32_t length);
 
 uint32_t db_set_l2mc6_elb_vrId(uint64_t object, uint32_t value);
 uint32_t db_set_l2mc6_elb_vlanId(uint64_t object, uint16_t value);
 uint32_t db_set_l2mc6_elb_userVlanId(uint64_t object, uint16_t value);
-uint32_t db_set_l2mc6_elb_groupAddr(uint64_t object, const void* bytes, uint32_t length);
-uint32_t db_set_l2mc6_elb_sourceAddr(uint64_t object, const void* bytes, uint32_t length);
+uint32_t db_set_l2mc6_elb_groupAddr(uint64_t object, const void *bytes, uint32_t length);
+uint32_t db_set_l2mc6_elb_sourceAddr(uint64_t object, const void *bytes, uint32_t length);
 uint32_t db_set_l2mc6_elb_outIfIndex(uint64_t object, uint32_t value);
 uint32_t db_set_l2mc6_elb_vrfId(uint64_t object, uint32_t value);
 uint32_t db_set_l2mc6_elb_fwdIfExtType(uint64_t object, uint16_t value);
@@ -36,40 +36,40 @@ uint32_t db_set_l2mc6_elb_mcId(uint64_t object, uint32_t value);
 uint32_t db_set_l2mc6_elb_smoothVersion(uint64_t object, uint32_t value);
 uint32_t db_set_l2mc6_elb_elbWord1(uint64_t object, uint32_t value);
 uint32_t db_set_l2mc6_elb_elbWord2(uint64_t object, uint32_t value);
-uint32_t db_set_l2mc6_elb_elbData1(uint64_t object, const void* bytes, uint32_t length);
-uint32_t db_set_l2mc6_elb_svcCtxHighPrio(uint64_t object, const void* bytes, uint32_t length);
-uint32_t db_set_l2mc6_elb_svcCtxNormalPrio(uint64_t object, const void* bytes, uint32_t length);
-uint32_t db_set_l2mc6_elb_serviceStatus(uint64_t object, const void* bytes, uint32_t length);
-uint32_t db_set_l2mc6_elb_errCode(uint64_t object, const void* bytes, uint32_t length);
+uint32_t db_set_l2mc6_elb_elbData1(uint64_t object, const void *bytes, uint32_t length);
+uint32_t db_set_l2mc6_elb_svcCtxHighPrio(uint64_t object, const void *bytes, uint32_t length);
+uint32_t db_set_l2mc6_elb_svcCtxNormalPrio(uint64_t object, const void *bytes, uint32_t length);
+uint32_t db_set_l2mc6_elb_serviceStatus(uint64_t object, const void *bytes, uint32_t length);
+uint32_t db_set_l2mc6_elb_errCode(uint64_t object, const void *bytes, uint32_t length);
 uint32_t db_set_l2mc6_elb_timeStampCreate(uint64_t object, uint64_t value);
 uint32_t db_set_l2mc6_elb_timeStampSmooth(uint64_t object, uint64_t value);
 
-uint32_t db_get_l2mc6_elb_vrId(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_elb_vlanId(uint64_t object, uint16_t* value);
-uint32_t db_get_l2mc6_elb_userVlanId(uint64_t object, uint16_t* value);
-uint32_t db_get_l2mc6_elb_groupAddr(uint64_t object, void** bytes, uint32_t* length);
-uint32_t db_get_l2mc6_elb_sourceAddr(uint64_t object, void** bytes, uint32_t* length);
-uint32_t db_get_l2mc6_elb_outIfIndex(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_elb_vrfId(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_elb_fwdIfExtType(uint64_t object, uint16_t* value);
-uint32_t db_get_l2mc6_elb_fwdIfType(uint64_t object, uint16_t* value);
-uint32_t db_get_l2mc6_elb_isSelfBoard(uint64_t object, uint8_t* value);
-uint32_t db_get_l2mc6_elb_elbByte1(uint64_t object, uint8_t* value);
-uint32_t db_get_l2mc6_elb_pathFlags(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_elb_appSrcPid(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_elb_mcidVersion(uint64_t object, uint64_t* value);
-uint32_t db_get_l2mc6_elb_mfibVersion(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_elb_mcId(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_elb_smoothVersion(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_elb_elbWord1(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_elb_elbWord2(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_elb_elbData1(uint64_t object, void** bytes, uint32_t* length);
-uint32_t db_get_l2mc6_elb_svcCtxHighPrio(uint64_t object, void** bytes, uint32_t* length);
-uint32_t db_get_l2mc6_elb_svcCtxNormalPrio(uint64_t object, void** bytes, uint32_t* length);
-uint32_t db_get_l2mc6_elb_serviceStatus(uint64_t object, void** bytes, uint32_t* length);
-uint32_t db_get_l2mc6_elb_errCode(uint64_t object, void** bytes, uint32_t* length);
-uint32_t db_get_l2mc6_elb_timeStampCreate(uint64_t object, uint64_t* value);
-uint32_t db_get_l2mc6_elb_timeStampSmooth(uint64_t object, uint64_t* value);
+uint32_t db_get_l2mc6_elb_vrId(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_elb_vlanId(uint64_t object, uint16_t *value);
+uint32_t db_get_l2mc6_elb_userVlanId(uint64_t object, uint16_t *value);
+uint32_t db_get_l2mc6_elb_groupAddr(uint64_t object, void **bytes, uint32_t *length);
+uint32_t db_get_l2mc6_elb_sourceAddr(uint64_t object, void **bytes, uint32_t *length);
+uint32_t db_get_l2mc6_elb_outIfIndex(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_elb_vrfId(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_elb_fwdIfExtType(uint64_t object, uint16_t *value);
+uint32_t db_get_l2mc6_elb_fwdIfType(uint64_t object, uint16_t *value);
+uint32_t db_get_l2mc6_elb_isSelfBoard(uint64_t object, uint8_t *value);
+uint32_t db_get_l2mc6_elb_elbByte1(uint64_t object, uint8_t *value);
+uint32_t db_get_l2mc6_elb_pathFlags(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_elb_appSrcPid(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_elb_mcidVersion(uint64_t object, uint64_t *value);
+uint32_t db_get_l2mc6_elb_mfibVersion(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_elb_mcId(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_elb_smoothVersion(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_elb_elbWord1(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_elb_elbWord2(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_elb_elbData1(uint64_t object, void **bytes, uint32_t *length);
+uint32_t db_get_l2mc6_elb_svcCtxHighPrio(uint64_t object, void **bytes, uint32_t *length);
+uint32_t db_get_l2mc6_elb_svcCtxNormalPrio(uint64_t object, void **bytes, uint32_t *length);
+uint32_t db_get_l2mc6_elb_serviceStatus(uint64_t object, void **bytes, uint32_t *length);
+uint32_t db_get_l2mc6_elb_errCode(uint64_t object, void **bytes, uint32_t *length);
+uint32_t db_get_l2mc6_elb_timeStampCreate(uint64_t object, uint64_t *value);
+uint32_t db_get_l2mc6_elb_timeStampSmooth(uint64_t object, uint64_t *value);
 
 #ifdef __cplusplus
 }

@@ -10,17 +10,17 @@
 extern "C" {
 #endif
 
-uint32_t db_create_l2mc6_flowstat_sub_obj(uint32_t objType, uint32_t connType, uint64_t* object);
+uint32_t db_create_l2mc6_flowstat_sub_obj(uint32_t objType, uint32_t connType, uint64_t *object);
 void db_release_l2mc6_flowstat_sub_object(uint64_t object);
 uint32_t db_reset_l2mc6_flowstat_sub_object(uint64_t object, uint32_t objType);
-uint32_t db_create_l2mc6_flowstat_sub_cache_object(uint32_t objType, uint32_t connType, uint64_t* object);
+uint32_t db_create_l2mc6_flowstat_sub_cache_object(uint32_t objType, uint32_t connType, uint64_t *object);
 uint32_t db_reset_l2mc6_flowstat_sub_cache_object(uint64_t object);
-uint32_t db_set_l2mc6_flowstat_sub_all_fields(uint64_t object, const void* record, uint32_t length);
+uint32_t db_set_l2mc6_flowstat_sub_all_fields(uint64_t object, const void *record, uint32_t length);
 
 uint32_t db_set_l2mc6_flowstat_sub_keyId1(uint64_t object, uint32_t value);
 uint32_t db_set_l2mc6_flowstat_sub_keyId2(uint64_t object, uint32_t value);
-uint32_t db_set_l2mc6_flowstat_sub_flowAddr1(uint64_t object, const void* bytes, uint32_t length);
-uint32_t db_set_l2mc6_flowstat_sub_flowAddr2(uint64_t object, const void* bytes, uint32_t length);
+uint32_t db_set_l2mc6_flowstat_sub_flowAddr1(uint64_t object, const void *bytes, uint32_t length);
+uint32_t db_set_l2mc6_flowstat_sub_flowAddr2(uint64_t object, const void *bytes, uint32_t length);
 uint32_t db_set_l2mc6_flowstat_sub_srcPid(uint64_t object, uint32_t value);
 uint32_t db_set_l2mc6_flowstat_sub_cfgWord2(uint64_t object, uint32_t value);
 uint32_t db_set_l2mc6_flowstat_sub_cfgWord3(uint64_t object, uint32_t value);
@@ -28,16 +28,16 @@ uint32_t db_set_l2mc6_flowstat_sub_smoothVersion(uint64_t object, uint32_t value
 uint32_t db_set_l2mc6_flowstat_sub_timeStampCreate(uint64_t object, uint64_t value);
 uint32_t db_set_l2mc6_flowstat_sub_timeStampSmooth(uint64_t object, uint64_t value);
 
-uint32_t db_get_l2mc6_flowstat_sub_keyId1(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_flowstat_sub_keyId2(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_flowstat_sub_flowAddr1(uint64_t object, void** bytes, uint32_t* length);
-uint32_t db_get_l2mc6_flowstat_sub_flowAddr2(uint64_t object, void** bytes, uint32_t* length);
-uint32_t db_get_l2mc6_flowstat_sub_srcPid(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_flowstat_sub_cfgWord2(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_flowstat_sub_cfgWord3(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_flowstat_sub_smoothVersion(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_flowstat_sub_timeStampCreate(uint64_t object, uint64_t* value);
-uint32_t db_get_l2mc6_flowstat_sub_timeStampSmooth(uint64_t object, uint64_t* value);
+uint32_t db_get_l2mc6_flowstat_sub_keyId1(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_flowstat_sub_keyId2(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_flowstat_sub_flowAddr1(uint64_t object, void **bytes, uint32_t *length);
+uint32_t db_get_l2mc6_flowstat_sub_flowAddr2(uint64_t object, void **bytes, uint32_t *length);
+uint32_t db_get_l2mc6_flowstat_sub_srcPid(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_flowstat_sub_cfgWord2(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_flowstat_sub_cfgWord3(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_flowstat_sub_smoothVersion(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_flowstat_sub_timeStampCreate(uint64_t object, uint64_t *value);
+uint32_t db_get_l2mc6_flowstat_sub_timeStampSmooth(uint64_t object, uint64_t *value);
 
 #ifdef __cplusplus
 }

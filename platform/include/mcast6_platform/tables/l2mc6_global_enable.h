@@ -10,30 +10,30 @@
 extern "C" {
 #endif
 
-uint32_t db_create_l2mc6_global_enable_obj(uint32_t objType, uint32_t connType, uint64_t* object);
+uint32_t db_create_l2mc6_global_enable_obj(uint32_t objType, uint32_t connType, uint64_t *object);
 void db_release_l2mc6_global_enable_object(uint64_t object);
 uint32_t db_reset_l2mc6_global_enable_object(uint64_t object, uint32_t objType);
-uint32_t db_create_l2mc6_global_enable_cache_object(uint32_t objType, uint32_t connType, uint64_t* object);
+uint32_t db_create_l2mc6_global_enable_cache_object(uint32_t objType, uint32_t connType, uint64_t *object);
 uint32_t db_reset_l2mc6_global_enable_cache_object(uint64_t object);
-uint32_t db_set_l2mc6_global_enable_all_fields(uint64_t object, const void* record, uint32_t length);
+uint32_t db_set_l2mc6_global_enable_all_fields(uint64_t object, const void *record, uint32_t length);
 
 uint32_t db_set_l2mc6_global_enable_keyId1(uint64_t object, uint32_t value);
 uint32_t db_set_l2mc6_global_enable_keyId2(uint64_t object, uint32_t value);
 uint32_t db_set_l2mc6_global_enable_cfgWord1(uint64_t object, uint32_t value);
 uint32_t db_set_l2mc6_global_enable_smoothVersion(uint64_t object, uint32_t value);
-uint32_t db_set_l2mc6_global_enable_serviceStatus(uint64_t object, const void* bytes, uint32_t length);
-uint32_t db_set_l2mc6_global_enable_errCode(uint64_t object, const void* bytes, uint32_t length);
+uint32_t db_set_l2mc6_global_enable_serviceStatus(uint64_t object, const void *bytes, uint32_t length);
+uint32_t db_set_l2mc6_global_enable_errCode(uint64_t object, const void *bytes, uint32_t length);
 uint32_t db_set_l2mc6_global_enable_timeStampCreate(uint64_t object, uint64_t value);
 uint32_t db_set_l2mc6_global_enable_timeStampSmooth(uint64_t object, uint64_t value);
 
-uint32_t db_get_l2mc6_global_enable_keyId1(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_global_enable_keyId2(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_global_enable_cfgWord1(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_global_enable_smoothVersion(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_global_enable_serviceStatus(uint64_t object, void** bytes, uint32_t* length);
-uint32_t db_get_l2mc6_global_enable_errCode(uint64_t object, void** bytes, uint32_t* length);
-uint32_t db_get_l2mc6_global_enable_timeStampCreate(uint64_t object, uint64_t* value);
-uint32_t db_get_l2mc6_global_enable_timeStampSmooth(uint64_t object, uint64_t* value);
+uint32_t db_get_l2mc6_global_enable_keyId1(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_global_enable_keyId2(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_global_enable_cfgWord1(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_global_enable_smoothVersion(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_global_enable_serviceStatus(uint64_t object, void **bytes, uint32_t *length);
+uint32_t db_get_l2mc6_global_enable_errCode(uint64_t object, void **bytes, uint32_t *length);
+uint32_t db_get_l2mc6_global_enable_timeStampCreate(uint64_t object, uint64_t *value);
+uint32_t db_get_l2mc6_global_enable_timeStampSmooth(uint64_t object, uint64_t *value);
 
 #ifdef __cplusplus
 }

@@ -10,12 +10,12 @@
 extern "C" {
 #endif
 
-uint32_t db_create_l2mc6_vlan_enable_obj(uint32_t objType, uint32_t connType, uint64_t* object);
+uint32_t db_create_l2mc6_vlan_enable_obj(uint32_t objType, uint32_t connType, uint64_t *object);
 void db_release_l2mc6_vlan_enable_object(uint64_t object);
 uint32_t db_reset_l2mc6_vlan_enable_object(uint64_t object, uint32_t objType);
-uint32_t db_create_l2mc6_vlan_enable_cache_object(uint32_t objType, uint32_t connType, uint64_t* object);
+uint32_t db_create_l2mc6_vlan_enable_cache_object(uint32_t objType, uint32_t connType, uint64_t *object);
 uint32_t db_reset_l2mc6_vlan_enable_cache_object(uint64_t object);
-uint32_t db_set_l2mc6_vlan_enable_all_fields(uint64_t object, const void* record, uint32_t length);
+uint32_t db_set_l2mc6_vlan_enable_all_fields(uint64_t object, const void *record, uint32_t length);
 
 uint32_t db_set_l2mc6_vlan_enable_keyId1(uint64_t object, uint32_t value);
 uint32_t db_set_l2mc6_vlan_enable_keyId2(uint64_t object, uint32_t value);
@@ -26,28 +26,28 @@ uint32_t db_set_l2mc6_vlan_enable_cfgWord2(uint64_t object, uint32_t value);
 uint32_t db_set_l2mc6_vlan_enable_cfgWord3(uint64_t object, uint32_t value);
 uint32_t db_set_l2mc6_vlan_enable_cfgWord4(uint64_t object, uint32_t value);
 uint32_t db_set_l2mc6_vlan_enable_cfgWord5(uint64_t object, uint32_t value);
-uint32_t db_set_l2mc6_vlan_enable_serviceStatus(uint64_t object, const void* bytes, uint32_t length);
-uint32_t db_set_l2mc6_vlan_enable_errCode(uint64_t object, const void* bytes, uint32_t length);
+uint32_t db_set_l2mc6_vlan_enable_serviceStatus(uint64_t object, const void *bytes, uint32_t length);
+uint32_t db_set_l2mc6_vlan_enable_errCode(uint64_t object, const void *bytes, uint32_t length);
 uint32_t db_set_l2mc6_vlan_enable_timeStampCreate(uint64_t object, uint64_t value);
 uint32_t db_set_l2mc6_vlan_enable_timeStampSmooth(uint64_t object, uint64_t value);
 uint32_t db_set_l2mc6_vlan_enable_l2mcEnable(uint64_t object, uint32_t value);
-uint32_t db_set_l2mc6_vlan_enable_attrC(uint64_t object, const void* bytes, uint32_t length);
+uint32_t db_set_l2mc6_vlan_enable_attrC(uint64_t object, const void *bytes, uint32_t length);
 
-uint32_t db_get_l2mc6_vlan_enable_keyId1(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_vlan_enable_keyId2(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_vlan_enable_vlanId(uint64_t object, uint16_t* value);
-uint32_t db_get_l2mc6_vlan_enable_vlanAttr(uint64_t object, uint16_t* value);
-uint32_t db_get_l2mc6_vlan_enable_cfgWord1(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_vlan_enable_cfgWord2(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_vlan_enable_cfgWord3(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_vlan_enable_cfgWord4(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_vlan_enable_cfgWord5(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_vlan_enable_serviceStatus(uint64_t object, void** bytes, uint32_t* length);
-uint32_t db_get_l2mc6_vlan_enable_errCode(uint64_t object, void** bytes, uint32_t* length);
-uint32_t db_get_l2mc6_vlan_enable_timeStampCreate(uint64_t object, uint64_t* value);
-uint32_t db_get_l2mc6_vlan_enable_timeStampSmooth(uint64_t object, uint64_t* value);
-uint32_t db_get_l2mc6_vlan_enable_l2mcEnable(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_vlan_enable_attrC(uint64_t object, void** bytes, uint32_t* length);
+uint32_t db_get_l2mc6_vlan_enable_keyId1(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_vlan_enable_keyId2(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_vlan_enable_vlanId(uint64_t object, uint16_t *value);
+uint32_t db_get_l2mc6_vlan_enable_vlanAttr(uint64_t object, uint16_t *value);
+uint32_t db_get_l2mc6_vlan_enable_cfgWord1(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_vlan_enable_cfgWord2(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_vlan_enable_cfgWord3(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_vlan_enable_cfgWord4(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_vlan_enable_cfgWord5(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_vlan_enable_serviceStatus(uint64_t object, void **bytes, uint32_t *length);
+uint32_t db_get_l2mc6_vlan_enable_errCode(uint64_t object, void **bytes, uint32_t *length);
+uint32_t db_get_l2mc6_vlan_enable_timeStampCreate(uint64_t object, uint64_t *value);
+uint32_t db_get_l2mc6_vlan_enable_timeStampSmooth(uint64_t object, uint64_t *value);
+uint32_t db_get_l2mc6_vlan_enable_l2mcEnable(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_vlan_enable_attrC(uint64_t object, void **bytes, uint32_t *length);
 
 #ifdef __cplusplus
 }

@@ -10,12 +10,12 @@
 extern "C" {
 #endif
 
-uint32_t db_create_l2mc6_vlan_port_obj(uint32_t objType, uint32_t connType, uint64_t* object);
+uint32_t db_create_l2mc6_vlan_port_obj(uint32_t objType, uint32_t connType, uint64_t *object);
 void db_release_l2mc6_vlan_port_object(uint64_t object);
 uint32_t db_reset_l2mc6_vlan_port_object(uint64_t object, uint32_t objType);
-uint32_t db_create_l2mc6_vlan_port_cache_object(uint32_t objType, uint32_t connType, uint64_t* object);
+uint32_t db_create_l2mc6_vlan_port_cache_object(uint32_t objType, uint32_t connType, uint64_t *object);
 uint32_t db_reset_l2mc6_vlan_port_cache_object(uint64_t object);
-uint32_t db_set_l2mc6_vlan_port_all_fields(uint64_t object, const void* record, uint32_t length);
+uint32_t db_set_l2mc6_vlan_port_all_fields(uint64_t object, const void *record, uint32_t length);
 
 uint32_t db_set_l2mc6_vlan_port_keyId1(uint64_t object, uint32_t value);
 uint32_t db_set_l2mc6_vlan_port_vlanId(uint64_t object, uint16_t value);
@@ -29,17 +29,17 @@ uint32_t db_set_l2mc6_vlan_port_errCode(uint64_t object, uint32_t value);
 uint32_t db_set_l2mc6_vlan_port_timeStampCreate(uint64_t object, uint64_t value);
 uint32_t db_set_l2mc6_vlan_port_timeStampSmooth(uint64_t object, uint64_t value);
 
-uint32_t db_get_l2mc6_vlan_port_keyId1(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_vlan_port_vlanId(uint64_t object, uint16_t* value);
-uint32_t db_get_l2mc6_vlan_port_keyId3(uint64_t object, uint16_t* value);
-uint32_t db_get_l2mc6_vlan_port_keyId4(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_vlan_port_portAttr(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_vlan_port_cfgWord1(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_vlan_port_smoothVersion(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_vlan_port_serviceStatus(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_vlan_port_errCode(uint64_t object, uint32_t* value);
-uint32_t db_get_l2mc6_vlan_port_timeStampCreate(uint64_t object, uint64_t* value);
-uint32_t db_get_l2mc6_vlan_port_timeStampSmooth(uint64_t object, uint64_t* value);
+uint32_t db_get_l2mc6_vlan_port_keyId1(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_vlan_port_vlanId(uint64_t object, uint16_t *value);
+uint32_t db_get_l2mc6_vlan_port_keyId3(uint64_t object, uint16_t *value);
+uint32_t db_get_l2mc6_vlan_port_keyId4(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_vlan_port_portAttr(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_vlan_port_cfgWord1(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_vlan_port_smoothVersion(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_vlan_port_serviceStatus(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_vlan_port_errCode(uint64_t object, uint32_t *value);
+uint32_t db_get_l2mc6_vlan_port_timeStampCreate(uint64_t object, uint64_t *value);
+uint32_t db_get_l2mc6_vlan_port_timeStampSmooth(uint64_t object, uint64_t *value);
 
 #ifdef __cplusplus
 }

@@ -10,17 +10,17 @@
 extern "C" {
 #endif
 
-uint32_t db_create_l3mc6_bd_tag_elb_obj(uint32_t objType, uint32_t connType, uint64_t* object);
+uint32_t db_create_l3mc6_bd_tag_elb_obj(uint32_t objType, uint32_t connType, uint64_t *object);
 void db_release_l3mc6_bd_tag_elb_object(uint64_t object);
 uint32_t db_reset_l3mc6_bd_tag_elb_object(uint64_t object, uint32_t objType);
-uint32_t db_create_l3mc6_bd_tag_elb_cache_object(uint32_t objType, uint32_t connType, uint64_t* object);
+uint32_t db_create_l3mc6_bd_tag_elb_cache_object(uint32_t objType, uint32_t connType, uint64_t *object);
 uint32_t db_reset_l3mc6_bd_tag_elb_cache_object(uint64_t object);
-uint32_t db_set_l3mc6_bd_tag_elb_all_fields(uint64_t object, const void* record, uint32_t length);
+uint32_t db_set_l3mc6_bd_tag_elb_all_fields(uint64_t object, const void *record, uint32_t length);
 
 uint32_t db_set_l3mc6_bd_tag_elb_vrId(uint64_t object, uint32_t value);
 uint32_t db_set_l3mc6_bd_tag_elb_vrfId(uint64_t object, uint32_t value);
-uint32_t db_set_l3mc6_bd_tag_elb_groupAddr(uint64_t object, const void* bytes, uint32_t length);
-uint32_t db_set_l3mc6_bd_tag_elb_sourceAddr(uint64_t object, const void* bytes, uint32_t length);
+uint32_t db_set_l3mc6_bd_tag_elb_groupAddr(uint64_t object, const void *bytes, uint32_t length);
+uint32_t db_set_l3mc6_bd_tag_elb_sourceAddr(uint64_t object, const void *bytes, uint32_t length);
 uint32_t db_set_l3mc6_bd_tag_elb_bdElbAttr4(uint64_t object, uint32_t value);
 uint32_t db_set_l3mc6_bd_tag_elb_bdElbAttr5(uint64_t object, uint32_t value);
 uint32_t db_set_l3mc6_bd_tag_elb_bdElbAttr7(uint64_t object, uint16_t value);
@@ -40,7 +40,7 @@ uint32_t db_set_l3mc6_bd_tag_elb_smoothVersion(uint64_t object, uint32_t value);
 uint32_t db_set_l3mc6_bd_tag_elb_mlagRole(uint64_t object, uint8_t value);
 uint32_t db_set_l3mc6_bd_tag_elb_isMlagDual(uint64_t object, uint8_t value);
 uint32_t db_set_l3mc6_bd_tag_elb_inIfhasMlag(uint64_t object, uint16_t value);
-uint32_t db_set_l3mc6_bd_tag_elb_bdElbAttr11(uint64_t object, const void* bytes, uint32_t length);
+uint32_t db_set_l3mc6_bd_tag_elb_bdElbAttr11(uint64_t object, const void *bytes, uint32_t length);
 uint32_t db_set_l3mc6_bd_tag_elb_bdElbAttr12(uint64_t object, uint64_t value);
 uint32_t db_set_l3mc6_bd_tag_elb_bdElbAttr13(uint64_t object, uint32_t value);
 uint32_t db_set_l3mc6_bd_tag_elb_bdElbAttr15(uint64_t object, uint16_t value);
@@ -48,36 +48,36 @@ uint32_t db_set_l3mc6_bd_tag_elb_bdElbAttr17(uint64_t object, uint16_t value);
 uint32_t db_set_l3mc6_bd_tag_elb_timeStampCreate(uint64_t object, uint64_t value);
 uint32_t db_set_l3mc6_bd_tag_elb_timeStampSmooth(uint64_t object, uint64_t value);
 
-uint32_t db_get_l3mc6_bd_tag_elb_vrId(uint64_t object, uint32_t* value);
-uint32_t db_get_l3mc6_bd_tag_elb_vrfId(uint64_t object, uint32_t* value);
-uint32_t db_get_l3mc6_bd_tag_elb_groupAddr(uint64_t object, void** bytes, uint32_t* length);
-uint32_t db_get_l3mc6_bd_tag_elb_sourceAddr(uint64_t object, void** bytes, uint32_t* length);
-uint32_t db_get_l3mc6_bd_tag_elb_bdElbAttr4(uint64_t object, uint32_t* value);
-uint32_t db_get_l3mc6_bd_tag_elb_bdElbAttr5(uint64_t object, uint32_t* value);
-uint32_t db_get_l3mc6_bd_tag_elb_bdElbAttr7(uint64_t object, uint16_t* value);
-uint32_t db_get_l3mc6_bd_tag_elb_bdElbAttr8(uint64_t object, uint16_t* value);
-uint32_t db_get_l3mc6_bd_tag_elb_bdElbAttr6(uint64_t object, uint8_t* value);
-uint32_t db_get_l3mc6_bd_tag_elb_bdElbAttr19(uint64_t object, uint8_t* value);
-uint32_t db_get_l3mc6_bd_tag_elb_bdElbAttr18(uint64_t object, uint8_t* value);
-uint32_t db_get_l3mc6_bd_tag_elb_bdElbAttr9(uint64_t object, uint32_t* value);
-uint32_t db_get_l3mc6_bd_tag_elb_bdElbAttr10(uint64_t object, uint32_t* value);
-uint32_t db_get_l3mc6_bd_tag_elb_bdElbAttr16(uint64_t object, uint32_t* value);
-uint32_t db_get_l3mc6_bd_tag_elb_bdElbAttr1(uint64_t object, uint32_t* value);
-uint32_t db_get_l3mc6_bd_tag_elb_bdElbAttr2(uint64_t object, uint64_t* value);
-uint32_t db_get_l3mc6_bd_tag_elb_bdElbAttr3(uint64_t object, uint32_t* value);
-uint32_t db_get_l3mc6_bd_tag_elb_appSrcPid(uint64_t object, uint32_t* value);
-uint32_t db_get_l3mc6_bd_tag_elb_bdElbAttr14(uint64_t object, uint32_t* value);
-uint32_t db_get_l3mc6_bd_tag_elb_smoothVersion(uint64_t object, uint32_t* value);
-uint32_t db_get_l3mc6_bd_tag_elb_mlagRole(uint64_t object, uint8_t* value);
-uint32_t db_get_l3mc6_bd_tag_elb_isMlagDual(uint64_t object, uint8_t* value);
-uint32_t db_get_l3mc6_bd_tag_elb_inIfhasMlag(uint64_t object, uint16_t* value);
-uint32_t db_get_l3mc6_bd_tag_elb_bdElbAttr11(uint64_t object, void** bytes, uint32_t* length);
-uint32_t db_get_l3mc6_bd_tag_elb_bdElbAttr12(uint64_t object, uint64_t* value);
-uint32_t db_get_l3mc6_bd_tag_elb_bdElbAttr13(uint64_t object, uint32_t* value);
-uint32_t db_get_l3mc6_bd_tag_elb_bdElbAttr15(uint64_t object, uint16_t* value);
-uint32_t db_get_l3mc6_bd_tag_elb_bdElbAttr17(uint64_t object, uint16_t* value);
-uint32_t db_get_l3mc6_bd_tag_elb_timeStampCreate(uint64_t object, uint64_t* value);
-uint32_t db_get_l3mc6_bd_tag_elb_timeStampSmooth(uint64_t object, uint64_t* value);
+uint32_t db_get_l3mc6_bd_tag_elb_vrId(uint64_t object, uint32_t *value);
+uint32_t db_get_l3mc6_bd_tag_elb_vrfId(uint64_t object, uint32_t *value);
+uint32_t db_get_l3mc6_bd_tag_elb_groupAddr(uint64_t object, void **bytes, uint32_t *length);
+uint32_t db_get_l3mc6_bd_tag_elb_sourceAddr(uint64_t object, void **bytes, uint32_t *length);
+uint32_t db_get_l3mc6_bd_tag_elb_bdElbAttr4(uint64_t object, uint32_t *value);
+uint32_t db_get_l3mc6_bd_tag_elb_bdElbAttr5(uint64_t object, uint32_t *value);
+uint32_t db_get_l3mc6_bd_tag_elb_bdElbAttr7(uint64_t object, uint16_t *value);
+uint32_t db_get_l3mc6_bd_tag_elb_bdElbAttr8(uint64_t object, uint16_t *value);
+uint32_t db_get_l3mc6_bd_tag_elb_bdElbAttr6(uint64_t object, uint8_t *value);
+uint32_t db_get_l3mc6_bd_tag_elb_bdElbAttr19(uint64_t object, uint8_t *value);
+uint32_t db_get_l3mc6_bd_tag_elb_bdElbAttr18(uint64_t object, uint8_t *value);
+uint32_t db_get_l3mc6_bd_tag_elb_bdElbAttr9(uint64_t object, uint32_t *value);
+uint32_t db_get_l3mc6_bd_tag_elb_bdElbAttr10(uint64_t object, uint32_t *value);
+uint32_t db_get_l3mc6_bd_tag_elb_bdElbAttr16(uint64_t object, uint32_t *value);
+uint32_t db_get_l3mc6_bd_tag_elb_bdElbAttr1(uint64_t object, uint32_t *value);
+uint32_t db_get_l3mc6_bd_tag_elb_bdElbAttr2(uint64_t object, uint64_t *value);
+uint32_t db_get_l3mc6_bd_tag_elb_bdElbAttr3(uint64_t object, uint32_t *value);
+uint32_t db_get_l3mc6_bd_tag_elb_appSrcPid(uint64_t object, uint32_t *value);
+uint32_t db_get_l3mc6_bd_tag_elb_bdElbAttr14(uint64_t object, uint32_t *value);
+uint32_t db_get_l3mc6_bd_tag_elb_smoothVersion(uint64_t object, uint32_t *value);
+uint32_t db_get_l3mc6_bd_tag_elb_mlagRole(uint64_t object, uint8_t *value);
+uint32_t db_get_l3mc6_bd_tag_elb_isMlagDual(uint64_t object, uint8_t *value);
+uint32_t db_get_l3mc6_bd_tag_elb_inIfhasMlag(uint64_t object, uint16_t *value);
+uint32_t db_get_l3mc6_bd_tag_elb_bdElbAttr11(uint64_t object, void **bytes, uint32_t *length);
+uint32_t db_get_l3mc6_bd_tag_elb_bdElbAttr12(uint64_t object, uint64_t *value);
+uint32_t db_get_l3mc6_bd_tag_elb_bdElbAttr13(uint64_t object, uint32_t *value);
+uint32_t db_get_l3mc6_bd_tag_elb_bdElbAttr15(uint64_t object, uint16_t *value);
+uint32_t db_get_l3mc6_bd_tag_elb_bdElbAttr17(uint64_t object, uint16_t *value);
+uint32_t db_get_l3mc6_bd_tag_elb_timeStampCreate(uint64_t object, uint64_t *value);
+uint32_t db_get_l3mc6_bd_tag_elb_timeStampSmooth(uint64_t object, uint64_t *value);
 
 #ifdef __cplusplus
 }

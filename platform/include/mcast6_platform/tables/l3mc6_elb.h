@@ -10,17 +10,17 @@
 extern "C" {
 #endif
 
-uint32_t db_create_l3mc6_elb_obj(uint32_t objType, uint32_t connType, uint64_t* object);
+uint32_t db_create_l3mc6_elb_obj(uint32_t objType, uint32_t connType, uint64_t *object);
 void db_release_l3mc6_elb_object(uint64_t object);
 uint32_t db_reset_l3mc6_elb_object(uint64_t object, uint32_t objType);
-uint32_t db_create_l3mc6_elb_cache_object(uint32_t objType, uint32_t connType, uint64_t* object);
+uint32_t db_create_l3mc6_elb_cache_object(uint32_t objType, uint32_t connType, uint64_t *object);
 uint32_t db_reset_l3mc6_elb_cache_object(uint64_t object);
-uint32_t db_set_l3mc6_elb_all_fields(uint64_t object, const void* record, uint32_t length);
+uint32_t db_set_l3mc6_elb_all_fields(uint64_t object, const void *record, uint32_t length);
 
 uint32_t db_set_l3mc6_elb_vrId(uint64_t object, uint32_t value);
 uint32_t db_set_l3mc6_elb_vrfId(uint64_t object, uint32_t value);
-uint32_t db_set_l3mc6_elb_groupAddr(uint64_t object, const void* bytes, uint32_t length);
-uint32_t db_set_l3mc6_elb_sourceAddr(uint64_t object, const void* bytes, uint32_t length);
+uint32_t db_set_l3mc6_elb_groupAddr(uint64_t object, const void *bytes, uint32_t length);
+uint32_t db_set_l3mc6_elb_sourceAddr(uint64_t object, const void *bytes, uint32_t length);
 uint32_t db_set_l3mc6_elb_outIfIndex(uint64_t object, uint32_t value);
 uint32_t db_set_l3mc6_elb_elbFlagD(uint64_t object, uint8_t value);
 uint32_t db_set_l3mc6_elb_elbFlagA(uint64_t object, uint8_t value);
@@ -35,37 +35,37 @@ uint32_t db_set_l3mc6_elb_elbAttrB(uint64_t object, uint64_t value);
 uint32_t db_set_l3mc6_elb_elbAttrC(uint64_t object, uint32_t value);
 uint32_t db_set_l3mc6_elb_elbHalfB(uint64_t object, uint16_t value);
 uint32_t db_set_l3mc6_elb_elbHalfA(uint64_t object, uint16_t value);
-uint32_t db_set_l3mc6_elb_elbCtxA(uint64_t object, const void* bytes, uint32_t length);
-uint32_t db_set_l3mc6_elb_elbCtxB(uint64_t object, const void* bytes, uint32_t length);
+uint32_t db_set_l3mc6_elb_elbCtxA(uint64_t object, const void *bytes, uint32_t length);
+uint32_t db_set_l3mc6_elb_elbCtxB(uint64_t object, const void *bytes, uint32_t length);
 uint32_t db_set_l3mc6_elb_elbAttrF(uint64_t object, uint32_t value);
 uint32_t db_set_l3mc6_elb_elbWord(uint64_t object, uint32_t value);
 uint32_t db_set_l3mc6_elb_timeStampCreate(uint64_t object, uint64_t value);
 uint32_t db_set_l3mc6_elb_timeStampSmooth(uint64_t object, uint64_t value);
 
-uint32_t db_get_l3mc6_elb_vrId(uint64_t object, uint32_t* value);
-uint32_t db_get_l3mc6_elb_vrfId(uint64_t object, uint32_t* value);
-uint32_t db_get_l3mc6_elb_groupAddr(uint64_t object, void** bytes, uint32_t* length);
-uint32_t db_get_l3mc6_elb_sourceAddr(uint64_t object, void** bytes, uint32_t* length);
-uint32_t db_get_l3mc6_elb_outIfIndex(uint64_t object, uint32_t* value);
-uint32_t db_get_l3mc6_elb_elbFlagD(uint64_t object, uint8_t* value);
-uint32_t db_get_l3mc6_elb_elbFlagA(uint64_t object, uint8_t* value);
-uint32_t db_get_l3mc6_elb_instId(uint64_t object, uint16_t* value);
-uint32_t db_get_l3mc6_elb_elbFlagC(uint64_t object, uint8_t* value);
-uint32_t db_get_l3mc6_elb_elbFlagB(uint64_t object, uint8_t* value);
-uint32_t db_get_l3mc6_elb_elbAttrD(uint64_t object, uint32_t* value);
-uint32_t db_get_l3mc6_elb_elbAttrE(uint64_t object, uint32_t* value);
-uint32_t db_get_l3mc6_elb_elbAttrG(uint64_t object, uint32_t* value);
-uint32_t db_get_l3mc6_elb_elbAttrA(uint64_t object, uint32_t* value);
-uint32_t db_get_l3mc6_elb_elbAttrB(uint64_t object, uint64_t* value);
-uint32_t db_get_l3mc6_elb_elbAttrC(uint64_t object, uint32_t* value);
-uint32_t db_get_l3mc6_elb_elbHalfB(uint64_t object, uint16_t* value);
-uint32_t db_get_l3mc6_elb_elbHalfA(uint64_t object, uint16_t* value);
-uint32_t db_get_l3mc6_elb_elbCtxA(uint64_t object, void** bytes, uint32_t* length);
-uint32_t db_get_l3mc6_elb_elbCtxB(uint64_t object, void** bytes, uint32_t* length);
-uint32_t db_get_l3mc6_elb_elbAttrF(uint64_t object, uint32_t* value);
-uint32_t db_get_l3mc6_elb_elbWord(uint64_t object, uint32_t* value);
-uint32_t db_get_l3mc6_elb_timeStampCreate(uint64_t object, uint64_t* value);
-uint32_t db_get_l3mc6_elb_timeStampSmooth(uint64_t object, uint64_t* value);
+uint32_t db_get_l3mc6_elb_vrId(uint64_t object, uint32_t *value);
+uint32_t db_get_l3mc6_elb_vrfId(uint64_t object, uint32_t *value);
+uint32_t db_get_l3mc6_elb_groupAddr(uint64_t object, void **bytes, uint32_t *length);
+uint32_t db_get_l3mc6_elb_sourceAddr(uint64_t object, void **bytes, uint32_t *length);
+uint32_t db_get_l3mc6_elb_outIfIndex(uint64_t object, uint32_t *value);
+uint32_t db_get_l3mc6_elb_elbFlagD(uint64_t object, uint8_t *value);
+uint32_t db_get_l3mc6_elb_elbFlagA(uint64_t object, uint8_t *value);
+uint32_t db_get_l3mc6_elb_instId(uint64_t object, uint16_t *value);
+uint32_t db_get_l3mc6_elb_elbFlagC(uint64_t object, uint8_t *value);
+uint32_t db_get_l3mc6_elb_elbFlagB(uint64_t object, uint8_t *value);
+uint32_t db_get_l3mc6_elb_elbAttrD(uint64_t object, uint32_t *value);
+uint32_t db_get_l3mc6_elb_elbAttrE(uint64_t object, uint32_t *value);
+uint32_t db_get_l3mc6_elb_elbAttrG(uint64_t object, uint32_t *value);
+uint32_t db_get_l3mc6_elb_elbAttrA(uint64_t object, uint32_t *value);
+uint32_t db_get_l3mc6_elb_elbAttrB(uint64_t object, uint64_t *value);
+uint32_t db_get_l3mc6_elb_elbAttrC(uint64_t object, uint32_t *value);
+uint32_t db_get_l3mc6_elb_elbHalfB(uint64_t object, uint16_t *value);
+uint32_t db_get_l3mc6_elb_elbHalfA(uint64_t object, uint16_t *value);
+uint32_t db_get_l3mc6_elb_elbCtxA(uint64_t object, void **bytes, uint32_t *length);
+uint32_t db_get_l3mc6_elb_elbCtxB(uint64_t object, void **bytes, uint32_t *length);
+uint32_t db_get_l3mc6_elb_elbAttrF(uint64_t object, uint32_t *value);
+uint32_t db_get_l3mc6_elb_elbWord(uint64_t object, uint32_t *value);
+uint32_t db_get_l3mc6_elb_timeStampCreate(uint64_t object, uint64_t *value);
+uint32_t db_get_l3mc6_elb_timeStampSmooth(uint64_t object, uint64_t *value);
 
 #ifdef __cplusplus
 }

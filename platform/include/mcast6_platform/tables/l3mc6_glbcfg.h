@@ -10,12 +10,12 @@
 extern "C" {
 #endif
 
-uint32_t db_create_l3mc6_glbcfg_obj(uint32_t objType, uint32_t connType, uint64_t* object);
+uint32_t db_create_l3mc6_glbcfg_obj(uint32_t objType, uint32_t connType, uint64_t *object);
 void db_release_l3mc6_glbcfg_object(uint64_t object);
 uint32_t db_reset_l3mc6_glbcfg_object(uint64_t object, uint32_t objType);
-uint32_t db_create_l3mc6_glbcfg_cache_object(uint32_t objType, uint32_t connType, uint64_t* object);
+uint32_t db_create_l3mc6_glbcfg_cache_object(uint32_t objType, uint32_t connType, uint64_t *object);
 uint32_t db_reset_l3mc6_glbcfg_cache_object(uint64_t object);
-uint32_t db_set_l3mc6_glbcfg_all_fields(uint64_t object, const void* record, uint32_t length);
+uint32_t db_set_l3mc6_glbcfg_all_fields(uint64_t object, const void *record, uint32_t length);
 
 uint32_t db_set_l3mc6_glbcfg_cfgKeyA(uint64_t object, uint32_t value);
 uint32_t db_set_l3mc6_glbcfg_cfgKeyB(uint64_t object, uint32_t value);
@@ -28,16 +28,16 @@ uint32_t db_set_l3mc6_glbcfg_cfgWord7(uint64_t object, uint32_t value);
 uint32_t db_set_l3mc6_glbcfg_timeStampCreate(uint64_t object, uint64_t value);
 uint32_t db_set_l3mc6_glbcfg_timeStampSmooth(uint64_t object, uint64_t value);
 
-uint32_t db_get_l3mc6_glbcfg_cfgKeyA(uint64_t object, uint32_t* value);
-uint32_t db_get_l3mc6_glbcfg_cfgKeyB(uint64_t object, uint32_t* value);
-uint32_t db_get_l3mc6_glbcfg_cfgKeyC(uint64_t object, uint32_t* value);
-uint32_t db_get_l3mc6_glbcfg_cfgWord3(uint64_t object, uint32_t* value);
-uint32_t db_get_l3mc6_glbcfg_smoothVersion(uint64_t object, uint32_t* value);
-uint32_t db_get_l3mc6_glbcfg_glbVersion(uint64_t object, uint32_t* value);
-uint32_t db_get_l3mc6_glbcfg_cfgWord6(uint64_t object, uint32_t* value);
-uint32_t db_get_l3mc6_glbcfg_cfgWord7(uint64_t object, uint32_t* value);
-uint32_t db_get_l3mc6_glbcfg_timeStampCreate(uint64_t object, uint64_t* value);
-uint32_t db_get_l3mc6_glbcfg_timeStampSmooth(uint64_t object, uint64_t* value);
+uint32_t db_get_l3mc6_glbcfg_cfgKeyA(uint64_t object, uint32_t *value);
+uint32_t db_get_l3mc6_glbcfg_cfgKeyB(uint64_t object, uint32_t *value);
+uint32_t db_get_l3mc6_glbcfg_cfgKeyC(uint64_t object, uint32_t *value);
+uint32_t db_get_l3mc6_glbcfg_cfgWord3(uint64_t object, uint32_t *value);
+uint32_t db_get_l3mc6_glbcfg_smoothVersion(uint64_t object, uint32_t *value);
+uint32_t db_get_l3mc6_glbcfg_glbVersion(uint64_t object, uint32_t *value);
+uint32_t db_get_l3mc6_glbcfg_cfgWord6(uint64_t object, uint32_t *value);
+uint32_t db_get_l3mc6_glbcfg_cfgWord7(uint64_t object, uint32_t *value);
+uint32_t db_get_l3mc6_glbcfg_timeStampCreate(uint64_t object, uint64_t *value);
+uint32_t db_get_l3mc6_glbcfg_timeStampSmooth(uint64_t object, uint64_t *value);
 
 #ifdef __cplusplus
 }

@@ -10,17 +10,17 @@
 extern "C" {
 #endif
 
-uint32_t db_create_l3mc6_mvpn_tnl_elb_obj(uint32_t objType, uint32_t connType, uint64_t* object);
+uint32_t db_create_l3mc6_mvpn_tnl_elb_obj(uint32_t objType, uint32_t connType, uint64_t *object);
 void db_release_l3mc6_mvpn_tnl_elb_object(uint64_t object);
 uint32_t db_reset_l3mc6_mvpn_tnl_elb_object(uint64_t object, uint32_t objType);
-uint32_t db_create_l3mc6_mvpn_tnl_elb_cache_object(uint32_t objType, uint32_t connType, uint64_t* object);
+uint32_t db_create_l3mc6_mvpn_tnl_elb_cache_object(uint32_t objType, uint32_t connType, uint64_t *object);
 uint32_t db_reset_l3mc6_mvpn_tnl_elb_cache_object(uint64_t object);
-uint32_t db_set_l3mc6_mvpn_tnl_elb_all_fields(uint64_t object, const void* record, uint32_t length);
+uint32_t db_set_l3mc6_mvpn_tnl_elb_all_fields(uint64_t object, const void *record, uint32_t length);
 
 uint32_t db_set_l3mc6_mvpn_tnl_elb_vrId(uint64_t object, uint32_t value);
 uint32_t db_set_l3mc6_mvpn_tnl_elb_vrfId(uint64_t object, uint32_t value);
-uint32_t db_set_l3mc6_mvpn_tnl_elb_groupAddr(uint64_t object, const void* bytes, uint32_t length);
-uint32_t db_set_l3mc6_mvpn_tnl_elb_sourceAddr(uint64_t object, const void* bytes, uint32_t length);
+uint32_t db_set_l3mc6_mvpn_tnl_elb_groupAddr(uint64_t object, const void *bytes, uint32_t length);
+uint32_t db_set_l3mc6_mvpn_tnl_elb_sourceAddr(uint64_t object, const void *bytes, uint32_t length);
 uint32_t db_set_l3mc6_mvpn_tnl_elb_tunnelWord1(uint64_t object, uint32_t value);
 uint32_t db_set_l3mc6_mvpn_tnl_elb_tunnelWord2(uint64_t object, uint32_t value);
 uint32_t db_set_l3mc6_mvpn_tnl_elb_tunnelWord3(uint64_t object, uint32_t value);
@@ -36,34 +36,34 @@ uint32_t db_set_l3mc6_mvpn_tnl_elb_memberAttr3(uint64_t object, uint32_t value);
 uint32_t db_set_l3mc6_mvpn_tnl_elb_appSrcPid(uint64_t object, uint32_t value);
 uint32_t db_set_l3mc6_mvpn_tnl_elb_appVersion(uint64_t object, uint32_t value);
 uint32_t db_set_l3mc6_mvpn_tnl_elb_smoothVersion(uint64_t object, uint32_t value);
-uint32_t db_set_l3mc6_mvpn_tnl_elb_tunnelData(uint64_t object, const void* bytes, uint32_t length);
-uint32_t db_set_l3mc6_mvpn_tnl_elb_serviceStatus(uint64_t object, const void* bytes, uint32_t length);
+uint32_t db_set_l3mc6_mvpn_tnl_elb_tunnelData(uint64_t object, const void *bytes, uint32_t length);
+uint32_t db_set_l3mc6_mvpn_tnl_elb_serviceStatus(uint64_t object, const void *bytes, uint32_t length);
 uint32_t db_set_l3mc6_mvpn_tnl_elb_timeStampCreate(uint64_t object, uint64_t value);
 uint32_t db_set_l3mc6_mvpn_tnl_elb_timeStampSmooth(uint64_t object, uint64_t value);
 
-uint32_t db_get_l3mc6_mvpn_tnl_elb_vrId(uint64_t object, uint32_t* value);
-uint32_t db_get_l3mc6_mvpn_tnl_elb_vrfId(uint64_t object, uint32_t* value);
-uint32_t db_get_l3mc6_mvpn_tnl_elb_groupAddr(uint64_t object, void** bytes, uint32_t* length);
-uint32_t db_get_l3mc6_mvpn_tnl_elb_sourceAddr(uint64_t object, void** bytes, uint32_t* length);
-uint32_t db_get_l3mc6_mvpn_tnl_elb_tunnelWord1(uint64_t object, uint32_t* value);
-uint32_t db_get_l3mc6_mvpn_tnl_elb_tunnelWord2(uint64_t object, uint32_t* value);
-uint32_t db_get_l3mc6_mvpn_tnl_elb_tunnelWord3(uint64_t object, uint32_t* value);
-uint32_t db_get_l3mc6_mvpn_tnl_elb_tunnelWord4(uint64_t object, uint32_t* value);
-uint32_t db_get_l3mc6_mvpn_tnl_elb_tunnelWord5(uint64_t object, uint32_t* value);
-uint32_t db_get_l3mc6_mvpn_tnl_elb_tunnelWord6(uint64_t object, uint32_t* value);
-uint32_t db_get_l3mc6_mvpn_tnl_elb_tunnelWord7(uint64_t object, uint32_t* value);
-uint32_t db_get_l3mc6_mvpn_tnl_elb_tunnelWord8(uint64_t object, uint32_t* value);
-uint32_t db_get_l3mc6_mvpn_tnl_elb_tunnelWord9(uint64_t object, uint32_t* value);
-uint32_t db_get_l3mc6_mvpn_tnl_elb_memberAttr1(uint64_t object, uint32_t* value);
-uint32_t db_get_l3mc6_mvpn_tnl_elb_memberAttr2(uint64_t object, uint64_t* value);
-uint32_t db_get_l3mc6_mvpn_tnl_elb_memberAttr3(uint64_t object, uint32_t* value);
-uint32_t db_get_l3mc6_mvpn_tnl_elb_appSrcPid(uint64_t object, uint32_t* value);
-uint32_t db_get_l3mc6_mvpn_tnl_elb_appVersion(uint64_t object, uint32_t* value);
-uint32_t db_get_l3mc6_mvpn_tnl_elb_smoothVersion(uint64_t object, uint32_t* value);
-uint32_t db_get_l3mc6_mvpn_tnl_elb_tunnelData(uint64_t object, void** bytes, uint32_t* length);
-uint32_t db_get_l3mc6_mvpn_tnl_elb_serviceStatus(uint64_t object, void** bytes, uint32_t* length);
-uint32_t db_get_l3mc6_mvpn_tnl_elb_timeStampCreate(uint64_t object, uint64_t* value);
-uint32_t db_get_l3mc6_mvpn_tnl_elb_timeStampSmooth(uint64_t object, uint64_t* value);
+uint32_t db_get_l3mc6_mvpn_tnl_elb_vrId(uint64_t object, uint32_t *value);
+uint32_t db_get_l3mc6_mvpn_tnl_elb_vrfId(uint64_t object, uint32_t *value);
+uint32_t db_get_l3mc6_mvpn_tnl_elb_groupAddr(uint64_t object, void **bytes, uint32_t *length);
+uint32_t db_get_l3mc6_mvpn_tnl_elb_sourceAddr(uint64_t object, void **bytes, uint32_t *length);
+uint32_t db_get_l3mc6_mvpn_tnl_elb_tunnelWord1(uint64_t object, uint32_t *value);
+uint32_t db_get_l3mc6_mvpn_tnl_elb_tunnelWord2(uint64_t object, uint32_t *value);
+uint32_t db_get_l3mc6_mvpn_tnl_elb_tunnelWord3(uint64_t object, uint32_t *value);
+uint32_t db_get_l3mc6_mvpn_tnl_elb_tunnelWord4(uint64_t object, uint32_t *value);
+uint32_t db_get_l3mc6_mvpn_tnl_elb_tunnelWord5(uint64_t object, uint32_t *value);
+uint32_t db_get_l3mc6_mvpn_tnl_elb_tunnelWord6(uint64_t object, uint32_t *value);
+uint32_t db_get_l3mc6_mvpn_tnl_elb_tunnelWord7(uint64_t object, uint32_t *value);
+uint32_t db_get_l3mc6_mvpn_tnl_elb_tunnelWord8(uint64_t object, uint32_t *value);
+uint32_t db_get_l3mc6_mvpn_tnl_elb_tunnelWord9(uint64_t object, uint32_t *value);
+uint32_t db_get_l3mc6_mvpn_tnl_elb_memberAttr1(uint64_t object, uint32_t *value);
+uint32_t db_get_l3mc6_mvpn_tnl_elb_memberAttr2(uint64_t object, uint64_t *value);
+uint32_t db_get_l3mc6_mvpn_tnl_elb_memberAttr3(uint64_t object, uint32_t *value);
+uint32_t db_get_l3mc6_mvpn_tnl_elb_appSrcPid(uint64_t object, uint32_t *value);
+uint32_t db_get_l3mc6_mvpn_tnl_elb_appVersion(uint64_t object, uint32_t *value);
+uint32_t db_get_l3mc6_mvpn_tnl_elb_smoothVersion(uint64_t object, uint32_t *value);
+uint32_t db_get_l3mc6_mvpn_tnl_elb_tunnelData(uint64_t object, void **bytes, uint32_t *length);
+uint32_t db_get_l3mc6_mvpn_tnl_elb_serviceStatus(uint64_t object, void **bytes, uint32_t *length);
+uint32_t db_get_l3mc6_mvpn_tnl_elb_timeStampCreate(uint64_t object, uint64_t *value);
+uint32_t db_get_l3mc6_mvpn_tnl_elb_timeStampSmooth(uint64_t object, uint64_t *value);
 
 #ifdef __cplusplus
 }

@@ -10,17 +10,17 @@
 extern "C" {
 #endif
 
-uint32_t db_create_l3mc6_mvpn_tnl_subelb_obj(uint32_t objType, uint32_t connType, uint64_t* object);
+uint32_t db_create_l3mc6_mvpn_tnl_subelb_obj(uint32_t objType, uint32_t connType, uint64_t *object);
 void db_release_l3mc6_mvpn_tnl_subelb_object(uint64_t object);
 uint32_t db_reset_l3mc6_mvpn_tnl_subelb_object(uint64_t object, uint32_t objType);
-uint32_t db_create_l3mc6_mvpn_tnl_subelb_cache_object(uint32_t objType, uint32_t connType, uint64_t* object);
+uint32_t db_create_l3mc6_mvpn_tnl_subelb_cache_object(uint32_t objType, uint32_t connType, uint64_t *object);
 uint32_t db_reset_l3mc6_mvpn_tnl_subelb_cache_object(uint64_t object);
-uint32_t db_set_l3mc6_mvpn_tnl_subelb_all_fields(uint64_t object, const void* record, uint32_t length);
+uint32_t db_set_l3mc6_mvpn_tnl_subelb_all_fields(uint64_t object, const void *record, uint32_t length);
 
 uint32_t db_set_l3mc6_mvpn_tnl_subelb_vrId(uint64_t object, uint32_t value);
 uint32_t db_set_l3mc6_mvpn_tnl_subelb_vrfId(uint64_t object, uint32_t value);
-uint32_t db_set_l3mc6_mvpn_tnl_subelb_groupAddr(uint64_t object, const void* bytes, uint32_t length);
-uint32_t db_set_l3mc6_mvpn_tnl_subelb_sourceAddr(uint64_t object, const void* bytes, uint32_t length);
+uint32_t db_set_l3mc6_mvpn_tnl_subelb_groupAddr(uint64_t object, const void *bytes, uint32_t length);
+uint32_t db_set_l3mc6_mvpn_tnl_subelb_sourceAddr(uint64_t object, const void *bytes, uint32_t length);
 uint32_t db_set_l3mc6_mvpn_tnl_subelb_outIfIndex(uint64_t object, uint32_t value);
 uint32_t db_set_l3mc6_mvpn_tnl_subelb_subKeyWord(uint64_t object, uint32_t value);
 uint32_t db_set_l3mc6_mvpn_tnl_subelb_l2IfIndex(uint64_t object, uint32_t value);
@@ -35,39 +35,39 @@ uint32_t db_set_l3mc6_mvpn_tnl_subelb_memberAttr2(uint64_t object, uint64_t valu
 uint32_t db_set_l3mc6_mvpn_tnl_subelb_memberAttr3(uint64_t object, uint32_t value);
 uint32_t db_set_l3mc6_mvpn_tnl_subelb_appSrcPid(uint64_t object, uint32_t value);
 uint32_t db_set_l3mc6_mvpn_tnl_subelb_smoothVersion(uint64_t object, uint32_t value);
-uint32_t db_set_l3mc6_mvpn_tnl_subelb_tunnelData(uint64_t object, const void* bytes, uint32_t length);
-uint32_t db_set_l3mc6_mvpn_tnl_subelb_svcCtxHighPrio(uint64_t object, const void* bytes, uint32_t length);
-uint32_t db_set_l3mc6_mvpn_tnl_subelb_svcCtxNormalPrio(uint64_t object, const void* bytes, uint32_t length);
-uint32_t db_set_l3mc6_mvpn_tnl_subelb_serviceStatus(uint64_t object, const void* bytes, uint32_t length);
-uint32_t db_set_l3mc6_mvpn_tnl_subelb_errCode(uint64_t object, const void* bytes, uint32_t length);
+uint32_t db_set_l3mc6_mvpn_tnl_subelb_tunnelData(uint64_t object, const void *bytes, uint32_t length);
+uint32_t db_set_l3mc6_mvpn_tnl_subelb_svcCtxHighPrio(uint64_t object, const void *bytes, uint32_t length);
+uint32_t db_set_l3mc6_mvpn_tnl_subelb_svcCtxNormalPrio(uint64_t object, const void *bytes, uint32_t length);
+uint32_t db_set_l3mc6_mvpn_tnl_subelb_serviceStatus(uint64_t object, const void *bytes, uint32_t length);
+uint32_t db_set_l3mc6_mvpn_tnl_subelb_errCode(uint64_t object, const void *bytes, uint32_t length);
 uint32_t db_set_l3mc6_mvpn_tnl_subelb_timeStampCreate(uint64_t object, uint64_t value);
 uint32_t db_set_l3mc6_mvpn_tnl_subelb_timeStampSmooth(uint64_t object, uint64_t value);
 
-uint32_t db_get_l3mc6_mvpn_tnl_subelb_vrId(uint64_t object, uint32_t* value);
-uint32_t db_get_l3mc6_mvpn_tnl_subelb_vrfId(uint64_t object, uint32_t* value);
-uint32_t db_get_l3mc6_mvpn_tnl_subelb_groupAddr(uint64_t object, void** bytes, uint32_t* length);
-uint32_t db_get_l3mc6_mvpn_tnl_subelb_sourceAddr(uint64_t object, void** bytes, uint32_t* length);
-uint32_t db_get_l3mc6_mvpn_tnl_subelb_outIfIndex(uint64_t object, uint32_t* value);
-uint32_t db_get_l3mc6_mvpn_tnl_subelb_subKeyWord(uint64_t object, uint32_t* value);
-uint32_t db_get_l3mc6_mvpn_tnl_subelb_l2IfIndex(uint64_t object, uint32_t* value);
-uint32_t db_get_l3mc6_mvpn_tnl_subelb_subWord1(uint64_t object, uint32_t* value);
-uint32_t db_get_l3mc6_mvpn_tnl_subelb_subWord2(uint64_t object, uint32_t* value);
-uint32_t db_get_l3mc6_mvpn_tnl_subelb_subWord3(uint64_t object, uint32_t* value);
-uint32_t db_get_l3mc6_mvpn_tnl_subelb_subByte1(uint64_t object, uint8_t* value);
-uint32_t db_get_l3mc6_mvpn_tnl_subelb_subByte2(uint64_t object, uint8_t* value);
-uint32_t db_get_l3mc6_mvpn_tnl_subelb_subByte3(uint64_t object, uint8_t* value);
-uint32_t db_get_l3mc6_mvpn_tnl_subelb_memberAttr1(uint64_t object, uint32_t* value);
-uint32_t db_get_l3mc6_mvpn_tnl_subelb_memberAttr2(uint64_t object, uint64_t* value);
-uint32_t db_get_l3mc6_mvpn_tnl_subelb_memberAttr3(uint64_t object, uint32_t* value);
-uint32_t db_get_l3mc6_mvpn_tnl_subelb_appSrcPid(uint64_t object, uint32_t* value);
-uint32_t db_get_l3mc6_mvpn_tnl_subelb_smoothVersion(uint64_t object, uint32_t* value);
-uint32_t db_get_l3mc6_mvpn_tnl_subelb_tunnelData(uint64_t object, void** bytes, uint32_t* length);
-uint32_t db_get_l3mc6_mvpn_tnl_subelb_svcCtxHighPrio(uint64_t object, void** bytes, uint32_t* length);
-uint32_t db_get_l3mc6_mvpn_tnl_subelb_svcCtxNormalPrio(uint64_t object, void** bytes, uint32_t* length);
-uint32_t db_get_l3mc6_mvpn_tnl_subelb_serviceStatus(uint64_t object, void** bytes, uint32_t* length);
-uint32_t db_get_l3mc6_mvpn_tnl_subelb_errCode(uint64_t object, void** bytes, uint32_t* length);
-uint32_t db_get_l3mc6_mvpn_tnl_subelb_timeStampCreate(uint64_t object, uint64_t* value);
-uint32_t db_get_l3mc6_mvpn_tnl_subelb_timeStampSmooth(uint64_t object, uint64_t* value);
+uint32_t db_get_l3mc6_mvpn_tnl_subelb_vrId(uint64_t object, uint32_t *value);
+uint32_t db_get_l3mc6_mvpn_tnl_subelb_vrfId(uint64_t object, uint32_t *value);
+uint32_t db_get_l3mc6_mvpn_tnl_subelb_groupAddr(uint64_t object, void **bytes, uint32_t *length);
+uint32_t db_get_l3mc6_mvpn_tnl_subelb_sourceAddr(uint64_t object, void **bytes, uint32_t *length);
+uint32_t db_get_l3mc6_mvpn_tnl_subelb_outIfIndex(uint64_t object, uint32_t *value);
+uint32_t db_get_l3mc6_mvpn_tnl_subelb_subKeyWord(uint64_t object, uint32_t *value);
+uint32_t db_get_l3mc6_mvpn_tnl_subelb_l2IfIndex(uint64_t object, uint32_t *value);
+uint32_t db_get_l3mc6_mvpn_tnl_subelb_subWord1(uint64_t object, uint32_t *value);
+uint32_t db_get_l3mc6_mvpn_tnl_subelb_subWord2(uint64_t object, uint32_t *value);
+uint32_t db_get_l3mc6_mvpn_tnl_subelb_subWord3(uint64_t object, uint32_t *value);
+uint32_t db_get_l3mc6_mvpn_tnl_subelb_subByte1(uint64_t object, uint8_t *value);
+uint32_t db_get_l3mc6_mvpn_tnl_subelb_subByte2(uint64_t object, uint8_t *value);
+uint32_t db_get_l3mc6_mvpn_tnl_subelb_subByte3(uint64_t object, uint8_t *value);
+uint32_t db_get_l3mc6_mvpn_tnl_subelb_memberAttr1(uint64_t object, uint32_t *value);
+uint32_t db_get_l3mc6_mvpn_tnl_subelb_memberAttr2(uint64_t object, uint64_t *value);
+uint32_t db_get_l3mc6_mvpn_tnl_subelb_memberAttr3(uint64_t object, uint32_t *value);
+uint32_t db_get_l3mc6_mvpn_tnl_subelb_appSrcPid(uint64_t object, uint32_t *value);
+uint32_t db_get_l3mc6_mvpn_tnl_subelb_smoothVersion(uint64_t object, uint32_t *value);
+uint32_t db_get_l3mc6_mvpn_tnl_subelb_tunnelData(uint64_t object, void **bytes, uint32_t *length);
+uint32_t db_get_l3mc6_mvpn_tnl_subelb_svcCtxHighPrio(uint64_t object, void **bytes, uint32_t *length);
+uint32_t db_get_l3mc6_mvpn_tnl_subelb_svcCtxNormalPrio(uint64_t object, void **bytes, uint32_t *length);
+uint32_t db_get_l3mc6_mvpn_tnl_subelb_serviceStatus(uint64_t object, void **bytes, uint32_t *length);
+uint32_t db_get_l3mc6_mvpn_tnl_subelb_errCode(uint64_t object, void **bytes, uint32_t *length);
+uint32_t db_get_l3mc6_mvpn_tnl_subelb_timeStampCreate(uint64_t object, uint64_t *value);
+uint32_t db_get_l3mc6_mvpn_tnl_subelb_timeStampSmooth(uint64_t object, uint64_t *value);
 
 #ifdef __cplusplus
 }

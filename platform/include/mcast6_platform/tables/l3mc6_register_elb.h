@@ -10,17 +10,17 @@
 extern "C" {
 #endif
 
-uint32_t db_create_l3mc6_register_elb_obj(uint32_t objType, uint32_t connType, uint64_t* object);
+uint32_t db_create_l3mc6_register_elb_obj(uint32_t objType, uint32_t connType, uint64_t *object);
 void db_release_l3mc6_register_elb_object(uint64_t object);
 uint32_t db_reset_l3mc6_register_elb_object(uint64_t object, uint32_t objType);
-uint32_t db_create_l3mc6_register_elb_cache_object(uint32_t objType, uint32_t connType, uint64_t* object);
+uint32_t db_create_l3mc6_register_elb_cache_object(uint32_t objType, uint32_t connType, uint64_t *object);
 uint32_t db_reset_l3mc6_register_elb_cache_object(uint64_t object);
-uint32_t db_set_l3mc6_register_elb_all_fields(uint64_t object, const void* record, uint32_t length);
+uint32_t db_set_l3mc6_register_elb_all_fields(uint64_t object, const void *record, uint32_t length);
 
 uint32_t db_set_l3mc6_register_elb_vrId(uint64_t object, uint32_t value);
 uint32_t db_set_l3mc6_register_elb_vrfId(uint64_t object, uint32_t value);
-uint32_t db_set_l3mc6_register_elb_groupAddr(uint64_t object, const void* bytes, uint32_t length);
-uint32_t db_set_l3mc6_register_elb_sourceAddr(uint64_t object, const void* bytes, uint32_t length);
+uint32_t db_set_l3mc6_register_elb_groupAddr(uint64_t object, const void *bytes, uint32_t length);
+uint32_t db_set_l3mc6_register_elb_sourceAddr(uint64_t object, const void *bytes, uint32_t length);
 uint32_t db_set_l3mc6_register_elb_outIfIndex(uint64_t object, uint32_t value);
 uint32_t db_set_l3mc6_register_elb_regAttrA(uint64_t object, uint32_t value);
 uint32_t db_set_l3mc6_register_elb_regAttrB(uint64_t object, uint64_t value);
@@ -28,32 +28,32 @@ uint32_t db_set_l3mc6_register_elb_instId(uint64_t object, uint32_t value);
 uint32_t db_set_l3mc6_register_elb_instType(uint64_t object, uint8_t value);
 uint32_t db_set_l3mc6_register_elb_regAttrC(uint64_t object, uint8_t value);
 uint32_t db_set_l3mc6_register_elb_regAttrD(uint64_t object, uint8_t value);
-uint32_t db_set_l3mc6_register_elb_regHalfB(uint64_t object, const void* bytes, uint32_t length);
-uint32_t db_set_l3mc6_register_elb_regHalfA(uint64_t object, const void* bytes, uint32_t length);
-uint32_t db_set_l3mc6_register_elb_regCtxA(uint64_t object, const void* bytes, uint32_t length);
-uint32_t db_set_l3mc6_register_elb_regCtxB(uint64_t object, const void* bytes, uint32_t length);
+uint32_t db_set_l3mc6_register_elb_regHalfB(uint64_t object, const void *bytes, uint32_t length);
+uint32_t db_set_l3mc6_register_elb_regHalfA(uint64_t object, const void *bytes, uint32_t length);
+uint32_t db_set_l3mc6_register_elb_regCtxA(uint64_t object, const void *bytes, uint32_t length);
+uint32_t db_set_l3mc6_register_elb_regCtxB(uint64_t object, const void *bytes, uint32_t length);
 uint32_t db_set_l3mc6_register_elb_regWord(uint64_t object, uint32_t value);
 uint32_t db_set_l3mc6_register_elb_timeStampCreate(uint64_t object, uint64_t value);
 uint32_t db_set_l3mc6_register_elb_timeStampSmooth(uint64_t object, uint64_t value);
 
-uint32_t db_get_l3mc6_register_elb_vrId(uint64_t object, uint32_t* value);
-uint32_t db_get_l3mc6_register_elb_vrfId(uint64_t object, uint32_t* value);
-uint32_t db_get_l3mc6_register_elb_groupAddr(uint64_t object, void** bytes, uint32_t* length);
-uint32_t db_get_l3mc6_register_elb_sourceAddr(uint64_t object, void** bytes, uint32_t* length);
-uint32_t db_get_l3mc6_register_elb_outIfIndex(uint64_t object, uint32_t* value);
-uint32_t db_get_l3mc6_register_elb_regAttrA(uint64_t object, uint32_t* value);
-uint32_t db_get_l3mc6_register_elb_regAttrB(uint64_t object, uint64_t* value);
-uint32_t db_get_l3mc6_register_elb_instId(uint64_t object, uint32_t* value);
-uint32_t db_get_l3mc6_register_elb_instType(uint64_t object, uint8_t* value);
-uint32_t db_get_l3mc6_register_elb_regAttrC(uint64_t object, uint8_t* value);
-uint32_t db_get_l3mc6_register_elb_regAttrD(uint64_t object, uint8_t* value);
-uint32_t db_get_l3mc6_register_elb_regHalfB(uint64_t object, void** bytes, uint32_t* length);
-uint32_t db_get_l3mc6_register_elb_regHalfA(uint64_t object, void** bytes, uint32_t* length);
-uint32_t db_get_l3mc6_register_elb_regCtxA(uint64_t object, void** bytes, uint32_t* length);
-uint32_t db_get_l3mc6_register_elb_regCtxB(uint64_t object, void** bytes, uint32_t* length);
-uint32_t db_get_l3mc6_register_elb_regWord(uint64_t object, uint32_t* value);
-uint32_t db_get_l3mc6_register_elb_timeStampCreate(uint64_t object, uint64_t* value);
-uint32_t db_get_l3mc6_register_elb_timeStampSmooth(uint64_t object, uint64_t* value);
+uint32_t db_get_l3mc6_register_elb_vrId(uint64_t object, uint32_t *value);
+uint32_t db_get_l3mc6_register_elb_vrfId(uint64_t object, uint32_t *value);
+uint32_t db_get_l3mc6_register_elb_groupAddr(uint64_t object, void **bytes, uint32_t *length);
+uint32_t db_get_l3mc6_register_elb_sourceAddr(uint64_t object, void **bytes, uint32_t *length);
+uint32_t db_get_l3mc6_register_elb_outIfIndex(uint64_t object, uint32_t *value);
+uint32_t db_get_l3mc6_register_elb_regAttrA(uint64_t object, uint32_t *value);
+uint32_t db_get_l3mc6_register_elb_regAttrB(uint64_t object, uint64_t *value);
+uint32_t db_get_l3mc6_register_elb_instId(uint64_t object, uint32_t *value);
+uint32_t db_get_l3mc6_register_elb_instType(uint64_t object, uint8_t *value);
+uint32_t db_get_l3mc6_register_elb_regAttrC(uint64_t object, uint8_t *value);
+uint32_t db_get_l3mc6_register_elb_regAttrD(uint64_t object, uint8_t *value);
+uint32_t db_get_l3mc6_register_elb_regHalfB(uint64_t object, void **bytes, uint32_t *length);
+uint32_t db_get_l3mc6_register_elb_regHalfA(uint64_t object, void **bytes, uint32_t *length);
+uint32_t db_get_l3mc6_register_elb_regCtxA(uint64_t object, void **bytes, uint32_t *length);
+uint32_t db_get_l3mc6_register_elb_regCtxB(uint64_t object, void **bytes, uint32_t *length);
+uint32_t db_get_l3mc6_register_elb_regWord(uint64_t object, uint32_t *value);
+uint32_t db_get_l3mc6_register_elb_timeStampCreate(uint64_t object, uint64_t *value);
+uint32_t db_get_l3mc6_register_elb_timeStampSmooth(uint64_t object, uint64_t *value);
 
 #ifdef __cplusplus
 }

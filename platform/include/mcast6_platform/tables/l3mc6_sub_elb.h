@@ -10,17 +10,17 @@
 extern "C" {
 #endif
 
-uint32_t db_create_l3mc6_sub_elb_obj(uint32_t objType, uint32_t connType, uint64_t* object);
+uint32_t db_create_l3mc6_sub_elb_obj(uint32_t objType, uint32_t connType, uint64_t *object);
 void db_release_l3mc6_sub_elb_object(uint64_t object);
 uint32_t db_reset_l3mc6_sub_elb_object(uint64_t object, uint32_t objType);
-uint32_t db_create_l3mc6_sub_elb_cache_object(uint32_t objType, uint32_t connType, uint64_t* object);
+uint32_t db_create_l3mc6_sub_elb_cache_object(uint32_t objType, uint32_t connType, uint64_t *object);
 uint32_t db_reset_l3mc6_sub_elb_cache_object(uint64_t object);
-uint32_t db_set_l3mc6_sub_elb_all_fields(uint64_t object, const void* record, uint32_t length);
+uint32_t db_set_l3mc6_sub_elb_all_fields(uint64_t object, const void *record, uint32_t length);
 
 uint32_t db_set_l3mc6_sub_elb_vrId(uint64_t object, uint32_t value);
 uint32_t db_set_l3mc6_sub_elb_vrfId(uint64_t object, uint32_t value);
-uint32_t db_set_l3mc6_sub_elb_groupAddr(uint64_t object, const void* bytes, uint32_t length);
-uint32_t db_set_l3mc6_sub_elb_sourceAddr(uint64_t object, const void* bytes, uint32_t length);
+uint32_t db_set_l3mc6_sub_elb_groupAddr(uint64_t object, const void *bytes, uint32_t length);
+uint32_t db_set_l3mc6_sub_elb_sourceAddr(uint64_t object, const void *bytes, uint32_t length);
 uint32_t db_set_l3mc6_sub_elb_subIfIndex(uint64_t object, uint32_t value);
 uint32_t db_set_l3mc6_sub_elb_instId(uint64_t object, uint16_t value);
 uint32_t db_set_l3mc6_sub_elb_elbFlagD(uint64_t object, uint8_t value);
@@ -34,40 +34,40 @@ uint32_t db_set_l3mc6_sub_elb_elbAttrC(uint64_t object, uint32_t value);
 uint32_t db_set_l3mc6_sub_elb_elbAttrG(uint64_t object, uint32_t value);
 uint32_t db_set_l3mc6_sub_elb_elbHalfB(uint64_t object, uint16_t value);
 uint32_t db_set_l3mc6_sub_elb_elbHalfA(uint64_t object, uint16_t value);
-uint32_t db_set_l3mc6_sub_elb_elbCtxA(uint64_t object, const void* bytes, uint32_t length);
-uint32_t db_set_l3mc6_sub_elb_elbCtxB(uint64_t object, const void* bytes, uint32_t length);
+uint32_t db_set_l3mc6_sub_elb_elbCtxA(uint64_t object, const void *bytes, uint32_t length);
+uint32_t db_set_l3mc6_sub_elb_elbCtxB(uint64_t object, const void *bytes, uint32_t length);
 uint32_t db_set_l3mc6_sub_elb_elbExtA(uint64_t object, uint32_t value);
 uint32_t db_set_l3mc6_sub_elb_elbExtB(uint64_t object, uint32_t value);
-uint32_t db_set_l3mc6_sub_elb_elbExtCtx(uint64_t object, const void* bytes, uint32_t length);
+uint32_t db_set_l3mc6_sub_elb_elbExtCtx(uint64_t object, const void *bytes, uint32_t length);
 uint32_t db_set_l3mc6_sub_elb_elbWord(uint64_t object, uint32_t value);
 uint32_t db_set_l3mc6_sub_elb_timeStampCreate(uint64_t object, uint64_t value);
 uint32_t db_set_l3mc6_sub_elb_timeStampSmooth(uint64_t object, uint64_t value);
 
-uint32_t db_get_l3mc6_sub_elb_vrId(uint64_t object, uint32_t* value);
-uint32_t db_get_l3mc6_sub_elb_vrfId(uint64_t object, uint32_t* value);
-uint32_t db_get_l3mc6_sub_elb_groupAddr(uint64_t object, void** bytes, uint32_t* length);
-uint32_t db_get_l3mc6_sub_elb_sourceAddr(uint64_t object, void** bytes, uint32_t* length);
-uint32_t db_get_l3mc6_sub_elb_subIfIndex(uint64_t object, uint32_t* value);
-uint32_t db_get_l3mc6_sub_elb_instId(uint64_t object, uint16_t* value);
-uint32_t db_get_l3mc6_sub_elb_elbFlagD(uint64_t object, uint8_t* value);
-uint32_t db_get_l3mc6_sub_elb_elbFlagA(uint64_t object, uint8_t* value);
-uint32_t db_get_l3mc6_sub_elb_elbFlagB(uint64_t object, uint8_t* value);
-uint32_t db_get_l3mc6_sub_elb_outIfIndex(uint64_t object, uint32_t* value);
-uint32_t db_get_l3mc6_sub_elb_elbAttrD(uint64_t object, uint32_t* value);
-uint32_t db_get_l3mc6_sub_elb_elbAttrA(uint64_t object, uint32_t* value);
-uint32_t db_get_l3mc6_sub_elb_elbAttrB(uint64_t object, uint64_t* value);
-uint32_t db_get_l3mc6_sub_elb_elbAttrC(uint64_t object, uint32_t* value);
-uint32_t db_get_l3mc6_sub_elb_elbAttrG(uint64_t object, uint32_t* value);
-uint32_t db_get_l3mc6_sub_elb_elbHalfB(uint64_t object, uint16_t* value);
-uint32_t db_get_l3mc6_sub_elb_elbHalfA(uint64_t object, uint16_t* value);
-uint32_t db_get_l3mc6_sub_elb_elbCtxA(uint64_t object, void** bytes, uint32_t* length);
-uint32_t db_get_l3mc6_sub_elb_elbCtxB(uint64_t object, void** bytes, uint32_t* length);
-uint32_t db_get_l3mc6_sub_elb_elbExtA(uint64_t object, uint32_t* value);
-uint32_t db_get_l3mc6_sub_elb_elbExtB(uint64_t object, uint32_t* value);
-uint32_t db_get_l3mc6_sub_elb_elbExtCtx(uint64_t object, void** bytes, uint32_t* length);
-uint32_t db_get_l3mc6_sub_elb_elbWord(uint64_t object, uint32_t* value);
-uint32_t db_get_l3mc6_sub_elb_timeStampCreate(uint64_t object, uint64_t* value);
-uint32_t db_get_l3mc6_sub_elb_timeStampSmooth(uint64_t object, uint64_t* value);
+uint32_t db_get_l3mc6_sub_elb_vrId(uint64_t object, uint32_t *value);
+uint32_t db_get_l3mc6_sub_elb_vrfId(uint64_t object, uint32_t *value);
+uint32_t db_get_l3mc6_sub_elb_groupAddr(uint64_t object, void **bytes, uint32_t *length);
+uint32_t db_get_l3mc6_sub_elb_sourceAddr(uint64_t object, void **bytes, uint32_t *length);
+uint32_t db_get_l3mc6_sub_elb_subIfIndex(uint64_t object, uint32_t *value);
+uint32_t db_get_l3mc6_sub_elb_instId(uint64_t object, uint16_t *value);
+uint32_t db_get_l3mc6_sub_elb_elbFlagD(uint64_t object, uint8_t *value);
+uint32_t db_get_l3mc6_sub_elb_elbFlagA(uint64_t object, uint8_t *value);
+uint32_t db_get_l3mc6_sub_elb_elbFlagB(uint64_t object, uint8_t *value);
+uint32_t db_get_l3mc6_sub_elb_outIfIndex(uint64_t object, uint32_t *value);
+uint32_t db_get_l3mc6_sub_elb_elbAttrD(uint64_t object, uint32_t *value);
+uint32_t db_get_l3mc6_sub_elb_elbAttrA(uint64_t object, uint32_t *value);
+uint32_t db_get_l3mc6_sub_elb_elbAttrB(uint64_t object, uint64_t *value);
+uint32_t db_get_l3mc6_sub_elb_elbAttrC(uint64_t object, uint32_t *value);
+uint32_t db_get_l3mc6_sub_elb_elbAttrG(uint64_t object, uint32_t *value);
+uint32_t db_get_l3mc6_sub_elb_elbHalfB(uint64_t object, uint16_t *value);
+uint32_t db_get_l3mc6_sub_elb_elbHalfA(uint64_t object, uint16_t *value);
+uint32_t db_get_l3mc6_sub_elb_elbCtxA(uint64_t object, void **bytes, uint32_t *length);
+uint32_t db_get_l3mc6_sub_elb_elbCtxB(uint64_t object, void **bytes, uint32_t *length);
+uint32_t db_get_l3mc6_sub_elb_elbExtA(uint64_t object, uint32_t *value);
+uint32_t db_get_l3mc6_sub_elb_elbExtB(uint64_t object, uint32_t *value);
+uint32_t db_get_l3mc6_sub_elb_elbExtCtx(uint64_t object, void **bytes, uint32_t *length);
+uint32_t db_get_l3mc6_sub_elb_elbWord(uint64_t object, uint32_t *value);
+uint32_t db_get_l3mc6_sub_elb_timeStampCreate(uint64_t object, uint64_t *value);
+uint32_t db_get_l3mc6_sub_elb_timeStampSmooth(uint64_t object, uint64_t *value);
 
 #ifdef __cplusplus
 }
