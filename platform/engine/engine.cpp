@@ -1,0 +1,195 @@
+// Objects and their fields.
+#include "platform/engine/engine.h"
+
+#include <atomic>
+#include <cstring>
+
+#include "platform/engine/answers.h"
+
+namespace mcast6::engine {
+
+namespace {
+
+// Tells the engines of a process apart, one after the other included. Never 0.
+uint32_t nextNonce() {
+    static std::atomic<uint32_t> given{0};
+    return given.fetch_add(1, std::memory_order_relaxed) % kNonceMask + 1;
+}
+
+bool isObjType(uint32_t objType) {
+    switch (objType) {
+        case 0:
+        case 1:
+        case 3:
+        case 4:
+        case 5:
+        case 9:
+            return true;
+        default:
+            return false;
+    }
+}
+
+bool takesFields(const Object& object) { return object.type == ObjType::write || object.type == ObjType::update; }
+
+std::vector<TableFacts> factsOf(std::span<const schema::Table> tables) {
+    std::vector<TableFacts> facts;
+    facts.reserve(tables.size());
+    for (uint32_t id = 0; id < tables.size(); ++id) facts.emplace_back(id, tables[id]);
+    return facts;
+}
+
+}  // namespace
+
+Engine::Engine(std::unique_ptr<store::Store> store, std::span<const schema::Table> tables)
+    : store_(std::move(store)),
+      tables_(factsOf(tables)),
+      nonce_(nextNonce()),
+      objects_(HandleKind::object, nonce_),
+      iterators_(HandleKind::iterator, nonce_) {}
+
+Engine::~Engine() = default;
+
+uint32_t Engine::createObject(uint32_t table, uint32_t objType, uint32_t connType, uint64_t* object) noexcept {
+    return makeObject(table, objType, connType, false, object);
+}
+
+uint32_t Engine::createCacheObject(uint32_t table, uint32_t objType, uint32_t connType, uint64_t* object) noexcept {
+    return makeObject(table, objType, connType, true, object);
+}
+
+uint32_t Engine::makeObject(uint32_t table, uint32_t objType, uint32_t connType, bool isCache,
+                            uint64_t* object) noexcept {
+    if (object == nullptr || connType != 0 || !isObjType(objType) || table >= tables_.size()) {
+        return MCAST6_DB_BAD_ARGUMENT;
+    }
+    Object* made = objects_.claim();
+    if (made == nullptr) return MCAST6_DB_NO_MEMORY;
+    made->facts = &tables_[table];
+    made->type = static_cast<ObjType>(objType);
+    made->isCache = isCache;
+    *object = objects_.publish(*made);
+    return MCAST6_DB_OK;
+}
+
+Object* Engine::objectOf(uint32_t table, uint64_t object) const {
+    Object* found = objects_.find(object);
+    return found != nullptr && found->facts->id == table ? found : nullptr;
+}
+
+namespace {
+
+void forget(Object& object) {
+    object.fieldsSet = 0;
+    object.hasRead = false;
+    object.lastStepped = nullptr;
+    object.statement.state = Statement::State::none;
+}
+
+}  // namespace
+
+void Engine::releaseObject(uint32_t table, uint64_t object) noexcept {
+    if (objectOf(table, object) == nullptr) return;
+    Object* released = objects_.withdraw(object);
+    if (released == nullptr) return;
+    dropIterators(*released, false);
+    forget(*released);
+    objects_.recycle(*released);
+}
+
+uint32_t Engine::resetObject(uint32_t table, uint64_t object, uint32_t objType) noexcept {
+    Object* reset = objectOf(table, object);
+    if (reset == nullptr) return MCAST6_DB_BAD_HANDLE;
+    if (!isObjType(objType)) return MCAST6_DB_BAD_ARGUMENT;
+    dropIterators(*reset, false);
+    forget(*reset);
+    reset->type = static_cast<ObjType>(objType);
+    return MCAST6_DB_OK;
+}
+
+uint32_t Engine::resetCacheObject(uint32_t table, uint64_t object) noexcept {
+    Object* reset = objectOf(table, object);
+    if (reset == nullptr) return MCAST6_DB_BAD_HANDLE;
+    if (!reset->isCache) return MCAST6_DB_BAD_OPERATION;
+    dropIterators(*reset, true);
+    forget(*reset);
+    return MCAST6_DB_OK;
+}
+
+uint32_t Engine::setAllFields(uint32_t table, uint64_t object, const void* row, uint32_t length) noexcept {
+    Object* filled = objectOf(table, object);
+    if (filled == nullptr) return MCAST6_DB_BAD_HANDLE;
+    if (!takesFields(*filled)) return MCAST6_DB_BAD_OPERATION;
+    if (row == nullptr) return MCAST6_DB_BAD_ARGUMENT;
+    const TableFacts& facts = *filled->facts;
+    if (length != facts.recordSize) return MCAST6_DB_BAD_LENGTH;
+    std::memcpy(filled->row.data(), row, length);
+    filled->fieldsSet = filled->type == ObjType::write ? facts.allFields : facts.allFields & ~facts.primaryFields;
+    return MCAST6_DB_OK;
+}
+
+uint32_t Engine::setField(uint32_t table, uint32_t field, uint64_t object, const void* value,
+                          uint32_t length) noexcept {
+    Object* filled = objectOf(table, object);
+    if (filled == nullptr) return MCAST6_DB_BAD_HANDLE;
+    if (!takesFields(*filled)) return MCAST6_DB_BAD_OPERATION;
+    const TableFacts& facts = *filled->facts;
+    if (value == nullptr || field >= facts.table->fields.size()) return MCAST6_DB_BAD_ARGUMENT;
+    const uint64_t bit = uint64_t{1} << field;
+    if (filled->type == ObjType::update && (facts.primaryFields & bit) != 0) return MCAST6_DB_BAD_OPERATION;
+    const schema::Field& place = facts.table->fields[field];
+    if (length != place.width) return MCAST6_DB_BAD_LENGTH;
+    if (filled->fieldsSet == 0) std::memset(filled->row.data(), 0, facts.recordSize);
+    std::memcpy(filled->row.data() + place.offset, value, length);
+    filled->fieldsSet |= bit;
+    return MCAST6_DB_OK;
+}
+
+// Brings the field into the object's row: for an iterate object from the record at its position. Other fields in the row
+// stay as they are, so bytes that were handed out before keep their value.
+uint32_t Engine::fetchField(uint32_t table, uint32_t field, uint64_t object, Object*& fetched) {
+    Object* source = objectOf(table, object);
+    if (source == nullptr) return MCAST6_DB_BAD_HANDLE;
+    if (field >= source->facts->table->fields.size()) return MCAST6_DB_BAD_ARGUMENT;
+    fetched = source;
+    if (source->type == ObjType::read) return source->hasRead ? MCAST6_DB_OK : MCAST6_DB_BAD_OPERATION;
+    if (source->type != ObjType::iterate || source->lastStepped == nullptr) return MCAST6_DB_BAD_OPERATION;
+    if (source->lastStepped->place != Iterator::Place::onRecord) return MCAST6_DB_NO_SUCH_RECORD;
+
+    std::array<std::byte, schema::kMaxRecordSize> row;
+    const uint32_t code = codeOf(source->lastStepped->scan->read(row.data()), MCAST6_DB_NO_SUCH_RECORD);
+    if (code != MCAST6_DB_OK) return code;
+    const schema::Field& place = source->facts->table->fields[field];
+    std::memcpy(source->row.data() + place.offset, row.data() + place.offset, place.width);
+    return MCAST6_DB_OK;
+}
+
+uint32_t Engine::getField(uint32_t table, uint32_t field, uint64_t object, void* value) noexcept {
+    return guarded([&] {
+        if (value == nullptr) return uint32_t{MCAST6_DB_BAD_ARGUMENT};
+        Object* source = nullptr;
+        const uint32_t code = fetchField(table, field, object, source);
+        if (code != MCAST6_DB_OK) return code;
+        const schema::Field& place = source->facts->table->fields[field];
+        std::memcpy(value, source->row.data() + place.offset, place.width);
+        return uint32_t{MCAST6_DB_OK};
+    });
+}
+
+uint32_t Engine::getFieldBytes(uint32_t table, uint32_t field, uint64_t object, void** bytes,
+                               uint32_t* length) noexcept {
+    return guarded([&] {
+        if (bytes == nullptr || length == nullptr) return uint32_t{MCAST6_DB_BAD_ARGUMENT};
+        Object* source = nullptr;
+        const uint32_t code = fetchField(table, field, object, source);
+        if (code != MCAST6_DB_OK) return code;
+        const schema::Field& place = source->facts->table->fields[field];
+        *bytes = source->row.data() + place.offset;
+        *length = place.width;
+        return uint32_t{MCAST6_DB_OK};
+    });
+}
+
+uint64_t Engine::memory() const noexcept { return store_->memory(); }
+
+}  // namespace mcast6::engine

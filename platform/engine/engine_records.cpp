@@ -1,0 +1,117 @@
+// Writing, updating, removing, reading and counting records.
+#include <cstring>
+
+#include "platform/engine/answers.h"
+#include "platform/engine/engine.h"
+
+namespace mcast6::engine {
+
+namespace {
+
+// What is wrong with a call on an object of the wanted type that names a primary key, or MCAST6_DB_OK.
+uint32_t checkKeyedCall(const Object* object, ObjType wanted, const void* keyDesc, const void* key) {
+    if (object == nullptr) return MCAST6_DB_BAD_HANDLE;
+    if (object->type != wanted) return MCAST6_DB_BAD_OPERATION;
+    if (keyDesc == nullptr || key == nullptr) return MCAST6_DB_BAD_ARGUMENT;
+    return keyWordAt(keyDesc) == object->facts->primaryWord ? MCAST6_DB_OK : MCAST6_DB_BAD_KEY;
+}
+
+// A count is 64 bits wide in a place that is declared, and maybe aligned, as 32.
+void fillCount(uint32_t* count, uint64_t records) { std::memcpy(count, &records, sizeof records); }
+
+uint32_t readByKey(store::Store& store, Object& object, const void* key, void* buffer) {
+    const TableFacts& facts = *object.facts;
+    std::byte* row = static_cast<std::byte*>(buffer);
+    const uint32_t code = codeOf(store.get(facts.id, keyBytes(key), row), MCAST6_DB_NO_SUCH_RECORD);
+    if (code != MCAST6_DB_OK) return code;
+    std::memcpy(object.row.data(), row, facts.recordSize);
+    object.hasRead = true;
+    return MCAST6_DB_OK;
+}
+
+uint32_t readAtPosition(Object& object, void* buffer) {
+    if (object.lastStepped == nullptr) return MCAST6_DB_BAD_OPERATION;
+    if (object.lastStepped->place != Iterator::Place::onRecord) return MCAST6_DB_NO_SUCH_RECORD;
+    return codeOf(object.lastStepped->scan->read(static_cast<std::byte*>(buffer)), MCAST6_DB_NO_SUCH_RECORD);
+}
+
+}  // namespace
+
+uint32_t Engine::write(uint64_t object) noexcept {
+    return guarded([&] {
+        const Object* written = objects_.find(object);
+        if (written == nullptr) return uint32_t{MCAST6_DB_BAD_HANDLE};
+        if (written->type != ObjType::write || written->fieldsSet == 0) return uint32_t{MCAST6_DB_BAD_OPERATION};
+        return codeOf(store_->put(written->facts->id, written->row.data()), MCAST6_DB_STORE_FAILED);
+    });
+}
+
+uint32_t Engine::update(uint64_t object, const void* keyDesc, const void* key) noexcept {
+    return guarded([&] {
+        const Object* changes = objects_.find(object);
+        const uint32_t wrong = checkKeyedCall(changes, ObjType::update, keyDesc, key);
+        if (wrong != MCAST6_DB_OK) return wrong;
+        if (changes->fieldsSet == 0) return uint32_t{MCAST6_DB_BAD_OPERATION};
+        return codeOf(store_->patch(changes->facts->id, keyBytes(key), changes->row.data(), changes->fieldsSet),
+                      MCAST6_DB_EXISTS_OR_ABSENT);
+    });
+}
+
+uint32_t Engine::remove(uint64_t object, const void* keyDesc, const void* key) noexcept {
+    return guarded([&] {
+        const Object* remover = objects_.find(object);
+        const uint32_t wrong = checkKeyedCall(remover, ObjType::remove, keyDesc, key);
+        if (wrong != MCAST6_DB_OK) return wrong;
+        const TableFacts& facts = *remover->facts;
+        return codeOf(store_->erase(facts.id, keyBytes(key)), facts.table->absentRemoval);
+    });
+}
+
+uint32_t Engine::read(uint64_t object, const void* keyDesc, const void* key, void* buffer, uint32_t length) noexcept {
+    return guarded([&] {
+        Object* reader = objects_.find(object);
+        const bool isPositional = keyDesc == nullptr && key == nullptr;
+        if (reader == nullptr) return uint32_t{MCAST6_DB_BAD_HANDLE};
+        if (isPositional) {
+            if (reader->type != ObjType::iterate) return uint32_t{MCAST6_DB_BAD_OPERATION};
+        } else {
+            const uint32_t wrong = checkKeyedCall(reader, ObjType::read, keyDesc, key);
+            if (wrong != MCAST6_DB_OK) return wrong;
+        }
+        if (buffer == nullptr) return uint32_t{MCAST6_DB_BAD_ARGUMENT};
+        if (length != reader->facts->recordSize) return uint32_t{MCAST6_DB_BAD_LENGTH};
+        return isPositional ? readAtPosition(*reader, buffer) : readByKey(*store_, *reader, key, buffer);
+    });
+}
+
+uint32_t Engine::count(uint64_t object, uint32_t* count) noexcept {
+    return guarded([&] {
+        const Object* counter = objects_.find(object);
+        if (counter == nullptr) return uint32_t{MCAST6_DB_BAD_HANDLE};
+        if (counter->type != ObjType::count) return uint32_t{MCAST6_DB_BAD_OPERATION};
+        if (count == nullptr) return uint32_t{MCAST6_DB_BAD_ARGUMENT};
+        uint64_t records = 0;
+        const uint32_t code = codeOf(store_->count(counter->facts->id, records), MCAST6_DB_STORE_FAILED);
+        if (code == MCAST6_DB_OK) fillCount(count, records);
+        return code;
+    });
+}
+
+uint32_t Engine::countByKey(uint64_t object, const void* keyDesc, const void* key, uint32_t* count) noexcept {
+    return guarded([&] {
+        const Object* counter = objects_.find(object);
+        if (counter == nullptr) return uint32_t{MCAST6_DB_BAD_HANDLE};
+        if (counter->type != ObjType::count) return uint32_t{MCAST6_DB_BAD_OPERATION};
+        if (keyDesc == nullptr || key == nullptr || count == nullptr) return uint32_t{MCAST6_DB_BAD_ARGUMENT};
+        const TableFacts& facts = *counter->facts;
+        const std::optional<uint32_t> index = facts.secondaryIndex(keyWordAt(keyDesc));
+        if (!index) return uint32_t{MCAST6_DB_BAD_KEY};
+        uint64_t records = 0;
+        const store::Answer answer = store_->countByKey(facts.id, *index, keyBytes(key), records);
+        const uint32_t code = codeOf(answer, MCAST6_DB_STORE_FAILED);
+        if (code == MCAST6_DB_OK) fillCount(count, records);
+        return code;
+    });
+}
+
+}  // namespace mcast6::engine
