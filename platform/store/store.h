@@ -49,7 +49,8 @@ public:
     virtual Answer next() = 0;
 
     // Copies the record under the position: done, or absent when it is gone (or before the first step), failed.
-    // A record that was changed in place is returned as it is now.
+    // The record is known by its primary key: one that was changed since is returned as it is now, even where the
+    // change moved it within the index.
     virtual Answer read(std::byte* row) = 0;
 
     // Goes back before the first record, now of the records with 'key' (index scans) or of the table ('key' null).

@@ -1,0 +1,53 @@
+#include "platform/store/memory/memory.h"
+
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include <cstring>
+#include <new>
+
+namespace mcast6::store::memory {
+namespace {
+
+size_t wholePages(size_t size) {
+    static const size_t page = static_cast<size_t>(sysconf(_SC_PAGESIZE));
+    return (size + page - 1) / page * page;
+}
+
+}  // namespace
+
+void* Memory::take(size_t size) noexcept {
+    if (size < kMapped) {
+        void* const block = ::operator new(size, std::nothrow);
+        if (block == nullptr) return nullptr;
+        taken += size;
+        return std::memset(block, 0, size);
+    }
+    const size_t mapped = wholePages(size);
+    void* const block = mmap(nullptr, mapped, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    if (block == MAP_FAILED) return nullptr;
+    taken += mapped;
+    return block;
+}
+
+void Memory::give(void* block, size_t size) noexcept {
+    if (size < kMapped) {
+        ::operator delete(block);
+        taken -= size;
+        return;
+    }
+    const size_t mapped = wholePages(size);
+    taken -= mapped;
+    // A hole in a mapping makes two of it, of which a process may have only so many; then the pages go at least.
+    if (munmap(block, mapped) != 0) (void)madvise(block, mapped, MADV_DONTNEED);
+}
+
+void* Memory::do_allocate(size_t size, size_t) {
+    void* const block = take(size);
+    if (block == nullptr) throw std::bad_alloc();
+    return block;
+}
+
+void Memory::do_deallocate(void* block, size_t size, size_t) { give(block, size); }
+
+}  // namespace mcast6::store::memory

@@ -1,0 +1,34 @@
+// Where a table gets its memory: counted to the byte, and returned to the operating system when given back.
+//
+// Anything large is mapped on its own, so that giving it back shrinks the process whatever lies beside it; the rest
+// comes from the heap. It is a memory_resource as well, for the standard containers inside a table.
+//
+// Not synchronised: the table's lock guards it.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory_resource>
+
+namespace mcast6::store::memory {
+
+class Memory final : public std::pmr::memory_resource {
+public:
+    // Zeroed memory, aligned for any scalar; null when there is none.
+    void* take(size_t size) noexcept;
+    void give(void* block, size_t size) noexcept;
+
+    uint64_t bytes() const noexcept { return taken; }
+
+    // Blocks from this size on are mapped.
+    static constexpr size_t kMapped = size_t{32} << 10;
+
+private:
+    void* do_allocate(size_t size, size_t alignment) override;
+    void do_deallocate(void* block, size_t size, size_t alignment) override;
+    bool do_is_equal(const memory_resource& other) const noexcept override { return this == &other; }
+
+    uint64_t taken = 0;
+};
+
+}  // namespace mcast6::store::memory

@@ -1,0 +1,84 @@
+// The records of a table, each in a cell that a 32-bit slot names. A record keeps its slot for life.
+//
+// Cells lie in slabs of kCells; a slab is a mapping of its own that goes back to the operating system when its last
+// record goes, but for one that is kept for the next record. New records take the lowest free slot, so that the upper
+// slabs run empty when the table shrinks. A bitmap of live cells makes the walk of the table a walk over memory.
+//
+// A cell is the packed row, then one 32-bit place for each index (see group_index.h).
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+#include "platform/store/memory/bit_set.h"
+#include "platform/store/memory/memory.h"
+
+namespace mcast6::store::memory {
+
+class Slabs {
+public:
+    static constexpr uint32_t kNone = kNoBit;
+    // Slots stay below this, so that a reference has a bit to spare.
+    static constexpr uint32_t kSlots = uint32_t{1} << 31;
+
+    Slabs(Memory& from, size_t rowSize, size_t placesPerCell);
+    Slabs(const Slabs&) = delete;
+    Slabs& operator=(const Slabs&) = delete;
+    ~Slabs();
+
+    // Makes room for one record; false when there is no memory.
+    bool reserve() noexcept;
+
+    // The lowest free slot, now live. Needs room. What the cell holds is left over from others.
+    uint32_t take();
+
+    void release(uint32_t slot);
+
+    std::byte* row(uint32_t slot) { return cells[slot / kCells] + (slot % kCells) * stride; }
+    const std::byte* row(uint32_t slot) const { return cells[slot / kCells] + (slot % kCells) * stride; }
+    uint32_t& place(uint32_t slot, uint32_t index) { return places(slot)[index]; }
+
+    // The first live slot at or after 'slot', or kNone.
+    uint32_t next(uint32_t slot) const;
+
+    uint64_t records() const { return recordCount; }
+
+    void prefetch(uint32_t slot) const {
+        const std::byte* const cell = row(slot);
+        for (size_t offset = 0; offset < placesAt; offset += 64) __builtin_prefetch(cell + offset);
+    }
+    void prefetchPlaces(uint32_t slot) const { __builtin_prefetch(row(slot) + placesAt, 1); }
+    void prefetchPlace(uint32_t slot, uint32_t index) const {
+        __builtin_prefetch(row(slot) + placesAt + index * sizeof(uint32_t), 1);
+    }
+
+private:
+    static constexpr uint32_t kCells = 1024;
+    static constexpr uint32_t kWords = kCells / 64;
+
+    struct Slab {
+        uint32_t count;
+        std::array<uint64_t, kWords> live;
+    };
+
+    uint32_t* places(uint32_t slot) { return reinterpret_cast<uint32_t*>(row(slot) + placesAt); }
+    bool map(uint32_t slab) noexcept;
+    void unmap(uint32_t slab);
+    size_t slabSize() const { return kCells * stride; }
+
+    Memory& memory;
+    const size_t placesAt;
+    const size_t stride;
+    uint64_t recordCount = 0;
+    uint32_t spare = kNone;  // the one slab that is mapped without records
+    // Of each slab. The addresses stand apart so that they stay in the nearest cache: every access begins with one.
+    std::pmr::vector<std::byte*> cells;  // null: not mapped, no records
+    std::pmr::vector<Slab> slabs;
+    BitSet roomy;     // slabs that are mapped and not full
+    BitSet used;      // slabs with records
+    BitSet unmapped;  // slabs of the list that are not mapped
+};
+
+}  // namespace mcast6::store::memory

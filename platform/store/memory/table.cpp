@@ -1,0 +1,221 @@
+#include "platform/store/memory/table.h"
+
+#include <bit>
+#include <cstring>
+#include <mutex>
+#include <shared_mutex>
+#include <stdexcept>
+
+#include "platform/store/memory/scan.h"
+
+namespace mcast6::store::memory {
+namespace {
+
+// Calls f(i) for every bit i of 'set'.
+template <class F>
+void forEachBit(uint64_t set, const F& f) {
+    for (; set != 0; set &= set - 1) f(static_cast<uint32_t>(std::countr_zero(set)));
+}
+
+}  // namespace
+
+Table::Table(const schema::Table& description)
+    : schema(description),
+      primaryKey(description.primary),
+      slabs(memory, description.recordSize, description.indexes.size()),
+      pool(memory),
+      primary(memory) {
+    if (description.indexes.size() > kIndexes) throw std::length_error("too many indexes");
+    for (uint32_t i = 0; i < description.indexes.size(); ++i) {
+        indexes.emplace_back(description.indexes[i], i, memory, slabs, pool);
+        allIndexes |= uint64_t{1} << i;
+        for (size_t field = 0; field < description.fields.size(); ++field) {
+            const schema::Field& covered = description.fields[field];
+            if (indexes[i].shape().covers(covered.offset, covered.width)) indexesOf[field] |= uint64_t{1} << i;
+        }
+    }
+    uint16_t end = 0;
+    for (const schema::Field& field : description.fields) {
+        if (field.offset > end) gaps.push_back({end, static_cast<uint16_t>(field.offset - end)});
+        end = static_cast<uint16_t>(field.offset + field.width);
+    }
+    if (description.recordSize > end) gaps.push_back({end, static_cast<uint16_t>(description.recordSize - end)});
+}
+
+uint32_t Table::findSlot(const std::byte* key, uint32_t hash) const {
+    const uint32_t place = primary.find(hash, [&](uint32_t slot) { return primaryKey.matches(slabs.row(slot), key); });
+    return place == SlotHash::kNone ? Slabs::kNone : primary.at(place);
+}
+
+Answer Table::put(const std::byte* row) {
+    KeyBuffer room;
+    const std::byte* const key = primaryKey.of(row, room);
+    const uint32_t hash = primaryKey.hash(key);
+    IndexKeys keys;
+    composeKeys(row, allIndexes, keys);
+    const std::unique_lock guard(lock);
+    primary.prefetch(hash);
+    prefetchAddition(allIndexes, keys);
+    const uint32_t slot = findSlot(key, hash);
+    if (slot == Slabs::kNone) return insert(row, hash, keys);
+    if (schema.presentWrite == schema::PresentWrite::refused) return Answer::present;
+    return change(slot, row, allIndexes) ? Answer::present : Answer::noMemory;
+}
+
+Answer Table::insert(const std::byte* row, uint32_t hash, IndexKeys& keys) {
+    if (schema.capacity != 0 && slabs.records() >= schema.capacity) return Answer::full;
+    if (!slabs.reserve() || !primary.reserve(hash) || !reserveKeys(allIndexes, keys)) return Answer::noMemory;
+    const uint32_t slot = slabs.take();
+    store(slot, row);
+    primary.insert(hash, slot);
+    for (uint32_t i = 0; i < indexes.size(); ++i) indexes[i].add(keys[i].place, keys[i].hash, slot);
+    moved();
+    return Answer::done;
+}
+
+// Composes the keys of a row for the indexes in 'which'.
+void Table::composeKeys(const std::byte* row, uint64_t which, IndexKeys& keys) const {
+    forEachBit(which, [&](uint32_t i) {
+        const KeyShape& shape = indexes[i].shape();
+        keys[i].bytes = shape.of(row, keys[i].room);
+        keys[i].hash = shape.hash(keys[i].bytes);
+    });
+}
+
+void Table::prefetchAddition(uint64_t which, const IndexKeys& keys) const {
+    forEachBit(which, [&](uint32_t i) { indexes[i].prefetch(keys[i].hash); });
+    forEachBit(which, [&](uint32_t i) { indexes[i].prefetchGroup(keys[i].hash); });
+    forEachBit(which, [&](uint32_t i) { indexes[i].prefetchAddition(keys[i].hash); });
+}
+
+void Table::prefetchRemoval(uint32_t slot, uint64_t which, const IndexKeys& keys) const {
+    forEachBit(which, [&](uint32_t i) { indexes[i].prefetch(keys[i].hash); });
+    forEachBit(which, [&](uint32_t i) { indexes[i].prefetchGroup(keys[i].hash); });
+    forEachBit(which, [&](uint32_t i) { indexes[i].prefetchEntries(keys[i].hash, slot); });
+    forEachBit(which, [&](uint32_t i) { indexes[i].prefetchRemoval(keys[i].hash); });
+}
+
+bool Table::reserveKeys(uint64_t which, IndexKeys& keys) {
+    for (uint64_t rest = which; rest != 0; rest &= rest - 1) {
+        const auto i = static_cast<uint32_t>(std::countr_zero(rest));
+        if (indexes[i].reserve(keys[i].hash, keys[i].bytes, keys[i].place)) continue;
+        forEachBit(which & ~rest, [&](uint32_t done) { indexes[done].forgo(keys[done].hash, keys[done].bytes); });
+        return false;
+    }
+    return true;
+}
+
+// Puts 'row' in the place of the record in 'slot', which moves within the indexes in 'which' whose key it changes.
+bool Table::change(uint32_t slot, const std::byte* row, uint64_t which) {
+    const std::byte* const present = slabs.row(slot);
+    uint64_t affected = 0;
+    forEachBit(which, [&](uint32_t i) {
+        if (!indexes[i].shape().sameKey(present, row)) affected |= uint64_t{1} << i;
+    });
+    IndexKeys keys;
+    composeKeys(row, affected, keys);
+    prefetchAddition(affected, keys);
+    if (!reserveKeys(affected, keys)) return false;
+    forEachBit(affected, [&](uint32_t i) {
+        GroupIndex& index = indexes[i];
+        KeyBuffer room;
+        const std::byte* const oldKey = index.shape().of(present, room);
+        index.remove(index.shape().hash(oldKey), oldKey, slot);
+        index.add(index.find(keys[i].hash, keys[i].bytes), keys[i].hash, slot);
+        index.trim();
+    });
+    store(slot, row);
+    moved();
+    return true;
+}
+
+void Table::store(uint32_t slot, const std::byte* row) {
+    std::byte* const cell = slabs.row(slot);
+    std::memcpy(cell, row, schema.recordSize);
+    for (const Gap& gap : gaps) std::memset(cell + gap.offset, 0, gap.width);
+}
+
+void Table::overlay(std::byte* row, const std::byte* from, uint64_t fields) const {
+    forEachBit(fields, [&](uint32_t i) {
+        const schema::Field& field = schema.fields[i];
+        std::memcpy(row + field.offset, from + field.offset, field.width);
+    });
+}
+
+Answer Table::get(const std::byte* key, std::byte* row) const {
+    if (!primaryKey.accepts(key)) return Answer::absent;
+    const uint32_t hash = primaryKey.hash(key);
+    const std::shared_lock guard(lock);
+    const uint32_t slot = findSlot(key, hash);
+    if (slot == Slabs::kNone) return Answer::absent;
+    std::memcpy(row, slabs.row(slot), schema.recordSize);
+    return Answer::done;
+}
+
+Answer Table::patch(const std::byte* key, const std::byte* row, uint64_t fields) {
+    if (!primaryKey.accepts(key)) return Answer::absent;
+    const uint32_t hash = primaryKey.hash(key);
+    uint64_t touched = 0;
+    forEachBit(fields, [&](uint32_t i) { touched |= indexesOf[i]; });
+    const std::unique_lock guard(lock);
+    const uint32_t slot = findSlot(key, hash);
+    if (slot == Slabs::kNone) return Answer::absent;
+    if (touched == 0) {
+        overlay(slabs.row(slot), row, fields);
+        moved();
+        return Answer::done;
+    }
+    std::array<std::byte, schema::kMaxRecordSize> changed;
+    std::memcpy(changed.data(), slabs.row(slot), schema.recordSize);
+    overlay(changed.data(), row, fields);
+    return change(slot, changed.data(), touched) ? Answer::done : Answer::noMemory;
+}
+
+Answer Table::erase(const std::byte* key) {
+    if (!primaryKey.accepts(key)) return Answer::absent;
+    const uint32_t hash = primaryKey.hash(key);
+    const std::unique_lock guard(lock);
+    const uint32_t place = primary.find(hash, [&](uint32_t slot) { return primaryKey.matches(slabs.row(slot), key); });
+    if (place == SlotHash::kNone) return Answer::absent;
+    const uint32_t slot = primary.at(place);
+    slabs.prefetchPlaces(slot);
+    IndexKeys keys;
+    composeKeys(slabs.row(slot), allIndexes, keys);
+    prefetchRemoval(slot, allIndexes, keys);
+    for (uint32_t i = 0; i < indexes.size(); ++i) {
+        indexes[i].remove(keys[i].hash, keys[i].bytes, slot);
+        indexes[i].trim();
+    }
+    primary.erase(place);
+    primary.trim();
+    slabs.release(slot);
+    if (slabs.records() == 0) pool.purge();
+    moved();
+    return Answer::done;
+}
+
+uint64_t Table::count() const {
+    const std::shared_lock guard(lock);
+    return slabs.records();
+}
+
+uint64_t Table::countByKey(uint32_t index, const std::byte* key) const {
+    const KeyShape& shape = indexes[index].shape();
+    if (!shape.accepts(key)) return 0;
+    const uint32_t hash = shape.hash(key);
+    const std::shared_lock guard(lock);
+    return indexes[index].count(hash, key);
+}
+
+uint64_t Table::memoryBytes() const {
+    const std::shared_lock guard(lock);
+    return sizeof *this + indexes.size() * sizeof(GroupIndex) + memory.bytes();
+}
+
+std::unique_ptr<Scan> Table::open(const ScanRange& range) {
+    std::unique_ptr<BatchedScan> scan = BatchedScan::make(*this, range);
+    if (scan != nullptr) (void)scan->restart(range.key);
+    return scan;
+}
+
+}  // namespace mcast6::store::memory

@@ -1,0 +1,93 @@
+// One table of the memory store: records in slabs, a hash of their primary keys, an index for each further key, and
+// the lock over all of it.
+//
+// Every change has two parts. The first finds everything and makes room for everything, and may fail for want of
+// memory; the second changes the records and cannot fail. So a change happens whole or not at all.
+//
+// 'version' counts the changes. A scan that has copied a few records ahead need not look at the table again until the
+// version moves.
+#pragma once
+
+#include <array>
+#include <atomic>
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <memory>
+#include <vector>
+
+#include "platform/schema/schema.h"
+#include "platform/store/memory/group_index.h"
+#include "platform/store/memory/group_pool.h"
+#include "platform/store/memory/key_shape.h"
+#include "platform/store/memory/memory.h"
+#include "platform/store/memory/slabs.h"
+#include "platform/store/memory/slot_hash.h"
+#include "platform/store/memory/table_lock.h"
+#include "platform/store/store.h"
+
+namespace mcast6::store::memory {
+
+class Table {
+public:
+    // The most indexes that a table may have.
+    static constexpr size_t kIndexes = 32;
+
+    // Throws std::length_error when the table has too many indexes.
+    explicit Table(const schema::Table& description);
+
+    Answer put(const std::byte* row);
+    Answer get(const std::byte* key, std::byte* row) const;
+    Answer patch(const std::byte* key, const std::byte* row, uint64_t fields);
+    Answer erase(const std::byte* key);
+    uint64_t count() const;
+    uint64_t countByKey(uint32_t index, const std::byte* key) const;
+    uint64_t memoryBytes() const;
+
+    // As store::Store::open; null when there is no memory.
+    std::unique_ptr<Scan> open(const ScanRange& range);
+
+private:
+    friend class BatchedScan;
+    friend class WholeScan;
+    friend class IndexScan;
+
+    struct IndexKey {
+        const std::byte* bytes;
+        uint32_t hash;
+        uint32_t place;
+        KeyBuffer room;
+    };
+    using IndexKeys = std::array<IndexKey, kIndexes>;
+
+    struct Gap {
+        uint16_t offset;
+        uint16_t width;
+    };
+
+    void composeKeys(const std::byte* row, uint64_t which, IndexKeys& keys) const;
+    void prefetchAddition(uint64_t which, const IndexKeys& keys) const;
+    void prefetchRemoval(uint32_t slot, uint64_t which, const IndexKeys& keys) const;
+    bool reserveKeys(uint64_t which, IndexKeys& keys);
+    uint32_t findSlot(const std::byte* key, uint32_t hash) const;
+    Answer insert(const std::byte* row, uint32_t hash, IndexKeys& keys);
+    bool change(uint32_t slot, const std::byte* row, uint64_t which);
+    void store(uint32_t slot, const std::byte* row);
+    void overlay(std::byte* row, const std::byte* from, uint64_t fields) const;
+    void moved() { version.store(version.load(std::memory_order_relaxed) + 1, std::memory_order_release); }
+
+    const schema::Table& schema;
+    const KeyShape primaryKey;
+    Memory memory;
+    Slabs slabs;
+    GroupPool pool;
+    SlotHash primary;
+    std::deque<GroupIndex> indexes;
+    uint64_t allIndexes = 0;                               // bit i: index i
+    std::array<uint64_t, schema::kMaxFields> indexesOf{};  // of each field
+    std::vector<Gap> gaps;                                 // bytes that no field names
+    mutable TableLock lock;
+    std::atomic<uint64_t> version{0};
+};
+
+}  // namespace mcast6::store::memory
