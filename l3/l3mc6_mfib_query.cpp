@@ -62,6 +62,13 @@ uint32_t iterByKey(Mcast6DbRes* resource, const KeyBuffer<kWord>& key, const cha
     return code;
 }
 
+// The key of a VR and VRF. Callers may hand in two words alone, aligned as such, in place of a whole record.
+KeyBuffer<ByVrVrf::word> vrVrfAt(const void* words) {
+    uint32_t values[2];
+    memcpy(values, words, sizeof values);
+    return keyOf<ByVrVrf::word>(values[0], values[1]);
+}
+
 // Counts the records of a key; a failure is logged once more, with the count's message.
 template <uint32_t kWord>
 uint32_t countOfKey(const KeyBuffer<kWord>& key, uint32_t* count, const char* message) {
@@ -158,7 +165,7 @@ uint32_t MCAST6_DB_CreateL3MfibIterByGrpAndIntf(Mcast6DbRes* resource, const L3M
 }
 
 uint32_t MCAST6_DB_CreateL3MfibIterByVrAndVrf(Mcast6DbRes* resource, const L3Mc6MfibEntry* record) {
-    return iterByKey(resource, ByVrVrf::of(*record), "MCAST6_DB_Create MfibIter by vr and vrf failed.");
+    return iterByKey(resource, vrVrfAt(record), "MCAST6_DB_Create MfibIter by vr and vrf failed.");
 }
 
 uint32_t MCAST6_DB_CreateL3MfibIterByRegIntf(Mcast6DbRes* resource, const L3Mc6MfibEntry* record) {
@@ -196,7 +203,7 @@ uint32_t MCAST6_DB_GetL3MfibCountByKey(const Mcast6DbKeyDesc* descriptor, const 
 }
 
 uint32_t MCAST6_DB_GetL3MfibFwdTotalNum(const L3Mc6MfibEntry* record, uint32_t* count) {
-    return countOfKey(ByVrVrf::of(*record), count, "create object fail.");
+    return countOfKey(vrVrfAt(record), count, "create object fail.");
 }
 
 uint32_t MCAST6_DB_GetL3MfibNumBySource(const L3Mc6MfibEntry* record, uint32_t* count) {

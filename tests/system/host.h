@@ -1,0 +1,27 @@
+// What a host brings to the library in a test: a store, a log that is kept, and a clock that stands still.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace mcast6::tests {
+
+// The time that the library reads.
+void setTime(int64_t seconds);
+
+// Starts each test with an empty store, counters and statistics at zero, and nothing cached.
+class SystemTest : public testing::Test {
+protected:
+    void SetUp() override;
+    void TearDown() override;
+
+    // What the library logged since the start of the test.
+    static const std::vector<std::string>& logLines();
+    // The sum of all error statistics.
+    static uint64_t errors();
+};
+
+}  // namespace mcast6::tests
