@@ -1,0 +1,35 @@
+// How a command ends when it cannot do what it was asked.
+#pragma once
+
+#include <cstdint>
+#include <stdexcept>
+#include <string>
+
+namespace mcast6::ctl {
+
+enum ExitCode : int { kDone = 0, kFailed = 1, kWrongUsage = 2 };
+
+// what() names the input and the reason, and is shown to the operator.
+class Failure : public std::runtime_error {
+public:
+    explicit Failure(const std::string& message, ExitCode code = kFailed) : std::runtime_error(message), code_(code) {}
+    ExitCode exitCode() const { return code_; }
+
+private:
+    ExitCode code_;
+};
+
+// The command line itself is wrong; nothing was tried.
+class UsageError : public Failure {
+public:
+    explicit UsageError(const std::string& message) : Failure(message, kWrongUsage) {}
+};
+
+// A library operation answered 'code'. The message carries the code's meaning and the library's log lines since the last
+// successful command.
+Failure libraryFailure(const std::string& operation, uint32_t code);
+
+// The same for an operation that tells a failure by a null pointer.
+Failure libraryFailure(const std::string& operation);
+
+}  // namespace mcast6::ctl

@@ -1,0 +1,64 @@
+#include "cli/link_table.h"
+
+#include <fmt/format.h>
+
+#include <utility>
+
+#include "cli/failure.h"
+#include "cli/json_input.h"
+#include "cli/text.h"
+
+namespace mcast6::ctl {
+namespace {
+
+Link readLink(const Json& entry) {
+    Link link;
+    link.index = numberMember(entry, "ifindex");
+    link.name = textMember(entry, "ifname");
+    if (link.index == 0) throw Refused("'ifindex' is 0");
+    const std::string kind = hasMember(entry, "link_type") ? textMember(entry, "link_type") : "";
+    link.isRegister = kind == "pimreg" || (kind.empty() && link.name.starts_with("pim6reg"));
+    return link;
+}
+
+}  // namespace
+
+LinkTable LinkTable::fromFile(const std::string& path) {
+    const Json entries = readJsonList(path, "links");
+    LinkTable table;
+    for (size_t position = 0; position < entries.size(); ++position) {
+        const Json& entry = entries[position];
+        // `ip` prints an empty object for each link that a selection such as `type veth` leaves out.
+        if (entry.is_object() && entry.empty()) continue;
+        try {
+            table.add(path, position + 1, readLink(entry));
+        } catch (const Refused& refused) {
+            throw Failure(fmt::format("{}: link {}: {}", inputName(path), position + 1, refused.what()));
+        }
+    }
+    return table;
+}
+
+void LinkTable::add(const std::string& file, size_t entryNumber, Link link) {
+    const auto refuse = [&](const std::string& reason) {
+        return Failure(fmt::format("{}: link {} ({}): {}", inputName(file), entryNumber, printable(link.name), reason));
+    };
+    if (byName_.contains(link.name)) throw refuse("a link before it has the same name");
+    if (!nameOf_.emplace(link.index, link.name).second) {
+        throw refuse(fmt::format("link {} has the same index {}", printable(nameOf_[link.index]), link.index));
+    }
+    std::string name = link.name;
+    byName_.emplace(std::move(name), std::move(link));
+}
+
+const Link* LinkTable::byName(const std::string& name) const {
+    const auto found = byName_.find(name);
+    return found == byName_.end() ? nullptr : &found->second;
+}
+
+const Link* LinkTable::byIndex(uint32_t index) const {
+    const auto found = nameOf_.find(index);
+    return found == nameOf_.end() ? nullptr : byName(found->second);
+}
+
+}  // namespace mcast6::ctl

@@ -1,0 +1,34 @@
+// The captured link list (`ip -j -d link`): interface names, indexes and kinds.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <unordered_map>
+
+namespace mcast6::ctl {
+
+struct Link {
+    uint32_t index = 0;
+    std::string name;
+    bool isRegister = false;  // the PIM register interface of a routing table: pim6reg, pim6regTABLE
+};
+
+class LinkTable {
+public:
+    // Reads a capture. Throws Failure, naming file, entry and reason, and then nothing was read.
+    static LinkTable fromFile(const std::string& path);
+
+    // Null when there is no such link.
+    const Link* byName(const std::string& name) const;
+    const Link* byIndex(uint32_t index) const;
+
+    bool empty() const { return byName_.empty(); }
+
+private:
+    void add(const std::string& file, size_t entryNumber, Link link);
+
+    std::unordered_map<std::string, Link> byName_;
+    std::unordered_map<uint32_t, std::string> nameOf_;
+};
+
+}  // namespace mcast6::ctl

@@ -1,0 +1,49 @@
+// mcast6ctl: imports captured state into the tables, and shows, counts and ages what they hold.
+#include <exception>
+#include <string>
+#include <vector>
+
+#include "cli/command_line.h"
+#include "cli/failure.h"
+#include "cli/library_log.h"
+#include "cli/output.h"
+#include "mcast6_platform/platform.h"
+
+namespace {
+
+using namespace mcast6::ctl;
+
+void run(const std::vector<std::string>& words) {
+    ProcessOptions process;
+    const Invocation invocation = parseCommandLine(words, Settings{}, &process);
+    Tool tool;
+    if (invocation.command != nullptr) {
+        installLibraryLog();
+        if (mcast6_platform_open(process.store.c_str()) != 0) {
+            throw Failure("--store " + process.store + ": " + mcast6_platform_error());
+        }
+    }
+    runInvocation(tool, invocation);
+    finishOutput();
+}
+
+int report(const char* message, int exitCode) {
+    complain(message);
+    if (exitCode == kWrongUsage) complain("`mcast6ctl --help` and `mcast6ctl COMMAND --help` tell what there is");
+    return exitCode;
+}
+
+}  // namespace
+
+int main(int count, char** texts) {
+    int exitCode = kDone;
+    try {
+        run({texts + 1, texts + count});
+    } catch (const Failure& failure) {
+        exitCode = report(failure.what(), failure.exitCode());
+    } catch (const std::exception& error) {
+        exitCode = report(error.what(), kFailed);
+    }
+    mcast6_platform_close();
+    return exitCode;
+}

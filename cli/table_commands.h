@@ -1,0 +1,211 @@
+// show, count and smooth for every table that table.h can describe.
+#pragma once
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "cli/command.h"
+#include "cli/failure.h"
+#include "cli/output.h"
+#include "cli/table.h"
+
+namespace mcast6::ctl {
+
+// The filters of one command, and the query that serves most of them.
+template <class Record>
+struct Selection {
+    Record wanted{};
+    const Query<Record>* query = nullptr;
+    std::vector<const Filter<Record>*> rest;  // those that the query does not take
+};
+
+// Whether 'record' passes the filters that the query left over.
+template <class Record>
+bool passes(const Selection<Record>& selection, const Record& record) {
+    return std::all_of(selection.rest.begin(), selection.rest.end(),
+                       [&](const Filter<Record>* filter) { return filter->matches(record, selection.wanted); });
+}
+
+template <class Record>
+const Filter<Record>& filterNamed(const Table<Record>& table, const std::string& name) {
+    return *std::find_if(table.filters.begin(), table.filters.end(),
+                         [&](const Filter<Record>& filter) { return filter.option.name == name; });
+}
+
+template <class Record>
+std::vector<const Filter<Record>*> givenFilters(const Table<Record>& table, const Arguments& arguments) {
+    std::vector<const Filter<Record>*> given;
+    for (const Filter<Record>& filter : table.filters) {
+        if (arguments.has(filter.option.name)) given.push_back(&filter);
+    }
+    for (size_t position = 0; position < given.size(); ++position) {
+        const char* needed = given[position]->needs;
+        if (needed != nullptr && !arguments.has(needed)) given.push_back(&filterNamed(table, needed));
+    }
+    return given;
+}
+
+template <class Record>
+bool takes(const Query<Record>& query, const Filter<Record>* filter) {
+    return std::find(query.takes.begin(), query.takes.end(), filter->option.name) != query.takes.end();
+}
+
+// Chooses the first query whose filters are all given.
+template <class Record>
+Selection<Record> select(const Tool& tool, const Table<Record>& table, const Arguments& arguments) {
+    Selection<Record> selection;
+    const auto given = givenFilters(table, arguments);
+    for (const Filter<Record>* filter : given) {
+        if (!arguments.has(filter->option.name)) continue;  // needed by another one, and 0
+        filter->read(selection.wanted, arguments.text(filter->option.name), tool.links);
+    }
+    selection.query = &*std::find_if(table.queries.begin(), table.queries.end(), [&](const Query<Record>& query) {
+        const auto served =
+            std::count_if(given.begin(), given.end(), [&](const auto* filter) { return takes(query, filter); });
+        return static_cast<size_t>(served) == query.takes.size();
+    });
+    std::string rest;
+    for (const Filter<Record>* filter : given) {
+        if (takes(*selection.query, filter)) continue;
+        selection.rest.push_back(filter);
+        rest += " --" + filter->option.name;
+    }
+    if (tool.settings.verbose) {
+        complain(fmt::format("{}: query by {}{}{}", table.name, selection.query->name,
+                             rest.empty() ? "" : "; the tool itself filters by", rest));
+    }
+    return selection;
+}
+
+// Calls 'visit' with each record of the selection. Throws Failure.
+template <class Record, class Visit>
+void walk(const Table<Record>& table, const Selection<Record>& selection, Visit visit) {
+    const Query<Record>& query = *selection.query;
+    if (query.find != nullptr) {
+        Record record = selection.wanted;
+        const uint32_t code = query.find(&record);
+        if (std::find(table.absentCodes.begin(), table.absentCodes.end(), code) != table.absentCodes.end()) return;
+        if (code != MCAST6_DB_SUCCESS) throw libraryFailure(fmt::format("reading {}", table.databaseName), code);
+        if (passes(selection, record)) visit(record);
+        return;
+    }
+    const std::unique_ptr<Mcast6DbRes, void (*)(Mcast6DbRes*)> iterator(query.open(selection.wanted), query.release);
+    if (!iterator) throw libraryFailure(fmt::format("making an iterator over {}", table.databaseName));
+    for (;;) {
+        Record record{};
+        const uint32_t code = table.step(iterator.get(), &record);
+        if (code == MCAST6_DB_NO_RECORD) return;
+        if (code != MCAST6_DB_SUCCESS) throw libraryFailure(fmt::format("walking {}", table.databaseName), code);
+        if (passes(selection, record)) visit(record);
+    }
+}
+
+// The number of records of the selection, without walking where the library can. Throws Failure.
+template <class Record>
+uint64_t countRecords(const Table<Record>& table, const Selection<Record>& selection) {
+    if (selection.query->count && selection.rest.empty()) {
+        uint32_t count = 0;
+        const uint32_t code = selection.query->count(selection.wanted, &count);
+        if (code != MCAST6_DB_SUCCESS) throw libraryFailure(fmt::format("counting {}", table.databaseName), code);
+        return count;
+    }
+    uint64_t count = 0;
+    walk(table, selection, [&](const Record&) { ++count; });
+    return count;
+}
+
+template <class Record>
+void showTable(const Tool& tool, const Table<Record>& table, const Arguments& arguments) {
+    const Selection<Record> selection = select(tool, table, arguments);
+    std::vector<ColumnHead> heads;
+    for (const Column<Record>& shown : table.columns) heads.push_back(shown.head);
+    RowPrinter rows(tool.settings.json, heads, tool.links);
+    if (tool.settings.json) rows.json().beginObject().member("table", table.databaseName).beginArray("entries");
+    walk(table, selection, [&](const Record& record) {
+        std::vector<Value> values;
+        for (const Column<Record>& shown : table.columns) values.push_back(shown.value(record));
+        rows.row(values);
+    });
+    if (tool.settings.json) rows.json().endArray().endObject();
+    rows.finish();
+    printLine(tool.settings.json ? "" : rows.rows() == 0 ? "no entries" : counted(rows.rows(), "entry"));
+}
+
+template <class Record>
+void countTable(const Tool& tool, const Table<Record>& table, const Arguments& arguments) {
+    const uint64_t count = countRecords(table, select(tool, table, arguments));
+    if (!tool.settings.json) return printLine(std::to_string(count));
+    JsonWriter json;
+    json.beginObject().member("table", table.databaseName).member("count", count).endObject();
+    printLine(json.take());
+}
+
+// Deletes what an import with version N left with an older one.
+template <class Record>
+void smoothTable(const Tool& tool, const Table<Record>& table, const Arguments& arguments) {
+    const uint32_t version = arguments.number("version", 0);
+    const Selection<Record> selection = select(tool, table, arguments);
+    const uint64_t before = countRecords(table, selection);
+    uint64_t deleted = 0;
+    walk(table, selection, [&](const Record& record) {
+        if (record.*table.smoothVersion >= version) return;
+        const uint32_t code = table.remove(&record);
+        if (code != MCAST6_DB_SUCCESS) {
+            throw libraryFailure(fmt::format("{}: after {} deletions, deleting", table.name, deleted), code);
+        }
+        ++deleted;
+    });
+    const uint64_t after = countRecords(table, selection);
+    if (!tool.settings.json) {
+        return printLine(fmt::format("{} before, {} with a version older than {} deleted, {} after",
+                                     counted(before, "entry"), deleted, version, after));
+    }
+    JsonWriter json;
+    json.beginObject().member("table", table.databaseName).member("version", uint64_t{version});
+    json.member("before", before).member("deleted", deleted).member("after", after).endObject();
+    printLine(json.take());
+}
+
+// Reads the one record of the selection's key; false when there is none. Throws Failure.
+template <class Record>
+bool readRecord(const Table<Record>& table, Record* record) {
+    const Query<Record>& byKey = table.queries.front();
+    const uint32_t code = byKey.find(record);
+    if (std::find(table.absentCodes.begin(), table.absentCodes.end(), code) != table.absentCodes.end()) return false;
+    if (code != MCAST6_DB_SUCCESS) throw libraryFailure(fmt::format("reading {}", table.databaseName), code);
+    return true;
+}
+
+// Deletes the record with the key of 'record', which 'name' tells in messages; a record that is not there is a failure.
+template <class Record>
+void deleteRecord(const Tool& tool, const Table<Record>& table, Record record, const std::string& name) {
+    if (!readRecord(table, &record)) throw Failure(fmt::format("{}: no entry for {}", table.name, name));
+    const uint32_t code = table.remove(&record);
+    if (code != MCAST6_DB_SUCCESS) throw libraryFailure(fmt::format("{}: deleting {}", table.name, name), code);
+    if (!tool.settings.json) return printLine(fmt::format("{}: deleted {}", table.name, name));
+    JsonWriter json;
+    json.beginObject().member("table", table.databaseName).member("deleted", uint64_t{1}).endObject();
+    printLine(json.take());
+}
+
+// show, count and smooth of 'table', which lives as long as the commands.
+template <class Record>
+void addTableCommands(Commands& commands, const Table<Record>& table) {
+    std::vector<OptionSpec> filters;
+    for (const Filter<Record>& filter : table.filters) filters.push_back(filter.option);
+    commands.push_back({"show", table.name, fmt::format("Show {}", table.holds), filters,
+                        [&table](Tool& tool, const Arguments& arguments) { showTable(tool, table, arguments); }});
+    commands.push_back({"count", table.name, fmt::format("Count {}", table.holds), filters,
+                        [&table](Tool& tool, const Arguments& arguments) { countTable(tool, table, arguments); }});
+    filters.insert(filters.begin(), required(valueOption("version", "N", "Delete what has a smooth version below N")));
+    commands.push_back({"smooth", table.name, fmt::format("Delete {} that an import did not re-stamp", table.holds),
+                        filters,
+                        [&table](Tool& tool, const Arguments& arguments) { smoothTable(tool, table, arguments); }});
+}
+
+}  // namespace mcast6::ctl
