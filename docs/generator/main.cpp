@@ -1,0 +1,141 @@
+// mcast6tables: prints docs/tables.md from the modules' descriptions and the platform's schema.
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <fstream>
+#include <iostream>
+
+#include "docs/generator/describe.h"
+#include "platform/schema/catalog.h"
+
+namespace mcast6::docs {
+
+// One for each module, from the sources that the build makes.
+std::vector<Module> modules();
+
+namespace {
+
+std::string partText(const schema::Table& table, const schema::KeyPart& part) {
+    if (part.isConstant) return fmt::format("{} in {} bytes", part.constant, part.width);
+    for (const schema::Field& field : table.fields) {
+        if (field.offset != part.offset) continue;
+        return field.width == part.width ? std::string(field.name)
+                                         : fmt::format("low {} bytes of {}", part.width, field.name);
+    }
+    return "?";
+}
+
+std::string partsText(const schema::Table& table, const schema::Key& key) {
+    std::string text;
+    for (const schema::KeyPart& part : key.parts()) {
+        if (!text.empty()) text += ", ";
+        text += partText(table, part);
+    }
+    return text;
+}
+
+const Way* find(const Module& module, std::string_view operation, std::string_view way) {
+    for (const Ways& ways : module.operations) {
+        if (ways.operation != operation) continue;
+        for (const Way& candidate : ways.ways) {
+            if (candidate.name == way) return &candidate;
+        }
+    }
+    return nullptr;
+}
+
+// What a way gives, "-" where the table has no such operation.
+std::string resultOf(const Module& module, std::string_view operation, std::string_view way) {
+    const Way* const found = find(module, operation, way);
+    return found == nullptr ? "-" : found->result;
+}
+
+std::string absentRead(const Module& module) {
+    const std::string plain = resultOf(module, "read", "15005");
+    return plain != "-" ? plain : resultOf(module, "keyed read", "15005");
+}
+
+// Which of the table's ways the engine's 13044 is treated like.
+std::string presentText(const Module& module, std::string_view operation, std::string_view done) {
+    const Way* const code = find(module, operation, "13044");
+    if (code == nullptr) return "-";
+    const Way* const success = find(module, operation, done);
+    if (code->result != "0") return fmt::format("failure ({})", code->result);
+    return success != nullptr && code->effects == success->effects ? "success" : "0: " + code->effects;
+}
+
+void printOverview(std::ostream& out, const std::vector<Module>& all) {
+    out << "| number | table | row | a failed write gives | an absent read gives | 13044 on a write | 13044 on a removal |\n"
+           "|---|---|---|---|---|---|---|\n";
+    for (const Module& module : all) {
+        out << fmt::format("| {} | [`{}`](#{}) | {} | {} | {} | {} | {} |\n",
+                           module.isNumbered ? std::to_string(module.number) : "none", module.table, module.table,
+                           module.rowSize, resultOf(module, "write", "write failed"), absentRead(module),
+                           presentText(module, "write", "written"), presentText(module, "removal", "removed"));
+    }
+}
+
+void printModule(std::ostream& out, const Module& module, const schema::Table& table) {
+    out << fmt::format("\n## {}\n\n", module.table);
+    out << fmt::format("Table number {}, log id 0x{:08X}, row of {} bytes in {} fields.",
+                       module.isNumbered ? std::to_string(module.number) : "none", module.logId, module.rowSize,
+                       table.fields.size());
+    if (table.presentWrite == schema::PresentWrite::refused) out << " The engine refuses a write of a present key.";
+    if (table.absentRemoval != kExistsOrAbsent) {
+        out << fmt::format(" The engine answers the removal of an absent key with {}.", table.absentRemoval);
+    }
+    out << "\n\n| key | key word | parts |\n|---|---|---|\n";
+    out << fmt::format("| primary | 0x{:08X} | {} |\n", table.primary.word, partsText(table, table.primary));
+    for (const schema::Key& key : table.indexes) {
+        const std::string order = key.conditionName.empty() ? "" : fmt::format(" (sorted, \"{}\")", key.conditionName);
+        out << fmt::format("| {}{} | 0x{:08X} | {} |\n", key.number(), order, key.word, partsText(table, key));
+    }
+    out << "\n| operation | way out | then | result |\n|---|---|---|---|\n";
+    for (const Ways& ways : module.operations) {
+        for (const Way& way : ways.ways) {
+            out << fmt::format("| {} | {} | {} | {} |\n", ways.operation, way.name,
+                               way.effects.empty() ? "-" : way.effects, way.result.empty() ? "-" : way.result);
+        }
+    }
+}
+
+int print(std::ostream& out) {
+    std::vector<Module> all = modules();
+    std::sort(all.begin(), all.end(), [](const Module& a, const Module& b) { return a.table < b.table; });
+    out << "# Tables\n\n"
+           "Generated by `./dev tables` from the modules' descriptions and the schema; do not edit.\n\n"
+           "Each table module tells, for every way out of its operations, what happens in which order: *release* (the\n"
+           "engine object), *log*, *counter* (`MCAST6_DfxCounterInc`), *KPI* (`MCAST6_KPI_AddKpiData`), *record* (an error\n"
+           "kind in the statistics, under the table's number or another one's). *The code* is the engine's. A null record\n"
+           "that is *not looked for* is the caller's to avoid. Iterators over the whole table or by a key that go through\n"
+           "the common constructor tell a failure once; operations with steps of their own are in the module's file.\n\n";
+    printOverview(out, all);
+    for (const Module& module : all) {
+        const auto id = schema::tableNamed(module.table);
+        if (!id) {
+            std::cerr << "no schema for the table " << module.table << "\n";
+            return 1;
+        }
+        printModule(out, module, schema::catalog()[*id]);
+    }
+    return 0;
+}
+
+}  // namespace
+
+}  // namespace mcast6::docs
+
+int main(int argc, char** argv) {
+    if (argc != 2) {
+        std::cerr << "usage: mcast6tables FILE\n";
+        return 2;
+    }
+    std::ofstream out(argv[1]);
+    const int code = mcast6::docs::print(out);
+    out.close();
+    if (!out) {
+        std::cerr << "cannot write " << argv[1] << "\n";
+        return 1;
+    }
+    return code;
+}
