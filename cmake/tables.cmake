@@ -21,7 +21,7 @@ Module describe_@name@() { return describe<::mcast6::@name@::Table>("@name@"); }
 }  // namespace mcast6::docs
 ]] @ONLY)
     list(APPEND describedSources ${source})
-    string(APPEND declarations "Module describe_${name}()\;\n")
+    string(APPEND declarations "Module describe_${name}();\n")
     string(APPEND calls "        describe_${name}(),\n")
   endforeach()
   set(listSource ${PROJECT_BINARY_DIR}/generated/describe_all.cpp)

@@ -183,10 +183,11 @@ void add(Module& module, const char* operation, const On& on) {
 
 template <class Table>
 Module describe(std::string_view name) {
-    Module module{.table = std::string(name),
-                  .logId = Table::logId,
-                  .rowSize = Table::Row::size,
-                  .keyWord = Table::Primary::word};
+    Module module;
+    module.table = name;
+    module.logId = Table::logId;
+    module.rowSize = Table::Row::size;
+    module.keyWord = Table::Primary::word;
     if constexpr (requires { Table::number; }) {
         module.isNumbered = true;
         module.number = Table::number;
