@@ -85,7 +85,7 @@ struct Place {
     static auto stored(const Record& record) { return static_cast<Stored>(valueOf<kMember_>(record)); }
 };
 
-// Stored as it is: a scalar, or a block of bytes or words.
+// Stored as it is: a scalar, or a block of bytes or words by way of memcpy_s.
 template <uint16_t kOffset, auto kMember>
 struct Copy : Place<kOffset, kMember, TypeOf<kMember>> {
     using Base = Place<kOffset, kMember, TypeOf<kMember>>;
@@ -104,6 +104,20 @@ struct Copy : Place<kOffset, kMember, TypeOf<kMember>> {
         } else {
             return memcpy_s(&(record.*kMember), Base::width, row + kOffset, Base::width);
         }
+    }
+};
+
+// A block of bytes or words of fixed width, moved as it is; Copy has memcpy_s move it, whose code may be asked for.
+template <uint16_t kOffset, auto kMember>
+struct Block : Place<kOffset, kMember, TypeOf<kMember>> {
+    using Base = Place<kOffset, kMember, TypeOf<kMember>>;
+    static int set(const typename Base::Record& record, std::byte* row, uint64_t /*now*/) {
+        memcpy(row + kOffset, &(record.*kMember), Base::width);
+        return 0;
+    }
+    static int get(const std::byte* row, typename Base::Record& record) {
+        memcpy(&(record.*kMember), row + kOffset, Base::width);
+        return 0;
     }
 };
 
