@@ -267,8 +267,9 @@ struct FieldSetters {
 // leaves its member as it is.
 
 // A scalar, or bytes copied as long as the engine says, up to the member's width; the copy's code counts too.
-template <auto kGetter, auto kMember, class Stored = TypeOf<kMember>>
+template <auto kGetter, auto kMember>
 struct Gets {
+    using Stored = TypeOf<kMember>;
     static uint32_t apply(Mcast6DbHandle object, RecordOf<kMember>& record) {
         if constexpr (std::is_integral_v<Stored>) {
             Stored value{};

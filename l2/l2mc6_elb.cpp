@@ -14,6 +14,16 @@ using E = L2Elb6Entry;
 enum Counter : uint32_t { kCreated = 7, kReleased };
 enum Kpi : uint32_t { kWritten = 27, kWriteFailed, kDeleted, kDeleteFailed };
 
+// The VLAN of 16 bits goes through a word of zeros: it is 0 when its getter fails, where other fields stay.
+struct GetsVlan {
+    static uint32_t apply(Mcast6DbHandle object, E& record) {
+        uint16_t vlanId = 0;
+        const uint32_t code = db_get_l2mc6_elb_vlanId(object, &vlanId);
+        assign<&E::vlanId>(record, vlanId);
+        return code;
+    }
+};
+
 // clang-format off
 struct Table {
     using Record = E;
@@ -67,7 +77,7 @@ struct Table {
         Gets <db_get_l2mc6_elb_vrId, &E::vrId>,
         Gets <db_get_l2mc6_elb_vrfId, &E::vrfId>>;
     using ItemGetters = FieldGetters<
-        Gets <db_get_l2mc6_elb_vlanId, &E::vlanId, uint16_t>,
+        GetsVlan,
         Gets <db_get_l2mc6_elb_userVlanId, &E::userVlanId>,
         Gets <db_get_l2mc6_elb_outIfIndex, &E::outIfIndex>,
         Gets <db_get_l2mc6_elb_fwdIfExtType, &E::fwdIfExtType>,

@@ -11,7 +11,8 @@
 extern "C" {
 #endif
 
-/* The source process id of the record that was last converted for writing, or set by MCAST6_DB_SetL2BdMfib6SourcePid. */
+/* The source process id of the record that was last converted for writing, or set by
+ * MCAST6_DB_SetL2BdMfib6SourcePid. */
 extern MCAST6_API uint32_t g_l2BdMfib6Pid;
 
 /* The object of the fast read; 0 until its first use. */
@@ -31,8 +32,8 @@ MCAST6_API uint32_t MCAST6_DB_SetL2BdMfib6(const L2Mc6MfibEntry *record, void *r
  * serviceStatus, 0. */
 MCAST6_API uint32_t MCAST6_DB_GetL2BdMfib6(const void *row, L2Mc6MfibEntry *record);
 
-/* Read fields from the record that 'object' stands on; neither argument is checked. A field whose getter fails stays as it
- * was. */
+/* Read fields from the record that 'object' stands on; neither argument is checked. A field whose getter fails stays
+ * as it was. */
 
 /* Both service contexts. Returns the OR of the codes of the getters and copies. */
 MCAST6_API uint32_t MCAST6_DB_GetL2mcBdMfib6SvcCtx(Mcast6DbHandle object, L2Mc6MfibEntry *record);
@@ -40,8 +41,8 @@ MCAST6_API uint32_t MCAST6_DB_GetL2mcBdMfib6SvcCtx(Mcast6DbHandle object, L2Mc6M
 /* Both addresses; addrType becomes 2, domainType 1. Returns the code of the source address's getter alone. */
 MCAST6_API uint32_t MCAST6_DB_GetL2mcBdMfib6Addr(Mcast6DbHandle object, L2Mc6MfibEntry *record);
 
-/* All fields but the mask lengths, which stay as they were. A failure, of the service contexts not, is logged with the OR of the
- * codes. 'record' null: nothing happens. */
+/* All fields but the mask lengths, which stay as they were. A failure, of the service contexts and the group not, is
+ * logged with the OR of the codes. 'record' null: nothing happens. */
 MCAST6_API void MCAST6_DB_GetL2BdMfib6Item(Mcast6DbHandle object, L2Mc6MfibEntry *record);
 
 /* Makes an engine object, which the caller releases.
@@ -64,8 +65,8 @@ MCAST6_API uint32_t MCAST6_DB_ReadL2BdMfib6Entry(L2Mc6MfibEntry *record, Mcast6D
  *   60     no such record */
 MCAST6_API uint32_t MCAST6_DB_ReadL2BdMfib6(L2Mc6MfibEntry *record);
 
-/* Makes '*slot' hold an object that is ready for use: makes one when the slot is 0, resets the one it holds otherwise. Not
- * for concurrent calls on one slot.
+/* Makes '*slot' hold an object that is ready for use: makes one when the slot is 0, resets the one it holds
+ * otherwise. Not for concurrent calls on one slot.
  *   0      done
  *   1      the engine failed; logged; the slot is as it was */
 MCAST6_API uint32_t MCAST6_DB_CreateL2BdMfib6ObjectCache(uint32_t objType, uint32_t connType, Mcast6DbHandle *slot);
@@ -91,8 +92,8 @@ MCAST6_API uint32_t MCAST6_DB_DeleteL2BdMfib6(const L2Mc6MfibEntry *record);
 
 /* Steps 'iterator' and fills 'record' with the next record, read whole.
  *   0      a record
- *   1      'iterator' or 'record' is null, or the engine failed; the engine's failures are logged; a failed step records
- *          kind 9, a failed read kind 0
+ *   1      'iterator' or 'record' is null, or the engine failed; the engine's failures are logged; a failed step
+ *          records kind 9, a failed read kind 0
  *   60     the end, or the record vanished meanwhile */
 MCAST6_API uint32_t MCAST6_DB_GetL2BdMfib6Entry(Mcast6DbRes *iterator, L2Mc6MfibEntry *record);
 
@@ -108,8 +109,8 @@ MCAST6_API uint32_t MCAST6_DB_GetNextL2BdMfib6(Mcast6DbRes *iterator, L2Mc6MfibE
 /* Over all records. Failures are logged; a failed root iterator records kind 7. */
 MCAST6_API Mcast6DbRes *MCAST6_DB_CreateL2BdMfib6Iter(void);
 
-/* Over the records of one VR, group and bridge domain. A failed property or allocation is logged; an object that could not be
- * made records kind 0. */
+/* Over the records of one VR, group and bridge domain. A failed property or allocation is logged; an object that
+ * could not be made is logged and records kind 0. */
 MCAST6_API Mcast6DbRes *MCAST6_DB_Createl2BdMfib6IterByGrpAddr(uint32_t vrId, uint32_t bdId,
                                                                const Mcast6Ipv6Addr *groupAddr);
 
@@ -119,13 +120,14 @@ MCAST6_API Mcast6DbRes *MCAST6_DB_CreateL2BdMfib6IterBySrcPid(uint32_t appSrcPid
 /* Over the records of one VR and bridge domain. Reports as the one before. */
 MCAST6_API Mcast6DbRes *MCAST6_DB_CreateL2BdMfib6IterByBdId(uint32_t vrId, uint32_t bdId);
 
-/* Over all records, in the order of their bridge domain. A failed property or allocation is logged. */
+/* Over all records, in the order of their bridge domain. A failed property or allocation, and an object that could
+ * not be made, is logged. */
 MCAST6_API Mcast6DbRes *MCAST6_DB_l2BdMfib6_ScanGetBdIterSorted(void);
 
-/* Over the records with error code 5, a hash conflict, into a handle of the caller's, written on success only. Release its
- * object with MCAST6_DB_ReleaseL2BdMfib6Object; the handle itself is the caller's memory.
+/* Over the records with error code 5, a hash conflict, into a handle of the caller's, written on success only.
+ * Release its object with MCAST6_DB_ReleaseL2BdMfib6Object; the handle itself is the caller's memory.
  *   0      done
- *   1      a step failed; a failed property is logged; an object that could not be made records kind 0 */
+ *   1      a step failed; a failed property is logged; an object that could not be made is logged and records kind 0 */
 MCAST6_API uint32_t MCAST6_DB_CreateL2BdMfib6IterByErrCode(Mcast6DbRes *resource);
 
 /* Releases an iterator with its object. Null: nothing happens. */
@@ -136,15 +138,14 @@ MCAST6_API void MCAST6_DB_ReleaseL2BdMfib6Iterator(Mcast6DbRes *iterator);
  *   1      a step failed */
 MCAST6_API uint32_t MCAST6_DB_GetL2BdMfib6Count(uint32_t *count);
 
-/* Returns the number of records of one VR and bridge domain: 0 when the count fails (logged, records kind 0), and 1 when no
- * object can be made (records kind 0), which looks like a count of 1. */
+/* Returns the number of records of one VR and bridge domain: 0 when the count fails (logged, records kind 0; 15005
+ * neither), and 1 when no object can be made (records kind 0), which looks like a count of 1. */
 MCAST6_API uint32_t MCAST6_DB_L2BdMfib6CountByBdId(uint32_t vrId, uint32_t bdId);
 
 /* Counts the records with error code 5, a hash conflict. '*count' (not null) is 0 after a failed count.
  *   0      done
- *   1      the object could not be made ('*count' stays; records kind 0 under
- *          table 8), or the count failed (logged, 15005
- *          as 0; records kind 0) */
+ *   1      the object could not be made ('*count' stays; logged; records kind 0 under table 8), or the count failed
+ *          (logged, 15005 as 0; records kind 0) */
 MCAST6_API uint32_t MCAST6_DB_GetL2BdMfib6HashConflictTotalNum(uint32_t *count);
 
 #ifdef __cplusplus

@@ -62,8 +62,8 @@ MCAST6_API uint32_t MCAST6_DB_DeleteL2McBdUntagElb(const L2Elb6Entry *record);
 
 /* Steps 'iterator' and fills 'record' with the next record.
  *   0      a record
- *   1      'iterator' or 'record' is null (a null handle with a record prints a debug line), or the engine failed; the engine's failures are logged; a failed step
- *          records kind 9, a failed read kind 0
+ *   1      'iterator' or 'record' is null (a null iterator with a record prints a debug line), or the engine failed; the
+ *          engine's failures are logged; a failed step records kind 9, a failed read kind 0
  *   60     the end, or the record vanished meanwhile */
 MCAST6_API uint32_t MCAST6_DB_GetL2McBdUntagElbEntry(Mcast6DbRes *iterator, L2Elb6Entry *record);
 

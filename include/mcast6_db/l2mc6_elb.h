@@ -1,9 +1,9 @@
 /* l2mc6_elb: the outgoing interfaces of VLAN forwarding entries. Table number 7.
  *
- * Of L2Elb6Entry the table stores: vrId, vlanId, userVlanId, groupAddr, sourceAddr and outIfIndex, which are the key;
- * vrfId, fwdIfExtType, fwdIfType, isSelfBoard, elbByte1, pathFlags, appSrcPid, mcidVersion, mfibVersion, mcId,
- * smoothVersion, elbWord1, elbWord2, elbData1, both service contexts, serviceStatus, errCode and both time stamps. Reading
- * sets fixedWord1 to 0 and fixedWord2 to 5. */
+ * Of L2Elb6Entry the table stores: vrId, vlanId, userVlanId, groupAddr, sourceAddr and outIfIndex, which are the
+ * key; vrfId, fwdIfExtType, fwdIfType, isSelfBoard, elbByte1, pathFlags, appSrcPid, mcidVersion, mfibVersion, mcId,
+ * smoothVersion, elbWord1, elbWord2, elbData1, both service contexts, serviceStatus, errCode and both time stamps.
+ * Reading sets fixedWord1 to 0 and fixedWord2 to 5. */
 #ifndef MCAST6_DB_L2MC6_ELB_H
 #define MCAST6_DB_L2MC6_ELB_H
 
@@ -35,8 +35,8 @@ MCAST6_API void MCAST6_DB_GetL2Elb6(const void *row, L2Elb6Entry *record);
 /* Writes the key word of the primary key, 0x0001002C, and the 44-byte key of 'record'. None may be null. */
 MCAST6_API void MCAST6_DB_SetL2Elb6Key(uint32_t *keyWord, void *key, const L2Elb6Entry *record);
 
-/* Read fields from the record that 'object' stands on; neither argument is checked. A field whose getter fails stays as it
- * was. */
+/* Read fields from the record that 'object' stands on; neither argument is checked. A field whose getter fails stays
+ * as it was, but for vlanId, which becomes 0. */
 
 /* serviceStatus, both service contexts, errCode. Returns the OR of the codes of the getters and copies. */
 MCAST6_API uint32_t MCAST6_DB_GetL2Elb6CtxItem(Mcast6DbHandle object, L2Elb6Entry *record);
@@ -80,8 +80,8 @@ MCAST6_API uint32_t MCAST6_DB_DeleteL2Elb6(const L2Elb6Entry *record);
 
 /* Steps 'iterator' and fills 'record' with the next record, read whole.
  *   0      a record
- *   1      'iterator' or 'record' is null, or the engine failed; the engine's failures are logged; a failed step records
- *          kind 9, a failed read kind 0
+ *   1      'iterator' or 'record' is null, or the engine failed; the engine's failures are logged; a failed step
+ *          records kind 9, a failed read kind 0
  *   60     the end, or the record vanished meanwhile */
 MCAST6_API uint32_t MCAST6_DB_GetL2Elb6Entry(Mcast6DbRes *iterator, L2Elb6Entry *record);
 
@@ -96,8 +96,8 @@ MCAST6_API uint32_t MCAST6_DB_GetNextL2Elb6(Mcast6DbRes *iterator, L2Elb6Entry *
 /* Over all records. Failures are logged; a failed root iterator records kind 7, a failed allocation kind 8. */
 MCAST6_API Mcast6DbRes *MCAST6_DB_CreateL2Elb6Iter(void);
 
-/* Over the records that match 'key', or over all when both are null. Failures are logged; all but a failed property record
- * kind 8. */
+/* Over the records that match 'key', or over all when both are null. Failures are logged; all but a failed property
+ * record kind 8. */
 MCAST6_API Mcast6DbRes *MCAST6_DB_CreateL2Elb6Iterator(const Mcast6DbKeyDesc *descriptor, const void *key);
 
 /* MCAST6_DB_CreateL2Elb6Iterator over all records. */
@@ -106,17 +106,19 @@ MCAST6_API Mcast6DbRes *MCAST6_DB_CreateL2Elb6AllIterator(void);
 /* MCAST6_DB_CreateL2Elb6Iterator over the records of an outgoing interface. */
 MCAST6_API Mcast6DbRes *MCAST6_DB_CreateL2Elb6IterByIfindex(uint32_t ifIndex);
 
-/* MCAST6_DB_CreateL2Elb6Iterator over the members of the entry that 'key' (not null) names. It holds no multicast id. */
+/* MCAST6_DB_CreateL2Elb6Iterator over the members of the entry that 'key' (not null) names. It holds no multicast
+ * id. */
 MCAST6_API Mcast6DbRes *MCAST6_DB_CreateL2Elb6IterByMcid(const L2Elb6McidKey *key);
 
-/* Over the members of an entry. An object that could not be made records kind 0, a failed allocation kind 8 (logged); a
- * failed property is logged. The addresses must not be null. */
+/* Over the members of an entry. An object that could not be made is logged and records kind 0, a failed allocation
+ * kind 8 (logged); a failed property is logged, a failed root iterator not. The addresses must not be null. */
 MCAST6_API Mcast6DbRes *MCAST6_DB_CreateL2Elb6IterBySrcAddr(uint32_t vrId, uint16_t vlanId,
                                                             const Mcast6Ipv6Addr *sourceAddr,
                                                             const Mcast6Ipv6Addr *groupAddr);
 
-/* Returns the number of members of an entry: 0 when the count fails (logged, records kind 0; 15005 neither), and 1 when no
- * object can be made (records kind 0), which looks like a count of 1. The addresses must not be null. */
+/* Returns the number of members of an entry: 0 when the count fails (logged, records kind 0; 15005 neither), and 1
+ * when no object can be made (logged, records kind 0), which looks like a count of 1. The addresses must not be
+ * null. */
 MCAST6_API uint32_t MCAST6_DB_L2Elb6CountBySource(uint32_t vrId, uint16_t vlanId, const Mcast6Ipv6Addr *sourceAddr,
                                                   const Mcast6Ipv6Addr *groupAddr);
 

@@ -10,7 +10,8 @@
 extern "C" {
 #endif
 
-/* The source process id of the record that was last converted for writing, or set by MCAST6_DB_SetVlanMfib6SourcePid. */
+/* The source process id of the record that was last converted for writing, or set by
+ * MCAST6_DB_SetVlanMfib6SourcePid. */
 extern MCAST6_API uint32_t g_l2McVlanMfib6Pid;
 
 /* The object of the fast read; 0 until its first use. */
@@ -30,8 +31,8 @@ MCAST6_API uint32_t MCAST6_DB_SetVlanMfib6(const L2Mc6MfibEntry *record, void *r
  * serviceStatus, 0. */
 MCAST6_API uint32_t MCAST6_DB_GetVlanMfib6(const void *row, L2Mc6MfibEntry *record);
 
-/* Read fields from the record that 'object' stands on; neither argument is checked. A field whose getter fails stays as it
- * was. */
+/* Read fields from the record that 'object' stands on; neither argument is checked. A field whose getter fails stays
+ * as it was. */
 
 /* Both service contexts. Returns the OR of the codes of the getters and copies. */
 MCAST6_API uint32_t MCAST6_DB_GetVlanMfib6SvcCtx(Mcast6DbHandle object, L2Mc6MfibEntry *record);
@@ -39,8 +40,8 @@ MCAST6_API uint32_t MCAST6_DB_GetVlanMfib6SvcCtx(Mcast6DbHandle object, L2Mc6Mfi
 /* Both addresses; addrType becomes 2, domainType 0. Returns the code of the source address's getter alone. */
 MCAST6_API uint32_t MCAST6_DB_GetVlanMfib6Addr(Mcast6DbHandle object, L2Mc6MfibEntry *record);
 
-/* All fields. A failure, of the service contexts not, is logged with the OR of the
- * codes. 'record' null: nothing happens. */
+/* All fields. A failure, of the service contexts and the group not, is logged with the OR of the codes. 'record' null:
+ * nothing happens. */
 MCAST6_API void MCAST6_DB_GetVlanMfib6Item(Mcast6DbHandle object, L2Mc6MfibEntry *record);
 
 /* Makes an engine object, which the caller releases.
@@ -63,8 +64,8 @@ MCAST6_API uint32_t MCAST6_DB_ReadVlanMfib6Entry(L2Mc6MfibEntry *record, Mcast6D
  *   60     no such record */
 MCAST6_API uint32_t MCAST6_DB_ReadVlanMfib6(L2Mc6MfibEntry *record);
 
-/* Makes '*slot' hold an object that is ready for use: makes one when the slot is 0, resets the one it holds otherwise. Not
- * for concurrent calls on one slot.
+/* Makes '*slot' hold an object that is ready for use: makes one when the slot is 0, resets the one it holds
+ * otherwise. Not for concurrent calls on one slot.
  *   0      done
  *   1      the engine failed; logged; the slot is as it was */
 MCAST6_API uint32_t MCAST6_DB_CreateL2Mfib6ObjectCache(uint32_t objType, uint32_t connType, Mcast6DbHandle *slot);
@@ -90,8 +91,8 @@ MCAST6_API uint32_t MCAST6_DB_DeleteVlanMfib6(const L2Mc6MfibEntry *record);
 
 /* Steps 'iterator' and fills 'record' with the next record, read whole.
  *   0      a record
- *   1      'iterator' or 'record' is null, or the engine failed; the engine's failures are logged; a failed step records
- *          kind 9, a failed read kind 0
+ *   1      'iterator' or 'record' is null, or the engine failed; the engine's failures are logged; a failed step
+ *          records kind 9, a failed read kind 0
  *   60     the end, or the record vanished meanwhile */
 MCAST6_API uint32_t MCAST6_DB_GetVlanMfib6Entry(Mcast6DbRes *iterator, L2Mc6MfibEntry *record);
 
@@ -108,20 +109,21 @@ MCAST6_API uint32_t MCAST6_DB_GetNextVlanMfib6(Mcast6DbRes *iterator, L2Mc6MfibE
 MCAST6_API Mcast6DbRes *MCAST6_DB_CreateVlanMfib6Iter(void);
 
 /* Over the records of one VR, group and VLAN. A failed property or allocation is logged; an object that could not be
- * made records kind 0. */
+ * made is logged and records kind 0. */
 MCAST6_API Mcast6DbRes *MCAST6_DB_CreateVlanMfib6IterByGrpAddr(uint32_t vrId, uint32_t vlanId,
                                                                const Mcast6Ipv6Addr *groupAddr);
 
 /* Over the records of one VR and VLAN. Reports as the one before. */
 MCAST6_API Mcast6DbRes *MCAST6_DB_CreateVlanMfib6IterByVlanId(uint32_t vrId, uint32_t vlanId);
 
-/* Over all records, in the order of their VLAN. A failed property or allocation is logged. */
+/* Over all records, in the order of their VLAN. A failed property or allocation, and an object that could not be made,
+ * is logged. */
 MCAST6_API Mcast6DbRes *MCAST6_DB_VlanMfib6_ScanGetVlanIterSorted(void);
 
-/* Over the records with error code 5, a hash conflict, into a handle of the caller's, written on success only. Release its
- * object with MCAST6_DB_ReleaseL2Mfib6Object; the handle itself is the caller's memory.
+/* Over the records with error code 5, a hash conflict, into a handle of the caller's, written on success only.
+ * Release its object with MCAST6_DB_ReleaseL2Mfib6Object; the handle itself is the caller's memory.
  *   0      done
- *   1      a step failed; a failed property is logged; an object that could not be made records kind 0 */
+ *   1      a step failed; a failed property is logged; an object that could not be made is logged and records kind 0 */
 MCAST6_API uint32_t MCAST6_DB_CreateVlanMfib6IterByErrCode(Mcast6DbRes *resource);
 
 /* Releases an iterator with its object. Null: nothing happens. */
@@ -132,14 +134,14 @@ MCAST6_API void MCAST6_DB_ReleaseVlanMfib6Iterator(Mcast6DbRes *iterator);
  *   1      a step failed */
 MCAST6_API uint32_t MCAST6_DB_GetVlanMfib6Count(uint32_t *count);
 
-/* Returns the number of records of one VR and VLAN: 0 when the count fails (logged, records kind 0), and 1 when no
- * object can be made (records kind 0), which looks like a count of 1. */
+/* Returns the number of records of one VR and VLAN: 0 when the count fails (logged, records kind 0; 15005 neither),
+ * and 1 when no object can be made (records kind 0), which looks like a count of 1. */
 MCAST6_API uint32_t MCAST6_DB_VlanMfib6CountByVlanId(uint32_t vrId, uint32_t vlanId);
 
 /* Counts the records with error code 5, a hash conflict. '*count' (not null) is 0 after a failed count.
  *   0      done
- *   1      the object could not be made ('*count' stays; records kind 0), or the count failed (logged, 15005
- *          as 0; records kind 0) */
+ *   1      the object could not be made ('*count' stays; logged; records kind 0), or the count failed (logged, 15005 as
+ *          0; records kind 0) */
 MCAST6_API uint32_t MCAST6_DB_GetL2Mfib6HashConflictTotalNum(uint32_t *count);
 
 #ifdef __cplusplus

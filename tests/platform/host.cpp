@@ -76,9 +76,9 @@ uint32_t MCAST_DB_WriteGlbVersion(void* record40) {
 
 int memcpy_s(void* destination, size_t destinationSize, const void* source, size_t count) {
     State& recorder = state();
-    const auto scripted = recorder.script.answerTo("memcpy_s", false);
-    const int result = scripted.has_value() ? static_cast<int>(*scripted)
-                                            : mcast6::host::boundedCopy(destination, destinationSize, source, count);
+    const uint32_t scripted = recorder.script.answerTo("memcpy_s", false).value_or(0);
+    const int result = scripted != 0 ? static_cast<int>(scripted)
+                                     : mcast6::host::boundedCopy(destination, destinationSize, source, count);
     if (recorder.tracesCopies) {
         recorder.note("memcpy_s " + std::to_string(destinationSize) + " " + std::to_string(count) +
                       (result != 0 ? " -> " + std::to_string(result) : ""));
