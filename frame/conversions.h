@@ -1,0 +1,50 @@
+// Conversions between records and rows, time stamps and the primary key, from the field map of a table.
+#pragma once
+
+#include "frame/keys.h"
+
+namespace mcast6 {
+
+template <class Table, auto kTold = nullptr>
+uint32_t setRow(const typename Table::Record* record, void* row) {
+    return Table::Row::template set<kTold>(*record, static_cast<std::byte*>(row),
+                                           static_cast<uint64_t>(MCAST6_DB_GetSysTime()));
+}
+
+template <class Table, auto kTold = nullptr>
+uint32_t getRecord(const void* row, typename Table::Record* record) {
+    const uint32_t told = Table::Row::template get<kTold>(static_cast<const std::byte*>(row), *record);
+    Table::OnGet::get(*record);
+    return told;
+}
+
+// Stamps a row with the current time, which it gives back: the smooth time always, the creation time when asked.
+template <class Table>
+uint64_t stampRow(bool withCreate, void* row) {
+    using Record = typename Table::Record;
+    using Create = decltype(Table::Row::template fieldOf<&Record::timeStampCreate>());
+    using Smooth = decltype(Table::Row::template fieldOf<&Record::timeStampSmooth>());
+    const auto now = static_cast<uint64_t>(MCAST6_DB_GetSysTime());
+    store(static_cast<std::byte*>(row) + Smooth::offset, now);
+    if (withCreate) store(static_cast<std::byte*>(row) + Create::offset, now);
+    return now;
+}
+
+// Stamps a row from a record as a conversion would, which may keep the record's creation time.
+template <class Table>
+void stampRowFrom(const typename Table::Record* record, void* row) {
+    using Record = typename Table::Record;
+    const auto now = static_cast<uint64_t>(MCAST6_DB_GetSysTime());
+    auto* const bytes = static_cast<std::byte*>(row);
+    decltype(Table::Row::template fieldOf<&Record::timeStampCreate>())::set(*record, bytes, now);
+    decltype(Table::Row::template fieldOf<&Record::timeStampSmooth>())::set(*record, bytes, now);
+}
+
+// Gives the code of the last address's copy.
+template <class Table>
+uint32_t putPrimaryKey(uint32_t* keyWord, void* key, const typename Table::Record* record) {
+    *keyWord = Table::Primary::word;
+    return Table::Primary::put(static_cast<std::byte*>(key), *record);
+}
+
+}  // namespace mcast6

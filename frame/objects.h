@@ -1,0 +1,38 @@
+// Engine objects: made and released for one operation, or made once and kept.
+#pragma once
+
+#include "frame/ways_out.h"
+
+namespace mcast6 {
+
+template <class Table>
+uint32_t createObject(uint32_t objType, uint32_t connType, Mcast6DbHandle* object) {
+    static_assert(releasesEach(0, Table::onCreate.created, Table::onCreate.failed), "onCreate: releases nothing");
+    const uint32_t code = Table::accessors.create(objType, connType, object);
+    const Step step{.code = code, .objType = objType, .connType = connType};
+    if (code != kOk) return conclude<Table, Table::onCreate, &CreateOutcomes::failed>(step);
+    return conclude<Table, Table::onCreate, &CreateOutcomes::created>(step);
+}
+
+template <class Table, uint32_t kCounter>
+void releaseObject(Mcast6DbHandle object) {
+    Table::accessors.release(object);
+    MCAST6_DfxCounterInc(kCounter);
+}
+
+// Makes '*slot' hold a cached object that was just reset.
+template <class Table, const CacheOutcomes& kOn>
+uint32_t obtainCached(uint32_t objType, uint32_t connType, Mcast6DbHandle* slot, const Mcast6DbCacheFuncs& funcs) {
+    static_assert(releasesEach(0, kOn.createFailed, kOn.resetFailed), "cached objects are never released");
+    Step step{.object = *slot, .objType = objType, .connType = connType};
+    if (step.object == 0) {
+        step.code = funcs.create(objType, connType, &step.object);
+        if (step.code != kOk) return conclude<Table, kOn, &CacheOutcomes::createFailed>(step);
+    }
+    step.code = funcs.reset(step.object);
+    if (step.code != kOk) return conclude<Table, kOn, &CacheOutcomes::resetFailed>(step);
+    *slot = step.object;
+    return kOk;
+}
+
+}  // namespace mcast6
