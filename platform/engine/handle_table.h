@@ -19,6 +19,8 @@
 // each slot and kept for reuse.
 #pragma once
 
+#include <sys/single_threaded.h>
+
 #include <array>
 #include <atomic>
 #include <bit>
@@ -59,9 +61,25 @@ inline constexpr uint32_t kFreeLists = 8;
 
 // The list of this thread.
 inline uint32_t ownFreeList() {
+    if (__libc_single_threaded != 0) return 0;
     static std::atomic<uint32_t> threads{0};
     static thread_local const uint32_t own = threads.fetch_add(1, std::memory_order_relaxed) % kFreeLists;
     return own;
+}
+
+// Puts 'desired' in the place of 'expected' and returns true, or tells in 'expected' what is there instead. A process
+// of one thread needs no atomic instruction for that, which would hold up what follows it.
+inline bool exchanged(std::atomic<uint64_t>& place, uint64_t& expected, uint64_t desired) {
+    if (__libc_single_threaded == 0) {
+        return place.compare_exchange_strong(expected, desired, std::memory_order_acq_rel);
+    }
+    const uint64_t present = place.load(std::memory_order_relaxed);
+    if (present != expected) {
+        expected = present;
+        return false;
+    }
+    place.store(desired, std::memory_order_relaxed);
+    return true;
 }
 
 // 64 * (2^16 - 1) slots, what 22 bits can name.
@@ -105,7 +123,7 @@ public:
     Value* withdraw(uint64_t handle) {
         Value* value = find(handle);
         if (value == nullptr) return nullptr;
-        return value->handle.compare_exchange_strong(handle, 0, std::memory_order_acq_rel) ? value : nullptr;
+        return exchanged(value->handle, handle, 0) ? value : nullptr;
     }
 
     void recycle(Value& value) {
@@ -154,9 +172,7 @@ private:
         while (static_cast<uint32_t>(head) != 0) {
             Value& value = existing(static_cast<uint32_t>(head) - 1);
             const uint32_t next = value.nextFree.load(std::memory_order_relaxed);
-            if (listHead.compare_exchange_weak(head, FreeList::successor(head, next), std::memory_order_acq_rel)) {
-                return &value;
-            }
+            if (exchanged(listHead, head, FreeList::successor(head, next))) return &value;
         }
         return nullptr;
     }
@@ -167,8 +183,7 @@ private:
         uint64_t head = listHead.load(std::memory_order_relaxed);
         do {
             last.nextFree.store(static_cast<uint32_t>(head), std::memory_order_relaxed);
-        } while (!listHead.compare_exchange_weak(head, FreeList::successor(head, first.slot + 1),
-                                                 std::memory_order_acq_rel));
+        } while (!exchanged(listHead, head, FreeList::successor(head, first.slot + 1)));
     }
 
     Value* popElsewhere(uint32_t own) {

@@ -1,6 +1,7 @@
 // A growing set of small numbers that finds its next member quickly.
 #pragma once
 
+#include <algorithm>
 #include <bit>
 #include <cstdint>
 #include <memory_resource>
@@ -31,11 +32,20 @@ public:
         if (words.size() * 64 < size) words.resize((size + 63) / 64);
     }
 
-    void set(uint32_t bit) { words[bit / 64] |= uint64_t{1} << (bit % 64); }
-    void clear(uint32_t bit) { words[bit / 64] &= ~(uint64_t{1} << (bit % 64)); }
-    uint32_t first(uint32_t from = 0) const { return firstBit(words.data(), words.size(), from); }
+    void set(uint32_t bit) {
+        words[bit / 64] |= uint64_t{1} << (bit % 64);
+        lowest = std::min(lowest, bit / 64);
+    }
+    void clear(uint32_t bit) {
+        words[bit / 64] &= ~(uint64_t{1} << (bit % 64));
+        while (lowest < words.size() && words[lowest] == 0) ++lowest;
+    }
+    uint32_t first(uint32_t from = 0) const {
+        return firstBit(words.data(), words.size(), std::max(from, lowest * 64));
+    }
 
 private:
+    uint32_t lowest = 0;  // the words before this one are zero
     std::pmr::vector<uint64_t> words;
 };
 

@@ -23,6 +23,10 @@ uint32_t GroupIndex::find(uint32_t hash, const std::byte* key) const {
     return entries.find(hash, [&](uint32_t ref) { return keyShape.matches(slabs.row(sampleOf(ref)), key); });
 }
 
+void GroupIndex::find(KeyLookup& of) const {
+    of.place = entries.find(of.hash, [&](uint32_t ref) { return keyShape.sameKey(slabs.row(sampleOf(ref)), of.row); });
+}
+
 uint64_t GroupIndex::count(uint32_t hash, const std::byte* key) const {
     const uint32_t place = find(hash, key);
     if (place == kNone) return 0;
@@ -30,10 +34,10 @@ uint64_t GroupIndex::count(uint32_t hash, const std::byte* key) const {
     return isGroup(ref) ? groupAt(ref).live : 1;
 }
 
-void GroupIndex::prefetchGroup(uint32_t hash) const {
-    const uint32_t place = entries.glimpse(hash);
-    if (place == kNone) return;
-    const uint32_t ref = entries.at(place);
+void GroupIndex::glimpse(KeyLookup& of) const {
+    of.place = entries.glimpse(of.hash);
+    if (of.place == kNone) return;
+    const uint32_t ref = entries.at(of.place);
     if (isGroup(ref)) {
         __builtin_prefetch(&groupAt(ref), 1);
     } else {
@@ -41,49 +45,57 @@ void GroupIndex::prefetchGroup(uint32_t hash) const {
     }
 }
 
-// Most likely the group of the key with this hash; null: there is none.
-const Group* GroupIndex::glimpse(uint32_t hash) const {
-    const uint32_t place = entries.glimpse(hash);
-    return place != kNone && isGroup(entries.at(place)) ? &groupAt(entries.at(place)) : nullptr;
+// Most likely the group of the key; null: there is none.
+const Group* GroupIndex::glimpsedGroup(const KeyLookup& of) const {
+    return of.place != kNone && isGroup(entries.at(of.place)) ? &groupAt(entries.at(of.place)) : nullptr;
 }
 
-void GroupIndex::prefetchAddition(uint32_t hash) const {
-    const Group* const group = glimpse(hash);
+void GroupIndex::prefetchAddition(const KeyLookup& of) const {
+    const Group* const group = glimpsedGroup(of);
     if (group == nullptr) return;
     __builtin_prefetch(group->slots() + group->used, 1);
     keyShape.prefetch(slabs.row(group->sample));
 }
 
-void GroupIndex::prefetchEntries(uint32_t hash, uint32_t slot) const {
-    const Group* const group = glimpse(hash);
+void GroupIndex::prefetchEntries(const KeyLookup& of, uint32_t slot) const {
+    const Group* const group = glimpsedGroup(of);
     if (group == nullptr) return;
     __builtin_prefetch(group->slots() + group->used - 1, 1);
     const uint32_t position = slabs.place(slot, number);
     if (position < group->used) __builtin_prefetch(group->slots() + position, 1);
 }
 
-void GroupIndex::prefetchRemoval(uint32_t hash) const {
-    const Group* const group = glimpse(hash);
+void GroupIndex::prefetchRemoval(const KeyLookup& of) const {
+    const Group* const group = glimpsedGroup(of);
     if (group != nullptr) slabs.prefetchPlace(group->slots()[group->used - 1], number);
 }
 
-bool GroupIndex::reserve(uint32_t hash, const std::byte* key, uint32_t& place) noexcept {
-    place = find(hash, key);
-    if (place == kNone) return entries.reserve(hash) && orderKey(key);
-    const uint32_t ref = entries.at(place);
-    if (!isGroup(ref)) return makeGroup(place);
+bool GroupIndex::reserve(KeyLookup& of) noexcept {
+    of.place = entries.findFrom(of.place, of.hash,
+                                [&](uint32_t ref) { return keyShape.sameKey(slabs.row(sampleOf(ref)), of.row); });
+    if (of.place == kNone) return entries.reserve(of.hash) && orderKey(of.row);
+    const uint32_t ref = entries.at(of.place);
+    if (!isGroup(ref)) return makeGroup(of.place);
     const Group& group = groupAt(ref);
-    return group.used < group.capacity || group.live < group.used || resize(place, grown(group.capacity));
+    return group.used < group.capacity || group.live < group.used || resize(of.place, grown(group.capacity));
 }
 
-void GroupIndex::forgo(uint32_t hash, const std::byte* key) {
-    if (order && find(hash, key) == kNone) unorderKey(key);
+void GroupIndex::forgo(const KeyLookup& of) {
+    if (!order) return;
+    KeyLookup present = of;
+    find(present);
+    if (present.place == kNone) unorderKey(of.row);
 }
 
-bool GroupIndex::orderKey(const std::byte* key) noexcept {
+void GroupIndex::flippedKey(const std::byte* row, KeyBuffer& flipped) const {
+    KeyBuffer room;
+    keyShape.flip(keyShape.of(row, room), flipped.data());
+}
+
+bool GroupIndex::orderKey(const std::byte* row) noexcept {
     if (!order) return true;
     KeyBuffer flipped;
-    keyShape.flip(key, flipped.data());
+    flippedKey(row, flipped);
     try {
         order->emplace(reinterpret_cast<const char*>(flipped.data()), keyShape.length());
     } catch (const std::bad_alloc&) {
@@ -92,9 +104,9 @@ bool GroupIndex::orderKey(const std::byte* key) noexcept {
     return true;
 }
 
-void GroupIndex::unorderKey(const std::byte* key) {
+void GroupIndex::unorderKey(const std::byte* row) {
     KeyBuffer flipped;
-    keyShape.flip(key, flipped.data());
+    flippedKey(row, flipped);
     const Order::iterator found =
         order->find(std::string_view(reinterpret_cast<const char*>(flipped.data()), keyShape.length()));
     if (found != order->end()) order->erase(found);
@@ -131,9 +143,9 @@ bool GroupIndex::resize(uint32_t place, uint64_t slots) noexcept {
     return true;
 }
 
-void GroupIndex::add(uint32_t place, uint32_t hash, uint32_t slot) {
-    if (place == kNone) return entries.insert(hash, slot);
-    Group& group = groupAt(entries.at(place));
+void GroupIndex::add(const KeyLookup& of, uint32_t slot) {
+    if (of.place == kNone) return entries.insert(of.hash, slot);
+    Group& group = groupAt(entries.at(of.place));
     uint32_t position = group.used;
     while (group.hole != Group::kNoHole) {
         const uint32_t hole = group.hole;
@@ -157,12 +169,12 @@ bool GroupIndex::stands(uint32_t ref, uint32_t slot) const {
     return position < group.used && group.slots()[position] == slot;
 }
 
-void GroupIndex::remove(uint32_t hash, const std::byte* key, uint32_t slot) {
-    const uint32_t place = entries.find(hash, [&](uint32_t ref) { return stands(ref, slot); });
+void GroupIndex::remove(const KeyLookup& of, uint32_t slot) {
+    const uint32_t place = entries.findFrom(of.place, of.hash, [&](uint32_t ref) { return stands(ref, slot); });
     const uint32_t ref = entries.at(place);
     if (!isGroup(ref)) {
         entries.erase(place);
-        if (order) unorderKey(key);
+        if (order) unorderKey(of.row);
         return;
     }
     Group& group = groupAt(ref);
@@ -171,7 +183,7 @@ void GroupIndex::remove(uint32_t hash, const std::byte* key, uint32_t slot) {
     if (group.scans > 0) retarget(ref, kNone);
     pool.drop(ref & ~kGroup);
     entries.erase(place);
-    if (order) unorderKey(key);
+    if (order) unorderKey(of.row);
 }
 
 void GroupIndex::takeOut(Group& group, uint32_t slot) {
@@ -245,9 +257,8 @@ void GroupIndex::close(GroupHold& hold) {
     Group& group = groupAt(ref);
     if (--group.scans > 0) return;
     fillHoles(group);
-    KeyBuffer room;
-    const std::byte* const key = keyShape.of(slabs.row(sampleOf(ref)), room);
-    settle(entries.find(keyShape.hash(key), [&](uint32_t other) { return other == ref; }));
+    const uint32_t hash = keyShape.hashOf(slabs.row(sampleOf(ref)));
+    settle(entries.find(hash, [&](uint32_t other) { return other == ref; }));
 }
 
 uint32_t GroupIndex::step(const GroupHold& hold, uint32_t& position) const {

@@ -42,6 +42,14 @@ struct GroupHold {
     bool isHeld() const { return group != UINT32_MAX; }
 };
 
+// The key of a row on its way through an index.
+struct KeyLookup {
+    const std::byte* row;
+    uint32_t hash;
+    uint32_t
+        place;  // in the index: glimpsed, which is nearly always right, then found; kNone when no record has the key
+};
+
 class GroupIndex {
 public:
     static constexpr uint32_t kNone = UINT32_MAX;
@@ -54,27 +62,30 @@ public:
     // Counts the records with this key.
     uint64_t count(uint32_t hash, const std::byte* key) const;
 
-    // Glimpses ahead: each has the memory brought that the next one reads, the last what reserve() and add(), or
-    // remove(), will need. Done for all indexes in turn, they wait once where the work itself would wait for each.
-    void prefetch(uint32_t hash) const { entries.prefetch(hash); }
-    void prefetchGroup(uint32_t hash) const;
-    void prefetchAddition(uint32_t hash) const;
-    void prefetchEntries(uint32_t hash, uint32_t slot) const;
-    void prefetchRemoval(uint32_t hash) const;
+    KeyLookup lookup(const std::byte* row) const { return {row, keyShape.hashOf(row), kNone}; }
 
-    // Makes room for one more record with this key, and finds the place of the key for add(). False when there is no
-    // memory. forgo() takes back what can be seen of it.
-    bool reserve(uint32_t hash, const std::byte* key, uint32_t& place) noexcept;
-    void forgo(uint32_t hash, const std::byte* key);
+    // Steps ahead: each has the memory brought that the next one reads, the last what reserve() and add(), or remove(),
+    // will need. Done for all indexes in turn, they wait once where the work itself would wait for each. glimpse()
+    // fills in the place, which the steps after it start from.
+    void prefetch(const KeyLookup& of) const { entries.prefetch(of.hash); }
+    void glimpse(KeyLookup& of) const;
+    void prefetchAddition(const KeyLookup& of) const;
+    void prefetchEntries(const KeyLookup& of, uint32_t slot) const;
+    void prefetchRemoval(const KeyLookup& of) const;
 
-    // Where add() finds the key; kNone when no record has it.
-    uint32_t find(uint32_t hash, const std::byte* key) const;
+    // Makes room for one more record with this key, and finds its place for add(). False when there is no memory.
+    // forgo() takes back what can be seen of it.
+    bool reserve(KeyLookup& of) noexcept;
+    void forgo(const KeyLookup& of);
+
+    // Finds the key's place anew, for when the index has changed since.
+    void find(KeyLookup& of) const;
 
     // Needs room and the key's present place. The record need not be in its cell yet.
-    void add(uint32_t place, uint32_t hash, uint32_t slot);
+    void add(const KeyLookup& of, uint32_t slot);
 
-    // Removes the record in 'slot', which has this key.
-    void remove(uint32_t hash, const std::byte* key, uint32_t slot);
+    // Removes the record in 'slot', whose key this is. Needs the glimpsed place.
+    void remove(const KeyLookup& of, uint32_t slot);
 
     // Gives memory back after removals.
     void trim() { entries.trim(); }
@@ -104,10 +115,12 @@ private:
     const Group& groupAt(uint32_t ref) const { return pool.at(ref & ~kGroup); }
     uint32_t sampleOf(uint32_t ref) const { return isGroup(ref) ? groupAt(ref).sample : ref; }
 
-    const Group* glimpse(uint32_t hash) const;
+    const Group* glimpsedGroup(const KeyLookup& of) const;
+    uint32_t find(uint32_t hash, const std::byte* key) const;
     bool stands(uint32_t ref, uint32_t slot) const;
-    bool orderKey(const std::byte* key) noexcept;
-    void unorderKey(const std::byte* key);
+    bool orderKey(const std::byte* row) noexcept;
+    void unorderKey(const std::byte* row);
+    void flippedKey(const std::byte* row, KeyBuffer& flipped) const;
     bool makeGroup(uint32_t place) noexcept;
     bool resize(uint32_t place, uint64_t slots) noexcept;
     static void dropTailHoles(Group& group);

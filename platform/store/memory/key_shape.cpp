@@ -2,31 +2,28 @@
 
 #include <algorithm>
 #include <bit>
-
-#define XXH_INLINE_ALL
-#include <xxhash.h>
+#include <random>
 
 namespace mcast6::store::memory {
 namespace {
 
 // Groups and sources come from the network: nobody outside shall be able to choose keys that collide.
-XXH64_hash_t seed() {
-    static const XXH64_hash_t value = [] {
-        const int here = 0;
-        const void* const address = &here;  // differs from run to run
-        return XXH3_64bits(&address, sizeof address);
+uint64_t processSeed() {
+    static const uint64_t value = [] {
+        std::random_device random;
+        return uint64_t{random()} << 32 | random();
     }();
     return value;
 }
 
-const XXH64_hash_t kSeed = seed();
-
 }  // namespace
 
-KeyShape::KeyShape(const schema::Key& description) : schemaKey(&description), keyLength(description.length()) {
+KeyShape::KeyShape(const schema::Key& description)
+    : schemaKey(&description), keyLength(description.length()), hashSeed(processSeed()) {
     uint16_t at = 0;
     for (const schema::KeyPart& part : description.parts()) {
         if (part.isConstant) {
+            hasConstants = true;
             for (uint16_t i = 0; i < part.width && i < sizeof part.constant; ++i) {
                 constants[at + size_t{i}] = static_cast<std::byte>(part.constant >> (8 * i));
             }
@@ -39,21 +36,33 @@ KeyShape::KeyShape(const schema::Key& description) : schemaKey(&description), ke
         at = static_cast<uint16_t>(at + part.width);
     }
     isOneRun = runCount == 1 && runs[0].width == keyLength;
+    cutRuns();
 }
 
-bool KeyShape::accepts(const std::byte* given) const {
+void KeyShape::cutRuns() {
+    Piece* next = pieces.data();
+    std::array<uint16_t, schema::kMaxKeyParts> done{};  // bytes of each run
+    const auto cut = [&](uint16_t width) {
+        for (size_t i = 0; i < runCount; ++i) {
+            for (; done[i] + width <= runs[i].width; done[i] = static_cast<uint16_t>(done[i] + width)) {
+                *next++ = {static_cast<uint16_t>(runs[i].offset + done[i]),
+                           static_cast<uint16_t>(runs[i].at + done[i])};
+            }
+        }
+        return next;
+    };
+    foursBegin = cut(8);
+    onesBegin = cut(4);
+    piecesEnd = cut(1);
+}
+
+bool KeyShape::hasItsConstants(const std::byte* given) const {
     size_t at = 0;
     for (const schema::KeyPart& part : schemaKey->parts()) {
-        if (part.isConstant && !sameBytes(given + at, constants.data() + at, part.width)) return false;
+        if (part.isConstant && std::memcmp(given + at, constants.data() + at, part.width) != 0) return false;
         at += part.width;
     }
     return true;
-}
-
-uint32_t KeyShape::hash(const std::byte* given) const {
-    const uint64_t wide = XXH3_64bits_withSeed(given, keyLength, kSeed);
-    const uint32_t folded = static_cast<uint32_t>(wide >> 32);
-    return folded != 0 ? folded : 1;
 }
 
 void KeyShape::flip(const std::byte* given, std::byte* flipped) const {

@@ -1,5 +1,6 @@
 // How the bytes of one key lie in a row, in the form that composing, comparing and hashing want: neighbouring parts of
-// the record joined into runs, constants written out once.
+// the record joined into runs, these cut into words, constants written out once. So a row can be hashed and compared by
+// its key without that key being composed.
 #pragma once
 
 #include <array>
@@ -25,24 +26,11 @@ inline uint32_t load32(const std::byte* from) {
     return word;
 }
 
-// Keys are short, mostly a multiple of four bytes and mostly equal: cheaper in place than by a call.
-inline bool sameBytes(const std::byte* a, const std::byte* b, size_t size) {
-    for (; size >= 8; a += 8, b += 8, size -= 8) {
-        if (load64(a) != load64(b)) return false;
-    }
-    if (size >= 4) {
-        if (load32(a) != load32(b)) return false;
-        a += 4, b += 4, size -= 4;
-    }
-    for (; size > 0; ++a, ++b, --size) {
-        if (*a != *b) return false;
-    }
-    return true;
-}
-
 class KeyShape {
 public:
     explicit KeyShape(const schema::Key& key);
+    KeyShape(const KeyShape&) = delete;
+    KeyShape& operator=(const KeyShape&) = delete;
 
     size_t length() const { return keyLength; }
 
@@ -58,10 +46,12 @@ public:
 
     // Whether the row has this key. Constants in the key are not looked at: see accepts().
     bool matches(const std::byte* row, const std::byte* key) const {
-        for (size_t i = 0; i < runCount; ++i) {
-            if (!sameBytes(row + runs[i].offset, key + runs[i].at, runs[i].width)) return false;
-        }
-        return true;
+        return same(row, key, [](const Piece& piece) { return piece.at; });
+    }
+
+    // Whether two rows have the same key.
+    bool sameKey(const std::byte* row, const std::byte* other) const {
+        return same(row, other, [](const Piece& piece) { return piece.offset; });
     }
 
     // Has the bytes brought that matches() looks at.
@@ -72,19 +62,16 @@ public:
         }
     }
 
-    // Whether two rows have the same key.
-    bool sameKey(const std::byte* row, const std::byte* other) const {
-        for (size_t i = 0; i < runCount; ++i) {
-            if (!sameBytes(row + runs[i].offset, other + runs[i].offset, runs[i].width)) return false;
-        }
-        return true;
-    }
-
     // Whether any row can have this key: its constants are those of the schema.
-    bool accepts(const std::byte* key) const;
+    bool accepts(const std::byte* key) const { return !hasConstants || hasItsConstants(key); }
 
-    // Never 0.
-    uint32_t hash(const std::byte* key) const;
+    // Of a key, and of the key of a row. Constants do not count. Never 0.
+    uint32_t hash(const std::byte* key) const {
+        return hashed(key, [](const Piece& piece) { return piece.at; });
+    }
+    uint32_t hashOf(const std::byte* row) const {
+        return hashed(row, [](const Piece& piece) { return piece.offset; });
+    }
 
     // The key in a form whose bytes compare as its values do, and back: scalars lie most significant byte first.
     void flip(const std::byte* key, std::byte* flipped) const;
@@ -99,12 +86,61 @@ private:
         uint16_t width;
     };
 
+    // The runs cut into pieces of eight bytes, of four and of one, in this order.
+    struct Piece {
+        uint16_t offset;
+        uint16_t at;
+    };
+
+    // Compares the pieces of a row with those that stand at(piece) in 'other'.
+    template <class At>
+    bool same(const std::byte* row, const std::byte* other, const At& at) const {
+        const Piece* piece = pieces.data();
+        for (; piece != foursBegin; ++piece) {
+            if (load64(row + piece->offset) != load64(other + at(*piece))) return false;
+        }
+        for (; piece != onesBegin; ++piece) {
+            if (load32(row + piece->offset) != load32(other + at(*piece))) return false;
+        }
+        for (; piece != piecesEnd; ++piece) {
+            if (row[piece->offset] != other[at(*piece)]) return false;
+        }
+        return true;
+    }
+
+    // Each piece is mixed in by a multiplication whose halves are folded, which spreads every bit over all.
+    static uint64_t mixed(uint64_t state, uint64_t word) {
+        __extension__ using Wide = unsigned __int128;
+        const Wide product = static_cast<Wide>(state ^ word) * 0x9E3779B97F4A7C15U;
+        return static_cast<uint64_t>(product >> 64) ^ static_cast<uint64_t>(product);
+    }
+
+    template <class At>
+    uint32_t hashed(const std::byte* from, const At& at) const {
+        uint64_t state = hashSeed;
+        const Piece* piece = pieces.data();
+        for (; piece != foursBegin; ++piece) state = mixed(state, load64(from + at(*piece)));
+        for (; piece != onesBegin; ++piece) state = mixed(state, load32(from + at(*piece)));
+        for (; piece != piecesEnd; ++piece) state = mixed(state, std::to_integer<uint64_t>(from[at(*piece)]));
+        const auto folded = static_cast<uint32_t>(mixed(state, hashSeed >> 32) >> 32);
+        return folded != 0 ? folded : 1;
+    }
+
+    bool hasItsConstants(const std::byte* key) const;
+    void cutRuns();
+
     const schema::Key* schemaKey;
     size_t keyLength;
     size_t runCount = 0;
     bool isOneRun = false;
+    bool hasConstants = false;
     std::array<Run, schema::kMaxKeyParts> runs{};
     KeyBuffer constants{};  // and zeros elsewhere
+    std::array<Piece, schema::kMaxKeyLength> pieces{};
+    const Piece* foursBegin = nullptr;
+    const Piece* onesBegin = nullptr;
+    const Piece* piecesEnd = nullptr;
+    const uint64_t hashSeed;
 };
 
 }  // namespace mcast6::store::memory

@@ -14,6 +14,23 @@ size_t wholePages(size_t size) {
     return (size + page - 1) / page * page;
 }
 
+void* map(size_t size) {
+    void* const block = mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    return block != MAP_FAILED ? block : nullptr;
+}
+
+// A mapping that begins at a multiple of kHuge, as huge pages do: cut out of a larger one.
+void* mapHuge(size_t size) {
+    auto* const block = static_cast<std::byte*>(map(size + Memory::kHuge));
+    if (block == nullptr) return nullptr;
+    const size_t head = Memory::kHuge - reinterpret_cast<uintptr_t>(block) % Memory::kHuge;
+    std::byte* const aligned = block + head;
+    (void)munmap(block, head);
+    if (head < Memory::kHuge) (void)munmap(aligned + size, Memory::kHuge - head);
+    (void)madvise(aligned, size, MADV_HUGEPAGE);
+    return aligned;
+}
+
 }  // namespace
 
 void* Memory::take(size_t size) noexcept {
@@ -24,8 +41,8 @@ void* Memory::take(size_t size) noexcept {
         return std::memset(block, 0, size);
     }
     const size_t mapped = wholePages(size);
-    void* const block = mmap(nullptr, mapped, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-    if (block == MAP_FAILED) return nullptr;
+    void* const block = mapped < kHuge ? map(mapped) : mapHuge(mapped);
+    if (block == nullptr) return nullptr;
     taken += mapped;
     return block;
 }

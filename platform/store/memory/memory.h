@@ -1,7 +1,9 @@
 // Where a table gets its memory: counted to the byte, and returned to the operating system when given back.
 //
 // Anything large is mapped on its own, so that giving it back shrinks the process whatever lies beside it; the rest
-// comes from the heap. It is a memory_resource as well, for the standard containers inside a table.
+// comes from the heap. What is very large lies in huge pages where the system has them: in a table of a million
+// records nearly every access begins with a look for its page. It is a memory_resource as well, for the standard
+// containers inside a table.
 //
 // Not synchronised: the table's lock guards it.
 #pragma once
@@ -20,8 +22,10 @@ public:
 
     uint64_t bytes() const noexcept { return taken; }
 
-    // Blocks from this size on are mapped.
+    // Blocks from this size on are mapped ...
     static constexpr size_t kMapped = size_t{32} << 10;
+    // ... and from this size on, which is that of a huge page, in huge pages.
+    static constexpr size_t kHuge = size_t{2} << 20;
 
 private:
     void* do_allocate(size_t size, size_t alignment) override;

@@ -2,9 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
-#include <mutex>
 #include <new>
-#include <shared_mutex>
 
 namespace mcast6::store::memory {
 
@@ -16,7 +14,7 @@ std::unique_ptr<BatchedScan> BatchedScan::make(Table& table, const ScanRange& ra
     }
     const bool isSorted = range.order == ScanRange::Order::sorted;
     return std::unique_ptr<BatchedScan>(new (std::nothrow)
-                                            IndexScan(table, std::move(room), table.indexes[range.index], isSorted));
+                                            IndexScan(table, std::move(room), *table.indexes[range.index], isSorted));
 }
 
 Answer BatchedScan::next() {
@@ -63,8 +61,8 @@ Answer WholeScan::restart(const std::byte*) {
 }
 
 uint32_t WholeScan::fetch(uint64_t position, uint32_t wanted) {
-    std::array<uint32_t, kBatch> slots;
-    const std::shared_lock guard(table.lock);
+    std::array<uint32_t, kBatch> slots{};
+    const ReadGuard guard(table.lock);
     uint32_t found = 0;
     for (auto from = static_cast<uint32_t>(position); found < wanted; ++found) {
         const uint32_t slot = table.slabs.next(from);
@@ -95,15 +93,15 @@ Answer IndexScan::restart(const std::byte* given) {
 uint32_t IndexScan::fetch(uint64_t position, uint32_t wanted) {
     if (state == State::done) return 0;
     if (isAllKeys) {
-        const std::unique_lock guard(table.lock);
+        const WriteGuard guard(table.lock);
         return walkKeys(position, wanted);
     }
     if (state == State::before) {
-        const std::unique_lock guard(table.lock);
+        const WriteGuard guard(table.lock);
         return openKey(wanted);
     }
     {
-        const std::shared_lock guard(table.lock);
+        const ReadGuard guard(table.lock);
         const uint32_t found = fetchKey(position, wanted);
         if (found > 0) return found;
     }
@@ -127,7 +125,7 @@ uint32_t IndexScan::openKey(uint32_t wanted) {
 // Records of 'key' from the position on. Nothing held: all have been served, or all are gone.
 uint32_t IndexScan::fetchKey(uint64_t position, uint32_t wanted) {
     if (!hold.isHeld()) return 0;
-    std::array<uint32_t, kBatch> slots;
+    std::array<uint32_t, kBatch> slots{};
     auto from = static_cast<uint32_t>(position);
     uint32_t found = 0;
     for (; found < wanted; ++found) {
@@ -160,7 +158,7 @@ uint32_t IndexScan::walkKeys(uint64_t position, uint32_t wanted) {
 
 void IndexScan::close() {
     if (!mayHold) return;
-    const std::unique_lock guard(table.lock);
+    const WriteGuard guard(table.lock);
     index.close(hold);
     mayHold = false;
 }

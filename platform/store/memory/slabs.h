@@ -1,10 +1,13 @@
 // The records of a table, each in a cell that a 32-bit slot names. A record keeps its slot for life.
 //
-// Cells lie in slabs of kCells; a slab is a mapping of its own that goes back to the operating system when its last
-// record goes, but for one that is kept for the next record. New records take the lowest free slot, so that the upper
-// slabs run empty when the table shrinks. A bitmap of live cells makes the walk of the table a walk over memory.
+// Cells lie in slabs of kCells. The first kSpan slabs are mapped one by one, so that a small table stays small; those
+// after them by spans of kSpan, so that a large one lies in huge pages (see memory.h). What was mapped together goes
+// back to the operating system when the last record in it goes, but for one span that is kept for the next record. New
+// records take the lowest free slot, so that the upper slabs run empty when the table shrinks. A bitmap of live cells
+// makes the walk of the table a walk over memory.
 //
-// A cell is the packed row, then one 32-bit place for each index (see group_index.h).
+// A cell is the packed row, then one 32-bit place for each index (see group_index.h). Where that costs little, cells are
+// whole lines of the cache: then the key, which stands first in most rows, lies in one line.
 #pragma once
 
 #include <array>
@@ -57,22 +60,31 @@ public:
 private:
     static constexpr uint32_t kCells = 1024;
     static constexpr uint32_t kWords = kCells / 64;
+    static constexpr uint32_t kSpan = 16;
 
     struct Slab {
         uint32_t count;
+        uint32_t roomyWord;  // the words of 'live' before this one are full
         std::array<uint64_t, kWords> live;
     };
 
+    // The slabs that are mapped together, by any of them: the first and how many.
+    static uint32_t spanStart(uint32_t slab) { return slab < kSpan ? slab : slab - slab % kSpan; }
+    static uint32_t spanLength(uint32_t slab) { return slab < kSpan ? 1 : kSpan; }
+
     uint32_t* places(uint32_t slot) { return reinterpret_cast<uint32_t*>(row(slot) + placesAt); }
-    bool map(uint32_t slab) noexcept;
-    void unmap(uint32_t slab);
+    bool map(uint32_t first) noexcept;
+    void unmap(uint32_t first);
+    void keepOrUnmap(uint32_t first);
+    bool isEmpty(uint32_t first) const;
     size_t slabSize() const { return kCells * stride; }
+    size_t spanSize(uint32_t first) const { return spanLength(first) * slabSize(); }
 
     Memory& memory;
     const size_t placesAt;
     const size_t stride;
     uint64_t recordCount = 0;
-    uint32_t spare = kNone;  // the one slab that is mapped without records
+    uint32_t spare = kNone;  // the first slab of the one span that is mapped without records
     // Of each slab. The addresses stand apart so that they stay in the nearest cache: every access begins with one.
     std::pmr::vector<std::byte*> cells;  // null: not mapped, no records
     std::pmr::vector<Slab> slabs;

@@ -34,11 +34,13 @@ public:
     // The place of the entry with this hash for which same(ref) holds, or kNone.
     template <class Same>
     uint32_t find(uint32_t hash, const Same& same) const {
-        if (count == 0) return kNone;
-        for (const Entry* entry = entries + home(hash); entry->hash != 0 && entry->hash <= hash; ++entry) {
-            if (entry->hash == hash && same(entry->ref)) return static_cast<uint32_t>(entry - entries);
-        }
-        return kNone;
+        return count != 0 ? search(entries + home(hash), hash, same) : kNone;
+    }
+
+    // The same from a place on that glimpse() found, while the table stands still.
+    template <class Same>
+    uint32_t findFrom(uint32_t glimpsed, uint32_t hash, const Same& same) const {
+        return glimpsed != kNone ? search(entries + glimpsed, hash, same) : kNone;
     }
 
     // A reference that find() would look at, or kNone: for a glimpse ahead.
@@ -93,6 +95,14 @@ private:
     };
 
     static constexpr uint64_t kFewest = 24;
+
+    template <class Same>
+    uint32_t search(const Entry* from, uint32_t hash, const Same& same) const {
+        for (const Entry* entry = from; entry->hash != 0 && entry->hash <= hash; ++entry) {
+            if (entry->hash == hash && same(entry->ref)) return static_cast<uint32_t>(entry - entries);
+        }
+        return kNone;
+    }
 
     uint64_t home(uint32_t hash) const { return (uint64_t{hash} * homes) >> 32; }
     uint64_t size() const { return homes + slack; }

@@ -2,8 +2,6 @@
 
 #include <bit>
 #include <cstring>
-#include <mutex>
-#include <shared_mutex>
 #include <stdexcept>
 
 #include "platform/store/memory/scan.h"
@@ -27,11 +25,11 @@ Table::Table(const schema::Table& description)
       primary(memory) {
     if (description.indexes.size() > kIndexes) throw std::length_error("too many indexes");
     for (uint32_t i = 0; i < description.indexes.size(); ++i) {
-        indexes.emplace_back(description.indexes[i], i, memory, slabs, pool);
+        indexes.push_back(std::make_unique<GroupIndex>(description.indexes[i], i, memory, slabs, pool));
         allIndexes |= uint64_t{1} << i;
         for (size_t field = 0; field < description.fields.size(); ++field) {
             const schema::Field& covered = description.fields[field];
-            if (indexes[i].shape().covers(covered.offset, covered.width)) indexesOf[field] |= uint64_t{1} << i;
+            if (indexes[i]->shape().covers(covered.offset, covered.width)) indexesOf[field] |= uint64_t{1} << i;
         }
     }
     uint16_t end = 0;
@@ -48,18 +46,16 @@ uint32_t Table::findSlot(const std::byte* key, uint32_t hash) const {
 }
 
 Answer Table::put(const std::byte* row) {
-    KeyBuffer room;
-    const std::byte* const key = primaryKey.of(row, room);
-    const uint32_t hash = primaryKey.hash(key);
-    IndexKeys keys;
-    composeKeys(row, allIndexes, keys);
-    const std::unique_lock guard(lock);
+    const uint32_t hash = primaryKey.hashOf(row);
+    const WriteGuard guard(lock);
     primary.prefetch(hash);
+    IndexKeys keys;
+    hashKeys(row, allIndexes, keys);
     prefetchAddition(allIndexes, keys);
-    const uint32_t slot = findSlot(key, hash);
-    if (slot == Slabs::kNone) return insert(row, hash, keys);
+    const uint32_t place = primary.find(hash, [&](uint32_t slot) { return primaryKey.sameKey(slabs.row(slot), row); });
+    if (place == SlotHash::kNone) return insert(row, hash, keys);
     if (schema.presentWrite == schema::PresentWrite::refused) return Answer::present;
-    return change(slot, row, allIndexes) ? Answer::present : Answer::noMemory;
+    return change(primary.at(place), row, allIndexes) ? Answer::present : Answer::noMemory;
 }
 
 Answer Table::insert(const std::byte* row, uint32_t hash, IndexKeys& keys) {
@@ -68,38 +64,35 @@ Answer Table::insert(const std::byte* row, uint32_t hash, IndexKeys& keys) {
     const uint32_t slot = slabs.take();
     store(slot, row);
     primary.insert(hash, slot);
-    for (uint32_t i = 0; i < indexes.size(); ++i) indexes[i].add(keys[i].place, keys[i].hash, slot);
+    for (uint32_t i = 0; i < indexes.size(); ++i) indexes[i]->add(keys[i], slot);
     moved();
     return Answer::done;
 }
 
-// Composes the keys of a row for the indexes in 'which'.
-void Table::composeKeys(const std::byte* row, uint64_t which, IndexKeys& keys) const {
+// Begins with the keys of a row in the indexes in 'which': the memory for one comes while the next is hashed.
+void Table::hashKeys(const std::byte* row, uint64_t which, IndexKeys& keys) const {
     forEachBit(which, [&](uint32_t i) {
-        const KeyShape& shape = indexes[i].shape();
-        keys[i].bytes = shape.of(row, keys[i].room);
-        keys[i].hash = shape.hash(keys[i].bytes);
+        keys[i] = indexes[i]->lookup(row);
+        indexes[i]->prefetch(keys[i]);
     });
 }
 
-void Table::prefetchAddition(uint64_t which, const IndexKeys& keys) const {
-    forEachBit(which, [&](uint32_t i) { indexes[i].prefetch(keys[i].hash); });
-    forEachBit(which, [&](uint32_t i) { indexes[i].prefetchGroup(keys[i].hash); });
-    forEachBit(which, [&](uint32_t i) { indexes[i].prefetchAddition(keys[i].hash); });
+void Table::prefetchAddition(uint64_t which, IndexKeys& keys) const {
+    forEachBit(which, [&](uint32_t i) { indexes[i]->glimpse(keys[i]); });
+    forEachBit(which, [&](uint32_t i) { indexes[i]->prefetchAddition(keys[i]); });
 }
 
-void Table::prefetchRemoval(uint32_t slot, uint64_t which, const IndexKeys& keys) const {
-    forEachBit(which, [&](uint32_t i) { indexes[i].prefetch(keys[i].hash); });
-    forEachBit(which, [&](uint32_t i) { indexes[i].prefetchGroup(keys[i].hash); });
-    forEachBit(which, [&](uint32_t i) { indexes[i].prefetchEntries(keys[i].hash, slot); });
-    forEachBit(which, [&](uint32_t i) { indexes[i].prefetchRemoval(keys[i].hash); });
+void Table::prefetchRemoval(uint32_t slot, uint64_t which, IndexKeys& keys) const {
+    forEachBit(which, [&](uint32_t i) { indexes[i]->glimpse(keys[i]); });
+    forEachBit(which, [&](uint32_t i) { indexes[i]->prefetchEntries(keys[i], slot); });
+    forEachBit(which, [&](uint32_t i) { indexes[i]->prefetchRemoval(keys[i]); });
 }
 
 bool Table::reserveKeys(uint64_t which, IndexKeys& keys) {
     for (uint64_t rest = which; rest != 0; rest &= rest - 1) {
         const auto i = static_cast<uint32_t>(std::countr_zero(rest));
-        if (indexes[i].reserve(keys[i].hash, keys[i].bytes, keys[i].place)) continue;
-        forEachBit(which & ~rest, [&](uint32_t done) { indexes[done].forgo(keys[done].hash, keys[done].bytes); });
+        if (indexes[i]->reserve(keys[i])) continue;
+        forEachBit(which & ~rest, [&](uint32_t done) { indexes[done]->forgo(keys[done]); });
         return false;
     }
     return true;
@@ -110,18 +103,19 @@ bool Table::change(uint32_t slot, const std::byte* row, uint64_t which) {
     const std::byte* const present = slabs.row(slot);
     uint64_t affected = 0;
     forEachBit(which, [&](uint32_t i) {
-        if (!indexes[i].shape().sameKey(present, row)) affected |= uint64_t{1} << i;
+        if (!indexes[i]->shape().sameKey(present, row)) affected |= uint64_t{1} << i;
     });
     IndexKeys keys;
-    composeKeys(row, affected, keys);
+    hashKeys(row, affected, keys);
     prefetchAddition(affected, keys);
     if (!reserveKeys(affected, keys)) return false;
     forEachBit(affected, [&](uint32_t i) {
-        GroupIndex& index = indexes[i];
-        KeyBuffer room;
-        const std::byte* const oldKey = index.shape().of(present, room);
-        index.remove(index.shape().hash(oldKey), oldKey, slot);
-        index.add(index.find(keys[i].hash, keys[i].bytes), keys[i].hash, slot);
+        GroupIndex& index = *indexes[i];
+        KeyLookup old = index.lookup(present);
+        index.glimpse(old);
+        index.remove(old, slot);
+        index.find(keys[i]);
+        index.add(keys[i], slot);
         index.trim();
     });
     store(slot, row);
@@ -145,7 +139,7 @@ void Table::overlay(std::byte* row, const std::byte* from, uint64_t fields) cons
 Answer Table::get(const std::byte* key, std::byte* row) const {
     if (!primaryKey.accepts(key)) return Answer::absent;
     const uint32_t hash = primaryKey.hash(key);
-    const std::shared_lock guard(lock);
+    const ReadGuard guard(lock);
     const uint32_t slot = findSlot(key, hash);
     if (slot == Slabs::kNone) return Answer::absent;
     std::memcpy(row, slabs.row(slot), schema.recordSize);
@@ -157,7 +151,7 @@ Answer Table::patch(const std::byte* key, const std::byte* row, uint64_t fields)
     const uint32_t hash = primaryKey.hash(key);
     uint64_t touched = 0;
     forEachBit(fields, [&](uint32_t i) { touched |= indexesOf[i]; });
-    const std::unique_lock guard(lock);
+    const WriteGuard guard(lock);
     const uint32_t slot = findSlot(key, hash);
     if (slot == Slabs::kNone) return Answer::absent;
     if (touched == 0) {
@@ -174,17 +168,18 @@ Answer Table::patch(const std::byte* key, const std::byte* row, uint64_t fields)
 Answer Table::erase(const std::byte* key) {
     if (!primaryKey.accepts(key)) return Answer::absent;
     const uint32_t hash = primaryKey.hash(key);
-    const std::unique_lock guard(lock);
+    const WriteGuard guard(lock);
     const uint32_t place = primary.find(hash, [&](uint32_t slot) { return primaryKey.matches(slabs.row(slot), key); });
     if (place == SlotHash::kNone) return Answer::absent;
     const uint32_t slot = primary.at(place);
+    slabs.prefetch(slot);
     slabs.prefetchPlaces(slot);
     IndexKeys keys;
-    composeKeys(slabs.row(slot), allIndexes, keys);
+    hashKeys(slabs.row(slot), allIndexes, keys);
     prefetchRemoval(slot, allIndexes, keys);
     for (uint32_t i = 0; i < indexes.size(); ++i) {
-        indexes[i].remove(keys[i].hash, keys[i].bytes, slot);
-        indexes[i].trim();
+        indexes[i]->remove(keys[i], slot);
+        indexes[i]->trim();
     }
     primary.erase(place);
     primary.trim();
@@ -195,20 +190,20 @@ Answer Table::erase(const std::byte* key) {
 }
 
 uint64_t Table::count() const {
-    const std::shared_lock guard(lock);
+    const ReadGuard guard(lock);
     return slabs.records();
 }
 
 uint64_t Table::countByKey(uint32_t index, const std::byte* key) const {
-    const KeyShape& shape = indexes[index].shape();
+    const KeyShape& shape = indexes[index]->shape();
     if (!shape.accepts(key)) return 0;
     const uint32_t hash = shape.hash(key);
-    const std::shared_lock guard(lock);
-    return indexes[index].count(hash, key);
+    const ReadGuard guard(lock);
+    return indexes[index]->count(hash, key);
 }
 
 uint64_t Table::memoryBytes() const {
-    const std::shared_lock guard(lock);
+    const ReadGuard guard(lock);
     return sizeof *this + indexes.size() * sizeof(GroupIndex) + memory.bytes();
 }
 

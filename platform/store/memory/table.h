@@ -12,7 +12,6 @@
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
-#include <deque>
 #include <memory>
 #include <vector>
 
@@ -52,22 +51,16 @@ private:
     friend class WholeScan;
     friend class IndexScan;
 
-    struct IndexKey {
-        const std::byte* bytes;
-        uint32_t hash;
-        uint32_t place;
-        KeyBuffer room;
-    };
-    using IndexKeys = std::array<IndexKey, kIndexes>;
+    using IndexKeys = std::array<KeyLookup, kIndexes>;
 
     struct Gap {
         uint16_t offset;
         uint16_t width;
     };
 
-    void composeKeys(const std::byte* row, uint64_t which, IndexKeys& keys) const;
-    void prefetchAddition(uint64_t which, const IndexKeys& keys) const;
-    void prefetchRemoval(uint32_t slot, uint64_t which, const IndexKeys& keys) const;
+    void hashKeys(const std::byte* row, uint64_t which, IndexKeys& keys) const;
+    void prefetchAddition(uint64_t which, IndexKeys& keys) const;
+    void prefetchRemoval(uint32_t slot, uint64_t which, IndexKeys& keys) const;
     bool reserveKeys(uint64_t which, IndexKeys& keys);
     uint32_t findSlot(const std::byte* key, uint32_t hash) const;
     Answer insert(const std::byte* row, uint32_t hash, IndexKeys& keys);
@@ -82,7 +75,7 @@ private:
     Slabs slabs;
     GroupPool pool;
     SlotHash primary;
-    std::deque<GroupIndex> indexes;
+    std::vector<std::unique_ptr<GroupIndex>> indexes;      // which do not move
     uint64_t allIndexes = 0;                               // bit i: index i
     std::array<uint64_t, schema::kMaxFields> indexesOf{};  // of each field
     std::vector<Gap> gaps;                                 // bytes that no field names

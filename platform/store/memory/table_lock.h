@@ -1,8 +1,13 @@
 // A lock that readers share and that writers do not wait for forever: a writer that waits goes before new readers.
 // A thread must not take it twice.
+//
+// It is taken by the guards below. In a process of one thread there is nobody to keep out, and they leave it alone: an
+// atomic instruction each way holds up the search of the next record until this one's is over. No thread begins while a
+// guard is alive, and the guard remembers whether it took the lock.
 #pragma once
 
 #include <pthread.h>
+#include <sys/single_threaded.h>
 
 namespace mcast6::store::memory {
 
@@ -19,14 +24,30 @@ public:
     TableLock& operator=(const TableLock&) = delete;
     ~TableLock() { pthread_rwlock_destroy(&rwlock); }
 
-    // Named as std::unique_lock and std::shared_lock want them.
-    void lock() { pthread_rwlock_wrlock(&rwlock); }
-    void unlock() { pthread_rwlock_unlock(&rwlock); }
-    void lock_shared() { pthread_rwlock_rdlock(&rwlock); }
-    void unlock_shared() { pthread_rwlock_unlock(&rwlock); }
-
 private:
+    template <int (*)(pthread_rwlock_t*)>
+    friend class LockGuard;
+
     pthread_rwlock_t rwlock;
 };
+
+template <int (*kTake)(pthread_rwlock_t*)>
+class LockGuard {
+public:
+    explicit LockGuard(TableLock& lock) : taken(__libc_single_threaded != 0 ? nullptr : &lock.rwlock) {
+        if (taken != nullptr) kTake(taken);
+    }
+    LockGuard(const LockGuard&) = delete;
+    LockGuard& operator=(const LockGuard&) = delete;
+    ~LockGuard() {
+        if (taken != nullptr) pthread_rwlock_unlock(taken);
+    }
+
+private:
+    pthread_rwlock_t* const taken;
+};
+
+using ReadGuard = LockGuard<pthread_rwlock_rdlock>;
+using WriteGuard = LockGuard<pthread_rwlock_wrlock>;
 
 }  // namespace mcast6::store::memory
