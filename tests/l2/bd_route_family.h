@@ -1,0 +1,383 @@
+// The three tables of a bridge domain's routes: l2mc6_bd_tag_rt, l2mc6_bd_untag_rt and l2mc6_bd_rt_vxlan_elb. They take the
+// same steps; the names stand for counters that each table tells:
+//
+// operation          step          fails with   then
+// create object      create        any          createFailed; the code
+//                    -             -            created; 0
+// release object     -             -            released
+// read               null          -            log; 1
+//                    create 3      any          log; the code
+//                    read          15005        released; 60
+//                                  other        log; error 0; released; the code
+//                    -             -            record filled; released; 0
+// write              null          -            log; writeFailed; 1
+//                    create 0      any          log; writeFailed; the code
+//                    set all       any          released; log; writeFailed; the code
+//                    write         13044        released; error 1; as the table counts; 0
+//                                  other        released; log; error 2; writeFailed; the code
+//                    -             -            released; written; 0
+// item setters       2 or 4        any          the others are called; OR of all codes
+// update             null          -            log; 1
+//                    create 1      any          log; the code
+//                    item setter   any          log; released; what it answered
+//                    update        13044        released; error 1; 0
+//                                  other        released; log; error 6; the code
+//                    -             -            released; 0
+// delete             null          -            log; removeFailed; 1
+//                    create 4      any          log; removeFailed; the code
+//                    remove        13044        released; error 1; as the table counts; 0
+//                                  other        released; error 4; log; removeFailed; the code
+//                    -             -            released; removed; 0
+// create iterator    any           any          released if created; iteratorFailed; log (not in the common one); null
+//                    -             -            handle
+// get entry          null          -            log, if the table has one; 1
+//                    next          110012       60
+//                                  other        log; error 9; 1
+//                    read          15005        60
+//                                  other        log; error 0; 1
+//                    -             -            record filled; 0
+// release iterator   null          -            nothing
+//                    -             -            released; block freed
+#pragma once
+
+#include <gmock/gmock.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "mcast6_db/context.h"
+#include "tests/support/bytes.h"
+#include "tests/support/claims.h"
+#include "tests/support/operation_test.h"
+#include "tests/support/table_family.h"
+
+namespace mcast6::tests::bd_route {
+
+inline const LogId routes{0x0F2E100F};
+
+struct Counters {
+    uint32_t createFailed, created, released, written, writeFailed, removed, removeFailed, iteratorFailed;
+};
+
+struct Messages {
+    const char *readNull, *readCreate, *readFailed;
+    const char *writeNull, *writeCreate, *writeSet, *writeFailed;
+    const char *updateNull, *updateCreate, *updateSet, *updateFailed;
+    const char *removeNull, *removeCreate, *removeFailed;
+    const char* entryNull;  // null: nothing is logged
+    const char *nextFailed, *entryFailed;
+    const char* iteratorOfAll;
+};
+
+// What 13044 counts, after the error and before the result 0.
+struct Tolerated {
+    Effects write, remove;
+};
+
+template <class Record>
+using ItemSetter = uint32_t (*)(Mcast6DbHandle, const Record*);
+
+template <class Record>
+struct Functions {
+    void (*stamp)(void*, const Record*);
+    void (*set)(const Record*, void*);
+    void (*get)(const void*, Record*);
+    Mcast6DbCreateFunc createObject;
+    void (*releaseObject)(Mcast6DbHandle);
+    uint32_t (*read)(Record*);
+    uint32_t (*write)(const Record*);
+    ItemSetter<Record> setSmoothItem;
+    ItemSetter<Record> setItem;
+    uint32_t (*updateOper)(const Record*, ItemSetter<Record>);
+    uint32_t (*updateSmoothVersion)(const Record*, ItemSetter<Record>);
+    uint32_t (*update)(const Record*, ItemSetter<Record>);
+    uint32_t (*remove)(const Record*);
+    uint32_t (*getEntry)(Mcast6DbRes*, Record*);
+    Mcast6DbRes* (*createIterator)(const Mcast6DbKeyDesc*, const void*);
+    Mcast6DbRes* (*createIteratorOfAll)();
+    void (*releaseIterator)(Mcast6DbRes*);
+};
+
+template <class Record>
+struct Literals {
+    std::string name;
+    uint32_t number;
+    uint32_t rowSize;
+    uint32_t createStamp;  // where in the row; the smooth time follows
+    std::string key;
+    std::string row;  // see withGaps()
+    void (*readStored)(Record&);
+    std::string iteratorKeyWord, iteratorKey;  // of a key that the engine knows
+    Counters counters;
+    Messages messages;
+    Tolerated tolerated;
+    Functions<Record> functions;
+};
+
+template <class Record>
+class BdRoute {
+public:
+    explicit BdRoute(const Literals<Record>& literals)
+        : told(literals),
+          released(allOf({line("release " + literals.name + " obj1"), dfx(literals.counters.released)})),
+          table(
+              {
+                  .name = literals.name,
+                  .rowSize = literals.rowSize,
+                  .key = literals.key,
+                  .writtenRow = withGaps(literals.row, "00"),
+                  .storedRow = storedRow(literals.rowSize),
+                  .created = {dfx(literals.counters.created)},
+                  .createFailed = {dfx(literals.counters.createFailed)},
+                  .released = released,
+                  .createObject = literals.functions.createObject,
+                  .createIterator = literals.functions.createIteratorOfAll,
+              },
+              fillWithOffsets<Record>, literals.readStored) {}
+
+    const Literals<Record> told;
+    const Effect released;
+    TableFamily<Record> table;
+
+    std::vector<Operation> operations() {
+        const Functions<Record>& functions = told.functions;
+        return {
+            table.createObject("createObject", functions.createObject),
+            table.releaseObject("releaseObject", functions.releaseObject),
+            read(),
+            write(),
+            table.setFields(
+                "setSmoothItem", [this] { return told.functions.setSmoothItem(table.object, &table.record); },
+                smoothItem()),
+            table.setFields(
+                "setItem", [this] { return told.functions.setItem(table.object, &table.record); }, item()),
+            update(
+                "updateThroughAnItemSetter",
+                [functions](const Record* record) { return functions.updateOper(record, functions.setSmoothItem); },
+                smoothItem()),
+            update(
+                "updateSmoothVersion",
+                [functions](const Record* record) { return functions.updateSmoothVersion(record, notToBeCalled); },
+                smoothItem()),
+            update(
+                "update", [functions](const Record* record) { return functions.update(record, notToBeCalled); },
+                item()),
+            remove(),
+            getEntry(),
+            iterator("iteratorOfAll", functions.createIteratorOfAll, "none", routes(told.messages.iteratorOfAll)),
+            iterator(
+                "iteratorWithoutKey", [functions] { return functions.createIterator(nullptr, nullptr); }, "none"),
+            iterator(
+                "iteratorWithKey", [this] { return iteratorWithKey(); }, keyOf(told.iteratorKeyWord, told.iteratorKey)),
+            table.releaseIterator("releaseIterator", functions.releaseIterator),
+        };
+    }
+
+    Operation iterator(const std::string& name, std::function<Mcast6DbRes*()> run, const std::string& key,
+                       const Effect& log = allOf({})) {
+        return table.createIterator(name, std::move(run), key,
+                                    builtByTheFrame(released, {dfx(told.counters.iteratorFailed), log, returnsNull()}));
+    }
+
+    std::vector<Claim> claims() {
+        return {
+            {"setWritesEveryFieldInItsPlaceAndNothingElse",
+             [this] { EXPECT_EQ(withGaps(told.row, "5a"), table.rowOf(told.functions.set)); }},
+            {"setReadsTheClockOnceAndTakesItForAMissingCreationTime", [this] { checkClockOfSet(); }},
+            {"getWritesEveryFieldItsConstantsAndNothingElse", [this] { checkGet(); }},
+            {"aStampKeepsTheCallersCreationTimeUnlessItIs0", [this] { checkStamp(); }},
+            {"aCreationPassesItsArgumentsOn", [this] { checkArgumentsOfCreation(); }},
+            {"readingAnAbsentRecordAnswers60AndIsSilent", [this] { checkAbsentRead(); }},
+            {"aRecordThatVanishedUnderAnIteratorAnswers60AndIsSilent", [this] { checkVanished(); }},
+            {"anUpdateCallsItsItemSetterWithTheObjectAndTheRecord", [this] { checkArgumentsOfItemSetter(); }},
+            {"anItemSettersAnswerEndsTheUpdateAndIsReturned", [this] { checkAnswerOfItemSetter(); }},
+            {"anUpdateOfAnAbsentRecordReturns0AndRecordsKind1", [this] { checkAbsentUpdate(); }},
+        };
+    }
+
+private:
+    using Recorder = recording::Recorder;
+
+    // In place of the setters that the updates bring themselves.
+    static uint32_t notToBeCalled(Mcast6DbHandle, const Record*) {
+        ADD_FAILURE() << "an update called a setter that it ignores";
+        return 0;
+    }
+
+    std::vector<Call> smoothItem() const {
+        return {table.sets("smoothVersion", 0x33323130), table.stamps("timeStampSmooth")};
+    }
+    std::vector<Call> item() const {
+        return {table.sets("smoothVersion", 0x33323130), table.sets("serviceStatus", 0x37363534),
+                table.sets("errCode", 0x3B3A3938), table.stamps("timeStampSmooth")};
+    }
+
+    Mcast6DbRes* iteratorWithKey() const {
+        const auto keyWord = static_cast<uint32_t>(std::stoul(told.iteratorKeyWord, nullptr, 16));
+        const Mcast6DbKeyDesc descriptor{keyWord, {}};
+        const recording::Bytes key = recording::unhex(told.iteratorKey);
+        return told.functions.createIterator(&descriptor, key.data());
+    }
+
+    Operation read() {
+        return table.read(
+            "read", told.functions.read,
+            {.null = {routes(told.messages.readNull), returns(1)},
+             .createFailed = {routes(told.messages.readCreate, code), returns(code)},
+             .failed = {routes(told.messages.readFailed, code), record(told.number, 0), released, returns(code)},
+             .answered = {{15005, {released, returns(60)}}},
+             .done = {released, returns(0)}});
+    }
+
+    Operation write() {
+        const Effect failed = dfx(told.counters.writeFailed);
+        return table.write(
+            "write", told.functions.write,
+            {.null = {routes(told.messages.writeNull), failed, returns(1)},
+             .createFailed = {routes(told.messages.writeCreate, code), failed, returns(code)},
+             .setFailed = {released, routes(told.messages.writeSet, code), failed, returns(code)},
+             .failed = {released, routes(told.messages.writeFailed, code), record(told.number, 2), failed,
+                        returns(code)},
+             .answered = {{13044, {released, record(told.number, 1), allOf(told.tolerated.write), returns(0)}}},
+             .done = {released, dfx(told.counters.written), returns(0)}});
+    }
+
+    Operation update(const char* name, std::function<uint32_t(const Record*)> run, std::vector<Call> setters) {
+        return table.update(
+            name, run, std::move(setters),
+            {.null = {routes(told.messages.updateNull), returns(1)},
+             .createFailed = {routes(told.messages.updateCreate, code), returns(code)},
+             .setFailed = {routes(told.messages.updateSet, code), released, returns(code)},
+             .failed = {released, routes(told.messages.updateFailed, code), record(told.number, 6), returns(code)},
+             .answered = {{13044, {released, record(told.number, 1), returns(0)}}},
+             .done = {released, returns(0)}});
+    }
+
+    Operation remove() {
+        const Effect failed = dfx(told.counters.removeFailed);
+        return table.remove(
+            "delete", told.functions.remove,
+            {.null = {routes(told.messages.removeNull), failed, returns(1)},
+             .createFailed = {routes(told.messages.removeCreate, code), failed, returns(code)},
+             .failed = {released, record(told.number, 4), routes(told.messages.removeFailed, code), failed,
+                        returns(code)},
+             .answered = {{13044, {released, record(told.number, 1), allOf(told.tolerated.remove), returns(0)}}},
+             .done = {released, dfx(told.counters.removed), returns(0)}});
+    }
+
+    Operation getEntry() {
+        const char* const message = told.messages.entryNull;
+        return table.getEntry(
+            "getEntry", told.functions.getEntry,
+            {.null = {message == nullptr ? allOf({}) : routes(message), returns(1)},
+             .nextFailed = {routes(told.messages.nextFailed, code), record(told.number, 9), returns(1)},
+             .readFailed = {routes(told.messages.entryFailed, code), record(told.number, 0), returns(1)}});
+    }
+
+    std::string stampsOf(const recording::Bytes& row) const {
+        return recording::hex(std::span(row).subspan(told.createStamp, 16));
+    }
+
+    void checkClockOfSet() const {
+        Recorder::instance().setTime(0x0102030405060708, 1);
+        Record record = table.sample();
+        record.timeStampCreate = 0;
+        recording::Bytes row(told.rowSize);
+        told.functions.set(&record, row.data());
+        EXPECT_EQ(1u, Recorder::instance().clockReadings());
+        EXPECT_EQ(digits("0807060504030201 0807060504030201"), stampsOf(row));
+    }
+
+    void checkGet() {
+        EXPECT_EQ(table.readBack(), table.recordOf(told.functions.get));
+        EXPECT_THAT(Recorder::instance().trace(), testing::IsEmpty());
+        EXPECT_EQ(0u, Recorder::instance().clockReadings());
+    }
+
+    void checkStamp() const {
+        Recorder::instance().setTime(0x0102030405060708, 1);
+        Record record = table.sample();
+        recording::Bytes row(told.rowSize, 0x5A);
+        told.functions.stamp(row.data(), &record);
+        EXPECT_EQ(digits("4041424344454647 0807060504030201"), stampsOf(row));
+        record.timeStampCreate = 0;
+        told.functions.stamp(row.data(), &record);
+        EXPECT_EQ(digits("0907060504030201 0907060504030201"), stampsOf(row));
+        EXPECT_EQ(2u, Recorder::instance().clockReadings());
+        std::fill_n(row.begin() + told.createStamp, 16, uint8_t{0x5A});
+        EXPECT_EQ(recording::hex(recording::Bytes(told.rowSize, 0x5A)), recording::hex(row));
+        EXPECT_THAT(Recorder::instance().trace(), testing::IsEmpty());
+    }
+
+    void checkArgumentsOfCreation() const {
+        Mcast6DbHandle object = 0;
+        EXPECT_EQ(0u, told.functions.createObject(9, 7, &object));
+        EXPECT_EQ(Recorder::instance().trace(),
+                  (Trace{"create " + told.name + " 9 7 -> obj1", "dfx " + std::to_string(told.counters.created)}));
+    }
+
+    void checkAbsentRead() const {
+        Record record = table.sample();
+        Recorder::instance().answer("db_read_obj_with_buf", 15005);
+        EXPECT_EQ(60u, told.functions.read(&record));
+        checkSilentAndUnchanged(record);
+        EXPECT_EQ(0u, Recorder::instance().liveObjects());
+    }
+
+    void checkVanished() const {
+        Mcast6DbRes* const iterator = told.functions.createIteratorOfAll();
+        ASSERT_NE(nullptr, iterator);
+        Record record = table.sample();
+        Recorder::instance().answer("db_read_obj_with_buf", 15005);
+        EXPECT_EQ(60u, told.functions.getEntry(iterator, &record));
+        checkSilentAndUnchanged(record);
+        told.functions.releaseIterator(iterator);
+        EXPECT_EQ(0u, Recorder::instance().liveObjects());
+        EXPECT_EQ(0u, Recorder::instance().liveBlocks());
+    }
+
+    void checkSilentAndUnchanged(const Record& record) const {
+        EXPECT_EQ(bytesOf(table.sample()), bytesOf(record));
+        EXPECT_THAT(Recorder::instance().logFormats(), testing::IsEmpty());
+        EXPECT_THAT(g_mcast6DbErrStat[told.number], testing::Each(0u));
+    }
+
+    void checkArgumentsOfItemSetter() const {
+        static std::string object;
+        static const Record* given;
+        const Record record = table.sample();
+        const auto note = [](Mcast6DbHandle handle, const Record* itsRecord) {
+            object = nameOf(handle);
+            given = itsRecord;
+            return 0u;
+        };
+        EXPECT_EQ(0u, told.functions.updateOper(&record, note));
+        EXPECT_EQ("obj1", object);
+        EXPECT_EQ(&record, given);
+        EXPECT_EQ(Recorder::instance().trace(),
+                  (Trace{"create " + told.name + " 1 0 -> obj1", "dfx " + std::to_string(told.counters.created),
+                         "update obj1 " + told.key, "release " + told.name + " obj1",
+                         "dfx " + std::to_string(told.counters.released)}));
+    }
+
+    void checkAnswerOfItemSetter() const {
+        const Record record = table.sample();
+        EXPECT_EQ(13044u, told.functions.updateOper(&record, [](Mcast6DbHandle, const Record*) { return 13044u; }));
+        EXPECT_EQ(0u, Recorder::instance().callsOf("db_update_obj"));
+        EXPECT_THAT(Recorder::instance().logFormats(), testing::ElementsAre(told.messages.updateSet));
+        EXPECT_THAT(g_mcast6DbErrStat[told.number], testing::Each(0u));
+        EXPECT_EQ(0u, Recorder::instance().liveObjects());
+    }
+
+    void checkAbsentUpdate() const {
+        const Record record = table.sample();
+        Recorder::instance().answer("db_update_obj", 13044);
+        EXPECT_EQ(0u, told.functions.update(&record, nullptr));
+        EXPECT_EQ(1u, g_mcast6DbErrStat[told.number][1]);
+        EXPECT_EQ(0u, g_mcast6DbErrStat[told.number][6]);
+        EXPECT_THAT(Recorder::instance().logFormats(), testing::IsEmpty());
+    }
+};
+
+}  // namespace mcast6::tests::bd_route

@@ -1,0 +1,424 @@
+// What the tables of a layer-3 entry's egress members in bridge domains and behind MVPN tunnels have in common, told once
+// for both families: see bd_egress_family.h and mvpn_family.h for the steps of their operations.
+#pragma once
+
+#include <gmock/gmock.h>
+
+#include <functional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "mcast6_db/context.h"
+#include "mcast6_db/iterator.h"
+#include "mcast6_db/types.h"
+#include "tests/support/bytes.h"
+#include "tests/support/claims.h"
+#include "tests/support/operation_test.h"
+#include "tests/support/table_family.h"
+
+namespace mcast6::tests::l3_members {
+
+inline const LogId egress{0x0F2E1016};
+
+// Pieces of keys, as the samples of both records have them.
+inline const std::string kVrVrf = "0405060708090a0b";
+inline const std::string kGroup = digits("13121110 17161514 1b1a1918 1f1e1d1c");
+inline const std::string kSource = digits("23222120 27262524 2b2a2928 2f2e2d2c");
+
+// A key record that names an entry by two words and two addresses: byte n is 0x80 + n. What its iterators look for.
+template <class EntryKey>
+EntryKey entryKey() {
+    static_assert(sizeof(EntryKey) == 40);
+    EntryKey key;
+    uint8_t bytes[sizeof key];
+    for (size_t n = 0; n < sizeof bytes; ++n) bytes[n] = static_cast<uint8_t>(0x80 + n);
+    std::memcpy(&key, bytes, sizeof key);
+    return key;
+}
+inline const std::string kEntryFilter =
+    keyOf("01090028", "80818283 84858687 8b8a8988 8f8e8d8c 93929190 97969594 9b9a9998 9f9e9d9c a3a2a1a0 a7a6a5a4");
+
+struct Counters {
+    uint32_t created, released;
+};
+
+struct Kpis {
+    uint32_t written, writeFailed, removed, removeFailed, createFailed, iteratorFailed;
+};
+
+struct Messages {
+    const char *readNull, *readCreate, *readFailed;
+    const char *writeNull, *writeCreate, *writeFailed;
+    const char *smoothNull, *smoothCreate, *smoothSet, *smoothFailed;
+    const char *removeNull, *removeCreate, *removeFailed;
+    const char *nextFailed, *entryFailed;
+};
+
+// 'get' answers nothing, or the code of an address conversion.
+template <class Entry, class GetResult>
+struct Functions {
+    int64_t (*stamp)(int32_t, void*);
+    void (*set)(const Entry*, void*);
+    GetResult (*get)(const void*, Entry*);
+    Mcast6DbCreateFunc createObject;
+    void (*releaseObject)(Mcast6DbHandle);
+    uint32_t (*read)(Entry*);
+    uint32_t (*write)(const Entry*);
+    uint32_t (*updateSmoothVersion)(const Entry*);
+    uint32_t (*remove)(const Entry*);
+    uint32_t (*getEntry)(Mcast6DbRes*, Entry*);
+    Mcast6DbRes* (*createIterator)(const Mcast6DbKeyDesc*, const void*);
+    Mcast6DbRes* (*createIteratorOfAll)();
+    void (*releaseIterator)(Mcast6DbRes*);
+};
+
+// An iterator over some records, made from the sample or from arguments of its own, and the key that the engine gets.
+template <class Entry>
+struct Filter {
+    std::string name;
+    std::function<Mcast6DbRes*(const Entry&)> create;
+    std::string key;
+};
+
+template <class Entry, class EntryKey>
+Filter<Entry> overEntry(Mcast6DbRes* (*create)(const EntryKey*)) {
+    return {"iteratorOfAnEntry",
+            [create](const Entry&) {
+                const EntryKey key = entryKey<EntryKey>();
+                return create(&key);
+            },
+            kEntryFilter};
+}
+
+template <class Entry, class GetResult>
+struct Literals {
+    std::string name;
+    uint32_t number;
+    uint32_t rowSize;
+    uint32_t createStamp;  // where in the row; the smooth time follows
+    std::string key;
+    std::string row;  // see withGaps()
+    void (*readStored)(Entry&);
+    std::vector<std::pair<std::string, uint64_t>> smoothSetters;  // without the time stamp, which is the last
+    Counters counters;
+    Kpis kpis;
+    Messages messages;
+    Functions<Entry, GetResult> functions;
+    std::vector<Filter<Entry>> filters;
+};
+
+template <class Entry, class GetResult>
+class MemberFamily {
+public:
+    explicit MemberFamily(const Literals<Entry, GetResult>& literals)
+        : told(literals),
+          released(allOf({line("release " + literals.name + " obj1"), dfx(literals.counters.released)})),
+          table(
+              {
+                  .name = literals.name,
+                  .rowSize = literals.rowSize,
+                  .key = literals.key,
+                  .writtenRow = withGaps(literals.row, "00"),
+                  .storedRow = storedRow(literals.rowSize),
+                  .created = {dfx(literals.counters.created)},
+                  .createFailed = {kpi(literals.kpis.createFailed)},
+                  .released = released,
+                  .createObject = literals.functions.createObject,
+                  .createIterator = literals.functions.createIteratorOfAll,
+              },
+              fillWithOffsets<Entry>, literals.readStored) {}
+    virtual ~MemberFamily() = default;
+    MemberFamily(const MemberFamily&) = delete;
+    MemberFamily& operator=(const MemberFamily&) = delete;
+
+    const Literals<Entry, GetResult> told;
+    const Effect released;
+    TableFamily<Entry> table;
+
+    std::vector<Operation> operations() {
+        std::vector<Operation> all = {table.createObject("createObject", told.functions.createObject),
+                                      table.releaseObject("releaseObject", told.functions.releaseObject),
+                                      table.read("read", told.functions.read, waysOfRead()),
+                                      write(),
+                                      updateSmoothVersion(),
+                                      remove(),
+                                      getEntry(),
+                                      table.releaseIterator("releaseIterator", told.functions.releaseIterator)};
+        const auto create = told.functions.createIterator;
+        const auto ofAll = told.functions.createIteratorOfAll;
+        all.push_back(iterator({"iteratorOfAll", [ofAll](const Entry&) { return ofAll(); }, "none"}));
+        all.push_back(
+            iterator({"iteratorWithoutKey", [create](const Entry&) { return create(nullptr, nullptr); }, "none"}));
+        const Filter<Entry>& some = told.filters.front();
+        all.push_back(iterator({"iteratorWithKey",
+                                [create, key = some.key](const Entry&) {
+                                    const Mcast6DbKeyDesc descriptor = descriptorOf(key);
+                                    const recording::Bytes bytes = bytesOfKey(key);
+                                    return create(&descriptor, bytes.data());
+                                },
+                                some.key}));
+        for (const Filter<Entry>& filter : told.filters) all.push_back(iterator(filter));
+        return all;
+    }
+
+    // The fast count, with its cache empty and filled.
+    std::vector<Operation> fastCounts(uint32_t (*count)(), Mcast6DbHandle& cache) {
+        const Step creates{
+            .calls = {gives("create_cache " + told.name + " 9 0", "obj1")},
+            .failed = {dfx(55), egress("Failed to create cache object, objType:%d, connType:%d, ret:%d", 9u, 0u, code),
+                       returns(0)}};
+        const auto resets = [this](int64_t lost) {
+            return Step{
+                .calls = {call("reset_cache " + told.name + " obj1")},
+                .failed = {dfx(56),
+                           egress("Failed to reset cache object, objType:%d, connType:%d, ret:%d", 9u, 0u, code),
+                           keeps(lost, 0, 0), returns(0)}};
+        };
+        const Effect failed = egress("[GetCountFast]Failed to get db count, ret:%d", code);
+        const Effect filled = allOf({leaves("cache", "obj1"), keeps(1, 0, 0)});
+        return {
+            {.name = "fastCountAtFirst",
+             .scene = withCache(cache, nullptr),
+             .run = count,
+             .steps = {creates,
+                       resets(1),  // the object is neither kept in the cache nor released
+                       {.calls = {call("count obj1")}, .failed = {failed, filled, returns(0)}}},
+             .done = {filled, returns(kCounted)}},
+            {.name = "fastCount",
+             .scene = withCache(cache, count),
+             .run = count,
+             .steps = {resets(0), {.calls = {call("count obj1")}, .failed = {failed, returns(0)}}},
+             .done = {returns(kCounted)}},
+        };
+    }
+
+    // A count by key whose steps log and answer 1; 'create' and 'count' are its messages.
+    Operation countByKey(std::string name, std::function<uint32_t(uint32_t*)> function, const std::string& key,
+                         const char* createFailed, const char* countFailed) {
+        return table.countByKey(std::move(name), std::move(function), key,
+                                {.createFailed = {egress(createFailed, code), returns(1)},
+                                 .failed = {released, egress(countFailed, code), returns(1)},
+                                 .done = {released, returns(0)}});
+    }
+
+    std::vector<Claim> claims() {
+        return {
+            {"setWritesEveryFieldInItsPlaceAndNothingElse",
+             [this] { EXPECT_EQ(withGaps(told.row, "5a"), table.rowOf(told.functions.set)); }},
+            {"setReadsTheClockOnceForBothStampsAndIgnoresTheCallers", [this] { checkClockOfSet(); }},
+            {"getWritesEveryFieldItsConstantsAndNothingElse", [this] { checkGet(); }},
+            {"aRowIsStampedWithTheSmoothTimeAndIfAskedTheCreationTime", [this] { checkStamp(); }},
+            {"aCreationPassesItsArgumentsOn", [this] { checkArgumentsOfCreation(); }},
+            {"aRecordThatVanishedUnderAnIteratorAnswers60AndIsSilent", [this] { checkVanished(); }},
+            {"aWriteOfAPresentRecordCountsAsWritten",
+             [this] {
+                 checkTolerated(told.functions.write, "db_write_obj", told.kpis.written, told.kpis.writeFailed);
+             }},
+            {"aDeletionOfAnAbsentRecordCountsAsDeleted",
+             [this] {
+                 checkTolerated(told.functions.remove, "db_remove_obj", told.kpis.removed, told.kpis.removeFailed);
+             }},
+        };
+    }
+
+    // Reading an absent record answers 'result', leaves the record alone, logs nothing and records nothing.
+    Claim absenceClaim(std::string name, uint32_t result) {
+        return {std::move(name), [this, result] {
+                    Entry entry = table.sample();
+                    Recorder::instance().answer("db_read_obj_with_buf", 15005);
+                    EXPECT_EQ(result, told.functions.read(&entry));
+                    EXPECT_EQ(bytesOf(table.sample()), bytesOf(entry));
+                    EXPECT_THAT(Recorder::instance().logFormats(), testing::IsEmpty());
+                    EXPECT_EQ(0u, g_mcast6DbErrStat[told.number][0]);
+                    EXPECT_EQ(0u, Recorder::instance().liveObjects());
+                }};
+    }
+
+    // The fast count makes one object, which it keeps and puts back before each count.
+    Claim fastCountClaim(uint32_t (*count)()) {
+        return {"theFastCountKeepsItsObject", [this, count] {
+                    Recorder::instance().fillNextCount(0xFFFFFFFF);
+                    EXPECT_EQ(0xFFFFFFFFu, count());
+                    Recorder::instance().fillNextCount(5);
+                    EXPECT_EQ(5u, count());
+                    EXPECT_EQ(Recorder::instance().trace(),
+                              (Trace{"create_cache " + told.name + " 9 0 -> obj1", "reset_cache " + told.name + " obj1",
+                                     "count obj1", "reset_cache " + told.name + " obj1", "count obj1"}));
+                    EXPECT_EQ(1u, Recorder::instance().liveObjects());
+                }};
+    }
+
+    // The host's process id stays, whatever is called.
+    Claim pidClaim(uint32_t& pid, std::vector<Operation> operations) {
+        return {"noOperationWritesTheProcessId", [&pid, operations] {
+                    for (const Operation& operation : operations) {
+                        startOver();
+                        pid = 0xA1A2A3A4;
+                        operation.scene.prepare();
+                        operation.run();
+                        EXPECT_EQ(0xA1A2A3A4u, pid) << operation.name;
+                    }
+                    pid = 0;
+                }};
+    }
+
+    // The process id of the host: 0 until it sets one.
+    static Claim pidReaderClaim(uint32_t& pid, uint32_t (*read)()) {
+        return {"theProcessIdIs0UntilTheHostSetsIt", [&pid, read] {
+                    EXPECT_EQ(0u, read());
+                    pid = 0xA1A2A3A4;
+                    EXPECT_EQ(0xA1A2A3A4u, read());
+                    pid = 0;
+                }};
+    }
+
+protected:
+    virtual CallWays waysOfRead() const = 0;
+    // What a write does for a failed setter between the release and the KPI.
+    virtual Effect setterLog() const = 0;
+
+private:
+    using Recorder = recording::Recorder;
+
+    Operation write() {
+        const Effect failed = kpi(told.kpis.writeFailed);
+        const Effect written = kpi(told.kpis.written);
+        return table.write("write", told.functions.write,
+                           {.null = {egress(told.messages.writeNull), failed, returns(1)},
+                            .createFailed = {egress(told.messages.writeCreate, code), failed, returns(code)},
+                            .setFailed = {released, setterLog(), failed, returns(code)},
+                            .failed = {released, egress(told.messages.writeFailed, code), record(told.number, 2),
+                                       failed, returns(code)},
+                            .answered = {{13044, {released, record(told.number, 1), written, returns(0)}}},
+                            .done = {released, written, returns(0)}});
+    }
+
+    Operation updateSmoothVersion() {
+        std::vector<Call> setters;
+        for (const auto& [field, value] : told.smoothSetters) setters.push_back(table.sets(field, value));
+        setters.push_back(table.stamps("timeStampSmooth"));
+        return table.update(
+            "updateSmoothVersion", told.functions.updateSmoothVersion, setters,
+            {.null = {egress(told.messages.smoothNull), returns(1)},
+             .createFailed = {egress(told.messages.smoothCreate, code), returns(code)},
+             .setFailed = {egress(told.messages.smoothSet, code), released, returns(code)},
+             .failed = {released, egress(told.messages.smoothFailed, code), record(told.number, 6), returns(code)},
+             .answered = {{13044, {released, record(told.number, 1), returns(0)}}},
+             .done = {released, returns(0)}});
+    }
+
+    Operation remove() {
+        const Effect failed = kpi(told.kpis.removeFailed);
+        const Effect removed = kpi(told.kpis.removed);
+        return table.remove("delete", told.functions.remove,
+                            {.null = {egress(told.messages.removeNull), failed, returns(1)},
+                             .createFailed = {egress(told.messages.removeCreate, code), failed, returns(code)},
+                             .failed = {released, record(told.number, 4), egress(told.messages.removeFailed, code),
+                                        failed, returns(code)},
+                             .answered = {{13044, {released, record(told.number, 1), removed, returns(0)}}},
+                             .done = {released, removed, returns(0)}});
+    }
+
+    Operation getEntry() {
+        return table.getEntry(
+            "getEntry", told.functions.getEntry,
+            {.null = {returns(1)},
+             .nextFailed = {egress(told.messages.nextFailed, code), record(told.number, 9), returns(1)},
+             .readFailed = {egress(told.messages.entryFailed, code), record(told.number, 0), returns(1)}});
+    }
+
+    Operation iterator(const Filter<Entry>& filter) {
+        return table.createIterator(
+            filter.name, [this, create = filter.create] { return create(table.record); }, filter.key,
+            builtByTheFrame(released, {kpi(told.kpis.iteratorFailed), returnsNull()}));
+    }
+
+    static Mcast6DbKeyDesc descriptorOf(const std::string& key) {
+        return {static_cast<uint32_t>(std::stoul(key.substr(4, 8), nullptr, 16)), {}};
+    }
+    static recording::Bytes bytesOfKey(const std::string& key) { return recording::unhex(key.substr(13)); }
+
+    // A count that was made before has filled the cache.
+    Scene withCache(Mcast6DbHandle& cache, uint32_t (*before)()) {
+        Scene scene = table.plain();
+        scene.prepare = [first = std::move(scene.prepare), before] {
+            first();
+            if (before == nullptr) return;
+            before();
+            Recorder::instance().fillNextCount(kCounted);
+        };
+        scene.watched.push_back(watchHandle("cache", cache));
+        return scene;
+    }
+
+    void checkClockOfSet() const {
+        Recorder::instance().setTime(0x0102030405060708, 1);
+        const Entry entry = table.sample();
+        recording::Bytes row(told.rowSize);
+        told.functions.set(&entry, row.data());
+        EXPECT_EQ(1u, Recorder::instance().clockReadings());
+        EXPECT_EQ(digits("0807060504030201 0807060504030201"),
+                  recording::hex(std::span(row).subspan(told.createStamp, 16)));
+    }
+
+    void checkGet() {
+        EXPECT_EQ(table.readBack(), table.recordOf(told.functions.get));
+        EXPECT_THAT(Recorder::instance().trace(), testing::IsEmpty());
+        EXPECT_EQ(0u, Recorder::instance().clockReadings());
+    }
+
+    void checkStamp() const {
+        Recorder::instance().setTime(0x0102030405060708, 1);
+        recording::Bytes row(told.rowSize, 0x5A);
+        recording::Bytes expected = row;
+        EXPECT_EQ(0x0102030405060708, told.functions.stamp(0, row.data()));
+        putTime(expected, told.createStamp + 8, "0807060504030201");
+        EXPECT_EQ(recording::hex(expected), recording::hex(row));
+        EXPECT_EQ(0x0102030405060709, told.functions.stamp(INT32_MIN, row.data()));
+        putTime(expected, told.createStamp, "0907060504030201");
+        putTime(expected, told.createStamp + 8, "0907060504030201");
+        EXPECT_EQ(recording::hex(expected), recording::hex(row));
+        EXPECT_EQ(2u, Recorder::instance().clockReadings());
+        EXPECT_THAT(Recorder::instance().trace(), testing::IsEmpty());
+    }
+
+    static void putTime(recording::Bytes& row, size_t at, std::string_view time) {
+        const recording::Bytes bytes = recording::unhex(time);
+        std::memcpy(row.data() + at, bytes.data(), bytes.size());
+    }
+
+    void checkArgumentsOfCreation() const {
+        Mcast6DbHandle object = 0;
+        EXPECT_EQ(0u, told.functions.createObject(9, 7, &object));
+        EXPECT_EQ(Recorder::instance().trace(),
+                  (Trace{"create " + told.name + " 9 7 -> obj1", "dfx " + std::to_string(told.counters.created)}));
+    }
+
+    void checkVanished() const {
+        Mcast6DbRes* const iterator = told.functions.createIteratorOfAll();
+        ASSERT_NE(nullptr, iterator);
+        Entry entry = table.sample();
+        Recorder::instance().answer("db_read_obj_with_buf", 15005);
+        EXPECT_EQ(60u, told.functions.getEntry(iterator, &entry));
+        EXPECT_EQ(bytesOf(table.sample()), bytesOf(entry));
+        EXPECT_THAT(Recorder::instance().logFormats(), testing::IsEmpty());
+        EXPECT_EQ(0u, g_mcast6DbErrStat[told.number][0]);
+        told.functions.releaseIterator(iterator);
+        EXPECT_EQ(0u, Recorder::instance().liveObjects());
+        EXPECT_EQ(0u, Recorder::instance().liveBlocks());
+    }
+
+    void checkTolerated(uint32_t (*function)(const Entry*), const std::string& engineCall, uint32_t counted,
+                        uint32_t notCounted) const {
+        const Entry entry = table.sample();
+        Recorder::instance().answer(engineCall, 13044);
+        EXPECT_EQ(0u, function(&entry));
+        EXPECT_EQ(1u, Recorder::instance().kpi(counted));
+        EXPECT_EQ(0u, Recorder::instance().kpi(notCounted));
+        EXPECT_EQ(1u, g_mcast6DbErrStat[told.number][1]);
+        EXPECT_THAT(Recorder::instance().logFormats(), testing::IsEmpty());
+    }
+};
+
+}  // namespace mcast6::tests::l3_members
