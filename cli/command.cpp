@@ -39,9 +39,9 @@ uint32_t Arguments::routingTable(const std::string& name, uint32_t otherwise) co
     return has(name) ? readRoutingTable(name, text(name)) : otherwise;
 }
 
-uint32_t readNumber(const std::string& option, const std::string& text) {
-    if (const auto number = parseNumber(text)) return *number;
-    throw UsageError(fmt::format("--{}: '{}' is not a number from 0 to {}", option, text, UINT32_MAX));
+uint32_t readNumber(const std::string& option, const std::string& text, uint32_t largest) {
+    if (const auto number = parseNumber(text); number && *number <= largest) return *number;
+    throw UsageError(fmt::format("--{}: '{}' is not a number from 0 to {}", option, text, largest));
 }
 
 uint32_t readRoutingTable(const std::string& option, const std::string& text) {
@@ -68,8 +68,10 @@ const Commands& allCommands() {
     static const Commands kCommands = [] {
         Commands commands;
         addImportMroute(commands);
+        addImportBridge(commands);
         addL3Mfib(commands);
         addBdEnable(commands);
+        addL2Tables(commands);
         addStats(commands);
         addScript(commands);
         return commands;

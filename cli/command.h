@@ -24,7 +24,10 @@ struct Settings {
 // What lives from one command of a script to the next, besides the store.
 struct Tool {
     Settings settings;
-    LinkTable links;  // of the last import that had any; interface names in displays and filters come from here
+    // Of the last import of routes that had any, and of the last import of bridges: interface names in displays and filters
+    // of the tables of layer 3 and of layer 2 come from here.
+    LinkTable links;
+    LinkTable bridgeLinks;
 };
 
 enum class OptionKind {
@@ -61,7 +64,7 @@ private:
 };
 
 // The readers of single texts, for options that need more than a name.
-uint32_t readNumber(const std::string& option, const std::string& text);
+uint32_t readNumber(const std::string& option, const std::string& text, uint32_t largest = UINT32_MAX);
 uint32_t readRoutingTable(const std::string& option, const std::string& text);
 Mcast6Ipv6Addr readAddress(const std::string& option, const std::string& text);
 uint32_t readInterface(const std::string& option, const std::string& text, const LinkTable& links);
@@ -79,8 +82,10 @@ using Commands = std::vector<Command>;
 // All commands. Each group stands in a file of its own.
 const Commands& allCommands();
 void addImportMroute(Commands& commands);
+void addImportBridge(Commands& commands);
 void addL3Mfib(Commands& commands);
 void addBdEnable(Commands& commands);
+void addL2Tables(Commands& commands);
 void addStats(Commands& commands);
 void addScript(Commands& commands);
 

@@ -77,10 +77,12 @@ struct ImportTable {
     // Puts what the capture tells into a record of the same key, and leaves the rest. Returns whether anything changed.
     bool (*merge)(const Record& captured, Record& stored);
     uint32_t Record::*smoothVersion;
-    uint32_t Record::*appSrcPid;
+    uint32_t Record::*appSrcPid = nullptr;         // null: the record has none
+    uint32_t (*replace)(const Record*) = nullptr;  // null: 'write' replaces
 };
 
-// Brings 'captured' into the table. Throws Failure when the library fails; nothing was changed then.
+// Brings 'captured' into the table. Throws Failure when the library fails; nothing was changed then, unless 'replace' takes
+// more than one step.
 template <class Record>
 Fate importRecord(const ImportTable<Record>& table, const Record& captured) {
     Record record = captured;
@@ -93,8 +95,9 @@ Fate importRecord(const ImportTable<Record>& table, const Record& captured) {
     if (found != MCAST6_DB_SUCCESS) throw libraryFailure("reading it", found);
     const bool changed = table.merge(captured, record);
     record.*table.smoothVersion = captured.*table.smoothVersion;
-    record.*table.appSrcPid = captured.*table.appSrcPid;
-    const uint32_t code = changed ? table.write(&record) : table.restamp(&record);
+    if (table.appSrcPid != nullptr) record.*table.appSrcPid = captured.*table.appSrcPid;
+    const auto replace = table.replace != nullptr ? table.replace : table.write;
+    const uint32_t code = changed ? replace(&record) : table.restamp(&record);
     if (code != MCAST6_DB_SUCCESS) throw libraryFailure(changed ? "replacing it" : "re-stamping it", code);
     return changed ? Fate::kReplaced : Fate::kRestamped;
 }

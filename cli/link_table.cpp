@@ -16,15 +16,19 @@ Link readLink(const Json& entry) {
     link.index = numberMember(entry, "ifindex");
     link.name = textMember(entry, "ifname");
     if (link.index == 0) throw Refused("'ifindex' is 0");
-    const std::string kind = hasMember(entry, "link_type") ? textMember(entry, "link_type") : "";
-    link.isRegister = kind == "pimreg" || (kind.empty() && link.name.starts_with("pim6reg"));
+    const std::string type = hasMember(entry, "link_type") ? textMember(entry, "link_type") : "";
+    if (hasMember(entry, "linkinfo") && hasMember(entry.at("linkinfo"), "info_kind")) {
+        link.kind = textMember(entry.at("linkinfo"), "info_kind");
+    }
+    link.isRegister = type == "pimreg" || (type.empty() && link.name.starts_with("pim6reg"));
     return link;
 }
 
 }  // namespace
 
-LinkTable LinkTable::fromFile(const std::string& path) {
-    const Json entries = readJsonList(path, "links");
+LinkTable LinkTable::fromFile(const std::string& path) { return fromEntries(path, readJsonList(path, "links")); }
+
+LinkTable LinkTable::fromEntries(const std::string& path, const Json& entries) {
     LinkTable table;
     for (size_t position = 0; position < entries.size(); ++position) {
         const Json& entry = entries[position];

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <nlohmann/json_fwd.hpp>
 #include <string>
 #include <unordered_map>
 
@@ -10,6 +11,7 @@ namespace mcast6::ctl {
 struct Link {
     uint32_t index = 0;
     std::string name;
+    std::string kind;         // "bridge", "vlan", "vxlan", ...; empty where the link list does not tell
     bool isRegister = false;  // the PIM register interface of a routing table: pim6reg, pim6regTABLE
 };
 
@@ -17,6 +19,8 @@ class LinkTable {
 public:
     // Reads a capture. Throws Failure, naming file, entry and reason, and then nothing was read.
     static LinkTable fromFile(const std::string& path);
+    // The same of a capture that was read already; 'path' names it in messages.
+    static LinkTable fromEntries(const std::string& path, const nlohmann::json& entries);
 
     // Null when there is no such link.
     const Link* byName(const std::string& name) const;

@@ -35,6 +35,23 @@ std::vector<std::string> titlesOf(const std::vector<ColumnHead>& heads) {
     return titles;
 }
 
+bool namesLink(const ColumnHead& head) {
+    return head.kind == ColumnKind::kInterface || head.kind == ColumnKind::kBridge;
+}
+
+const Link* linkOf(const ColumnHead& head, uint64_t index, const LinkTable& links) {
+    const Link* link = links.byIndex(static_cast<uint32_t>(index));
+    return link != nullptr && head.kind == ColumnKind::kBridge && link->kind != "bridge" ? nullptr : link;
+}
+
+// inIfIndex is followed by inIfName, bdId by bdName, keyId1 by keyId1Name.
+std::string linkMemberName(std::string name) {
+    for (const std::string_view ending : {"Index", "Id"}) {
+        if (name.ends_with(ending)) name.resize(name.size() - ending.size());
+    }
+    return name + "Name";
+}
+
 bool isNumber(std::string_view cell) {
     return cell == "-" || std::all_of(cell.begin(), cell.end(), [](char c) { return c >= '0' && c <= '9'; });
 }
@@ -132,14 +149,16 @@ void RowPrinter::row(const std::vector<Value>& values) {
     ++rows_;
     if (json_) {
         writer_.beginObject();
-        for (size_t column = 0; column < heads_.size(); ++column) member(heads_[column], values[column]);
+        for (size_t column = 0; column < heads_.size(); ++column) {
+            writeMember(writer_, heads_[column], values[column], links_);
+        }
         writer_.endObject();
         print(writer_.take());
         return;
     }
     std::vector<std::string> cells;
     for (size_t column = 0; column < heads_.size(); ++column) {
-        if (heads_[column].title != nullptr) cells.push_back(cell(heads_[column], values[column]));
+        if (heads_[column].title != nullptr) cells.push_back(cellText(heads_[column], values[column], links_));
     }
     table_.row(cells);
 }
@@ -152,27 +171,24 @@ void RowPrinter::finish() {
     }
 }
 
-std::string RowPrinter::cell(const ColumnHead& head, const Value& value) const {
+std::string cellText(const ColumnHead& head, const Value& value, const LinkTable& links) {
     if (const auto* truth = std::get_if<bool>(&value)) return *truth ? "on" : "off";
     if (const auto* text = std::get_if<std::string>(&value)) return *text;
     const auto* number = std::get_if<uint64_t>(&value);
     if (number == nullptr) return "-";
     if (head.kind == ColumnKind::kTime) return timeText(*number);
-    if (head.kind != ColumnKind::kInterface) return std::to_string(*number);
-    if (*number == 0) return "-";
-    const Link* link = links_.byIndex(static_cast<uint32_t>(*number));
+    if (!namesLink(head)) return std::to_string(*number);
+    if (*number == 0 && head.kind == ColumnKind::kInterface) return "-";
+    const Link* link = linkOf(head, *number, links);
     return link == nullptr ? std::to_string(*number) : printable(link->name);
 }
 
-void RowPrinter::member(const ColumnHead& head, const Value& value) {
-    writer_.member(head.name, value);
+void writeMember(JsonWriter& json, const ColumnHead& head, const Value& value, const LinkTable& links) {
+    json.member(head.name, value);
     const auto* number = std::get_if<uint64_t>(&value);
-    if (head.kind != ColumnKind::kInterface || number == nullptr) return;
-    // inIfIndex is followed by inIfName.
-    std::string name = head.name;
-    name.replace(name.rfind("Index"), std::string::npos, "Name");
-    const Link* link = links_.byIndex(static_cast<uint32_t>(*number));
-    writer_.member(name, link == nullptr ? Value() : Value(link->name));
+    if (!namesLink(head) || number == nullptr) return;
+    const Link* link = linkOf(head, *number, links);
+    json.member(linkMemberName(head.name), link == nullptr ? Value() : Value(link->name));
 }
 
 void print(std::string_view text) { std::fwrite(text.data(), 1, text.size(), stdout); }

@@ -18,6 +18,7 @@ enum class ColumnKind {
     kPlain,
     kTime,       // seconds: a date in tables, the number in JSON
     kInterface,  // an index, 0 for none: the name in tables where it is known, both in JSON
+    kBridge,     // a number that is a bridge's index where an import made it: the name in tables then, both in JSON
 };
 
 struct ColumnHead {
@@ -66,10 +67,13 @@ private:
     std::vector<uint16_t> lengths_;
 };
 
+// How a table and a JSON object show 'value' under 'head'; 'links' may lack what it likes.
+std::string cellText(const ColumnHead& head, const Value& value, const LinkTable& links);
+void writeMember(JsonWriter& json, const ColumnHead& head, const Value& value, const LinkTable& links);
+
 // The rows of one list, as a table or as an array of objects.
 class RowPrinter {
 public:
-    // 'list' names the array in JSON; 'links' may lack what it likes.
     RowPrinter(bool json, std::vector<ColumnHead> heads, const LinkTable& links);
     // In the order of the heads.
     void row(const std::vector<Value>& values);
@@ -81,9 +85,6 @@ public:
     JsonWriter& json() { return writer_; }
 
 private:
-    std::string cell(const ColumnHead& head, const Value& value) const;
-    void member(const ColumnHead& head, const Value& value);
-
     bool json_;
     std::vector<ColumnHead> heads_;
     const LinkTable& links_;

@@ -3,8 +3,10 @@
 #pragma once
 
 #include <cstdint>
+#include <cstring>
 #include <functional>
 #include <initializer_list>
+#include <limits>
 #include <string>
 #include <type_traits>
 #include <vector>
@@ -29,6 +31,10 @@ Column<Record> column(const char* title, const char* name, Member Record::*membe
     const auto value = [member](const Record& record) -> Value {
         if constexpr (std::is_same_v<Member, Mcast6Ipv6Addr>) {
             return addressText(record.*member);
+        } else if constexpr (std::is_same_v<Member, uint8_t[2]>) {
+            uint16_t number = 0;
+            std::memcpy(&number, record.*member, sizeof number);
+            return uint64_t{number};
         } else {
             return uint64_t{record.*member};
         }
@@ -69,13 +75,21 @@ Filter<Record> interfaceFilter(const char* name, const char* help, uint32_t Reco
             [=](const Record& record, const Record& wanted) { return record.*member == wanted.*member; }};
 }
 
-template <class Record>
-Filter<Record> numberFilter(const char* name, const char* help, uint32_t Record::*member) {
+template <class Record, class Member>
+Filter<Record> numberFilter(const char* name, const char* help, Member Record::*member) {
     const std::string option = name;
-    return {
-        valueOption(name, "N", help),
-        [=](Record& wanted, const std::string& text, const LinkTable&) { wanted.*member = readNumber(option, text); },
-        [=](const Record& record, const Record& wanted) { return record.*member == wanted.*member; }};
+    return {valueOption(name, "N", help),
+            [=](Record& wanted, const std::string& text, const LinkTable&) {
+                wanted.*member = static_cast<Member>(readNumber(option, text, std::numeric_limits<Member>::max()));
+            },
+            [=](const Record& record, const Record& wanted) { return record.*member == wanted.*member; }};
+}
+
+// 'filter', and the one that it needs.
+template <class Record>
+Filter<Record> needing(const char* needs, Filter<Record> filter) {
+    filter.needs = needs;
+    return filter;
 }
 
 template <class Record>
@@ -113,6 +127,7 @@ struct Table {
     std::vector<uint32_t> absentCodes;  // what 'find' answers when there is no such record
     uint32_t Record::*smoothVersion;
     uint32_t (*remove)(const Record* record);
+    LinkTable Tool::*links = &Tool::links;  // where interface names come from
 };
 
 }  // namespace mcast6::ctl

@@ -2,11 +2,10 @@
 // virtual router (keyId1) and bridge domain (keyId2).
 #include <fmt/format.h>
 
-#include <cstring>
-
 #include "cli/command.h"
 #include "cli/table.h"
 #include "cli/table_commands.h"
+#include "cli/table_l2.h"
 #include "mcast6_db/l2mc6_bd_enable.h"
 
 namespace mcast6::ctl {
@@ -14,12 +13,6 @@ namespace {
 
 using E = L2McBdEnableEntry;
 constexpr uint32_t kIpv6 = 2;  // addrType
-
-uint64_t number16(const uint8_t (&bytes)[2]) {
-    uint16_t number = 0;
-    std::memcpy(&number, bytes, sizeof number);
-    return number;
-}
 
 uint32_t readByKey(E* record) {
     record->addrType = kIpv6;
@@ -33,18 +26,18 @@ const Table<E> kTable{
     .holds = "MLD snooping switches of bridge domains",
     .columns = {
         column("VR", "keyId1", &E::keyId1),
-        column("BD", "keyId2", &E::keyId2),
+        column("BD", "keyId2", &E::keyId2, ColumnKind::kBridge),
         column<E>("SNOOPING", "l2mcEnable", [](const E& record) -> Value { return record.l2mcEnable != 0; }),
         column("MLD", "mldVersion", &E::mldVersion),
-        column<E>("STATUS", "serviceStatus", [](const E& record) -> Value { return number16(record.serviceStatus); }),
-        column<E>("ERROR", "errCode", [](const E& record) -> Value { return number16(record.errCode); }),
+        column("STATUS", "serviceStatus", &E::serviceStatus),
+        column("ERROR", "errCode", &E::errCode),
         column("VERSION", "smoothVersion", &E::smoothVersion),
         column("WRITTEN (UTC)", "timeStampCreate", &E::timeStampCreate, ColumnKind::kTime),
         column("CONFIRMED (UTC)", "timeStampSmooth", &E::timeStampSmooth, ColumnKind::kTime),
     },
     .filters = {
         numberFilter("vr", "Virtual router", &E::keyId1),
-        numberFilter("bd", "Bridge domain", &E::keyId2),
+        interfaceFilter("bd", "Bridge domain: its number, or the bridge of the last import", &E::keyId2),
     },
     .queries = {
         {"key", {"vr", "bd"}, nullptr, nullptr, nullptr, readByKey},
@@ -55,6 +48,7 @@ const Table<E> kTable{
     .absentCodes = {MCAST6_DB_NO_RECORD},
     .smoothVersion = &E::smoothVersion,
     .remove = MCAST6_DB_DeleteL2McBdEnable,
+    .links = &Tool::bridgeLinks,
 };
 // clang-format on
 
@@ -90,6 +84,12 @@ void setEntry(Tool& tool, const Arguments& arguments) {
 }
 
 }  // namespace
+
+L2Table bdEnableTable() {
+    L2Table table = l2Table(kTable);
+    table.addCommands = nullptr;
+    return table;
+}
 
 void addBdEnable(Commands& commands) {
     addTableCommands(commands, kTable);

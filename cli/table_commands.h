@@ -62,7 +62,7 @@ Selection<Record> select(const Tool& tool, const Table<Record>& table, const Arg
     const auto given = givenFilters(table, arguments);
     for (const Filter<Record>* filter : given) {
         if (!arguments.has(filter->option.name)) continue;  // needed by another one, and 0
-        filter->read(selection.wanted, arguments.text(filter->option.name), tool.links);
+        filter->read(selection.wanted, arguments.text(filter->option.name), tool.*table.links);
     }
     selection.query = &*std::find_if(table.queries.begin(), table.queries.end(), [&](const Query<Record>& query) {
         const auto served =
@@ -124,7 +124,7 @@ void showTable(const Tool& tool, const Table<Record>& table, const Arguments& ar
     const Selection<Record> selection = select(tool, table, arguments);
     std::vector<ColumnHead> heads;
     for (const Column<Record>& shown : table.columns) heads.push_back(shown.head);
-    RowPrinter rows(tool.settings.json, heads, tool.links);
+    RowPrinter rows(tool.settings.json, heads, tool.*table.links);
     if (tool.settings.json) rows.json().beginObject().member("table", table.databaseName).beginArray("entries");
     walk(table, selection, [&](const Record& record) {
         std::vector<Value> values;
@@ -145,11 +145,15 @@ void countTable(const Tool& tool, const Table<Record>& table, const Arguments& a
     printLine(json.take());
 }
 
+struct SmoothCounts {
+    uint64_t before;
+    uint64_t deleted;
+    uint64_t after;
+};
+
 // Deletes what an import with version N left with an older one.
 template <class Record>
-void smoothTable(const Tool& tool, const Table<Record>& table, const Arguments& arguments) {
-    const uint32_t version = arguments.number("version", 0);
-    const Selection<Record> selection = select(tool, table, arguments);
+SmoothCounts smoothRecords(const Table<Record>& table, const Selection<Record>& selection, uint32_t version) {
     const uint64_t before = countRecords(table, selection);
     uint64_t deleted = 0;
     walk(table, selection, [&](const Record& record) {
@@ -160,7 +164,13 @@ void smoothTable(const Tool& tool, const Table<Record>& table, const Arguments& 
         }
         ++deleted;
     });
-    const uint64_t after = countRecords(table, selection);
+    return {before, deleted, countRecords(table, selection)};
+}
+
+template <class Record>
+void smoothTable(const Tool& tool, const Table<Record>& table, const Arguments& arguments) {
+    const uint32_t version = arguments.number("version", 0);
+    const auto [before, deleted, after] = smoothRecords(table, select(tool, table, arguments), version);
     if (!tool.settings.json) {
         return printLine(fmt::format("{} before, {} with a version older than {} deleted, {} after",
                                      counted(before, "entry"), deleted, version, after));

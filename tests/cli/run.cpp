@@ -33,13 +33,6 @@ const fs::path& scratch() {
     return kDirectory.path;
 }
 
-std::string readFile(const fs::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    std::ostringstream content;
-    content << file.rdbuf();
-    return content.str();
-}
-
 std::string shellWord(const std::string& word) {
     std::string quoted = "'";
     for (const char c : word) quoted += c == '\'' ? std::string("'\\''") : std::string(1, c);
@@ -63,6 +56,13 @@ Outcome runScript(const std::string& script, const std::vector<std::string>& opt
     std::vector<std::string> words{"script", "-"};
     words.insert(words.end(), options.begin(), options.end());
     return run(words, script);
+}
+
+std::string readFile(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    std::ostringstream content;
+    content << file.rdbuf();
+    return content.str();
 }
 
 std::vector<std::string> lines(const std::string& text) {
@@ -93,6 +93,22 @@ std::string importLine(const std::string& folder, const std::string& options) {
     const std::string suffix = folder == "large" ? ".json.gz" : ".json";
     return "import mroute '" + sample(folder + "/rt.mroute" + suffix) + "' --links '" +
            sample(folder + "/rt.link" + suffix) + "' " + options + "\n";
+}
+
+std::string importBridgeLine(const std::string& folder, const std::string& options) {
+    return "import bridge '" + sample(folder) + "' " + options + "\n";
+}
+
+Json only(const Json& list, const char* name, const Json& value) {
+    Json found;
+    size_t count = 0;
+    for (const Json& entry : list) {
+        if (entry.at(name) != value) continue;
+        found = entry;
+        ++count;
+    }
+    EXPECT_EQ(count, 1U) << name << " " << value;
+    return found;
 }
 
 }  // namespace mcast6::ctl::test

@@ -26,6 +26,8 @@ std::vector<Json> documents(const std::string& out);
 
 std::vector<std::string> lines(const std::string& text);
 
+std::string readFile(const std::string& path);
+
 // The path of a file of samples/.
 std::string sample(const std::string& name);
 
@@ -34,5 +36,11 @@ std::string writeFile(const std::string& name, const std::string& content);
 
 // The words that import a sample of routes with its link list.
 std::string importLine(const std::string& folder, const std::string& options = "");
+
+// The line that imports the bridges of a sample.
+std::string importBridgeLine(const std::string& folder, const std::string& options = "");
+
+// The entry of a list of objects whose member 'name' is 'value'; null, and the test fails, when there is not exactly one.
+Json only(const Json& list, const char* name, const Json& value);
 
 }  // namespace mcast6::ctl::test
