@@ -224,7 +224,7 @@ FastScans<L3Mc6ElbEntryExt> interfaceScans(table, {.handle = &g_l3VlanElb6ScanDb
 
 Operation read() {
     return table.read("ReadVlanElb", MCAST6_DB_ReadVlanElb,
-                      {.createFailed = {layer3("Failed to create l3mc6 vlan elb db object. ret:%u.", 1), returns(1)},
+                      {.createFailed = {layer3("Failed to create l3mc6 vlan elb db object. ret:%u.", 1u), returns(1)},
                        .failed = {layer3("Failed to read l3mc6 vlan elb db object. ret:%u.", code), record(17, 0),
                                   released, returns(1)},
                        .answered = {{15005, {released, returns(60)}}},
@@ -235,7 +235,7 @@ Operation write() {
     return table.write(
         "WriteVlanElb", MCAST6_DB_WriteVlanElb,
         {.null = {layer3("Failed to write l3mc6 vlan elb db, entry is null."), returns(1)},
-         .createFailed = {layer3("Failed to create l3mc6 write vlan elb db iter. ret:%u.", 1), returns(1)},
+         .createFailed = {layer3("Failed to create l3mc6 write vlan elb db iter. ret:%u.", 1u), returns(1)},
          .setFailed = {layer3("Failed to set l3mc6 vlan elb field. ret:%u.", code), released, returns(code)},
          .failed = {released, layer3("Failed to write l3mc6 vlan elb db. ret:%u.", code), record(17, 2), returns(code)},
          .answered = {{13044, {released, record(17, 1), returns(0)}}},
@@ -246,7 +246,7 @@ Operation remove() {
     return table.remove(
         "RemoveVlanElb", MCAST6_DB_RemoveVlanElb,
         {.null = {layer3("Failed to remove l3mc6 vlan elb db, entry is null."), returns(1)},
-         .createFailed = {layer3("Failed to create l3mc6 remove vlan elb db iter. ret:%u.", 1), returns(1)},
+         .createFailed = {layer3("Failed to create l3mc6 remove vlan elb db iter. ret:%u.", 1u), returns(1)},
          .failed = {layer3("Failed to remove l3mc6 vlan elb db. ret:%u.", code), released, returns(code)},
          .answered = {{13044, {released, returns(0)}}},
          .done = {released, returns(0)}});
