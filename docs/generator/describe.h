@@ -30,7 +30,6 @@ struct Module {
     uint32_t number = 0;
     uint32_t logId = 0;
     uint32_t rowSize = 0;
-    uint32_t keyWord = 0;
     std::vector<Ways> operations;
 };
 
@@ -187,7 +186,6 @@ Module describe(std::string_view name) {
     module.table = name;
     module.logId = Table::logId;
     module.rowSize = Table::Row::size;
-    module.keyWord = Table::Primary::word;
     if constexpr (requires { Table::number; }) {
         module.isNumbered = true;
         module.number = Table::number;
