@@ -69,7 +69,7 @@ const Commands& allCommands() {
         Commands commands;
         addImportMroute(commands);
         addImportBridge(commands);
-        addL3Mfib(commands);
+        addL3Tables(commands);
         addBdEnable(commands);
         addL2Tables(commands);
         addStats(commands);

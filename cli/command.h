@@ -83,9 +83,9 @@ using Commands = std::vector<Command>;
 const Commands& allCommands();
 void addImportMroute(Commands& commands);
 void addImportBridge(Commands& commands);
-void addL3Mfib(Commands& commands);
 void addBdEnable(Commands& commands);
 void addL2Tables(Commands& commands);
+void addL3Tables(Commands& commands);
 void addStats(Commands& commands);
 void addScript(Commands& commands);
 

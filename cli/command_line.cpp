@@ -76,17 +76,19 @@ void offerSettings(CLI::App& app, Settings& settings) {
     app.add_flag("--log", settings.log, "Print the library's log on standard error");
 }
 
-// The parser misses a command before it looks at the word that stands in its place.
+// The parser misses a command, and obeys the option --version, before it looks at the word that stands in a command's place.
 std::string explain(const CLI::App& app, const CLI::ParseError& error) {
+    const bool isVersion = dynamic_cast<const CLI::CallForVersion*>(&error) != nullptr;
     const bool missing = dynamic_cast<const CLI::RequiredError*>(&error) != nullptr;
-    if (!missing && dynamic_cast<const CLI::ExtrasError*>(&error) == nullptr) return error.what();
+    if (!missing && !isVersion && dynamic_cast<const CLI::ExtrasError*>(&error) == nullptr) return error.what();
     // The innermost command that was understood.
     const CLI::App* place = &app;
     while (!place->get_subcommands().empty()) place = place->get_subcommands().front();
     const bool complete = place->get_require_subcommand_min() == 0;
     const std::string path = place == &app ? "" : " after '" + place->get_name() + "'";
     const std::vector<std::string> unknown = app.remaining(true);
-    if (unknown.empty()) return complete ? error.what() : "no command is given" + path;
+    if (unknown.empty() && complete) return isVersion ? "--version goes without a command" : error.what();
+    if (unknown.empty()) return "no command is given" + path;
     const std::string word = "'" + unknown.front() + "'";
     if (unknown.front().starts_with('-')) return "unknown option " + word + path;
     return (complete ? "unexpected " : "unknown command ") + word + path;
@@ -117,7 +119,9 @@ Invocation parseCommandLine(const std::vector<std::string>& words, const Setting
         app.parse(std::move(reversed));
     } catch (const CLI::ParseError& error) {
         std::ostringstream text;
-        if (app.exit(error, text, text) != 0) throw UsageError(explain(app, error));
+        const bool withCommand = !app.get_subcommands().empty() || app.remaining_size(true) > 0;
+        const bool isVersion = dynamic_cast<const CLI::CallForVersion*>(&error) != nullptr;
+        if (app.exit(error, text, text) != 0 || (isVersion && withCommand)) throw UsageError(explain(app, error));
         invocation.text = text.str();
         return invocation;
     }

@@ -5,7 +5,7 @@
 #include <fmt/format.h>
 
 #include <cstdint>
-#include <map>
+#include <cstring>
 #include <string>
 
 #include "cli/command.h"
@@ -30,75 +30,64 @@ struct FateCounts {
     uint64_t sum() const;
 };
 
-// What an import did to a table as a whole.
-struct TableChange {
-    const char* name;          // "l3-mfib"
-    const char* databaseName;  // "l3mc6_mfib"
-    uint32_t smoothVersion;
-    uint64_t before;  // numbers of records
-    uint64_t after;
-};
-
-// The fates of one capture, added up by VRF.
-class ImportReport {
-public:
-    ImportReport(const Tool& tool, std::string file) : tool_(tool), file_(std::move(file)) {}
-
-    void count(uint32_t vrfId, Fate fate) { ++byVrf_[vrfId][fate]; }
-    // An entry whose VRF could not be read.
-    void count(Fate fate) { ++noVrf_[fate]; }
-
-    // A line about one entry on standard error; of many, the first ones only unless --verbose.
-    void tell(const std::string& entry, const std::string& reason);
-
-    bool empty() const { return total().sum() == 0; }
-
-    // The summary on standard output.
-    void print(const TableChange& change) const;
-
-private:
-    FateCounts total() const;
-    void printJson(const TableChange& change) const;
-
-    const Tool& tool_;
-    std::string file_;
-    std::map<uint32_t, FateCounts> byVrf_;
-    FateCounts noVrf_;
-    uint64_t told_ = 0;
-};
+// Takes these members from the capture and leaves the host's own. Returns whether anything changed.
+template <class Record, auto... kMembers>
+bool mergeMembers([[maybe_unused]] const Record& captured, [[maybe_unused]] Record& stored) {
+    bool changed = false;
+    [[maybe_unused]] const auto take = [&](const auto& from, auto& to) {
+        changed |= std::memcmp(&from, &to, sizeof to) != 0;
+        std::memcpy(&to, &from, sizeof to);
+    };
+    (take(captured.*kMembers, stored.*kMembers), ...);
+    return changed;
+}
 
 // The operations of a table that an import uses.
 template <class Record>
 struct ImportTable {
+    const char* databaseName;
     uint32_t (*read)(Record*);
     uint32_t absentCode;  // what 'read' answers when there is no such record
     uint32_t (*write)(const Record*);
     uint32_t (*restamp)(const Record*);
     // Puts what the capture tells into a record of the same key, and leaves the rest. Returns whether anything changed.
     bool (*merge)(const Record& captured, Record& stored);
-    uint32_t Record::*smoothVersion;
-    uint32_t Record::*appSrcPid = nullptr;         // null: the record has none
+    uint32_t Record::*smoothVersion = nullptr;     // null: the record has none
+    uint32_t Record::*appSrcPid = nullptr;         // the same
     uint32_t (*replace)(const Record*) = nullptr;  // null: 'write' replaces
+};
+
+// The smooth version and the process that an import's records get.
+struct Stamp {
+    uint32_t smoothVersion;
+    uint32_t pid;
+
+    template <class Record>
+    void put(const ImportTable<Record>& table, Record& record) const {
+        if (table.smoothVersion != nullptr) record.*table.smoothVersion = smoothVersion;
+        if (table.appSrcPid != nullptr) record.*table.appSrcPid = pid;
+    }
 };
 
 // Brings 'captured' into the table. Throws Failure when the library fails; nothing was changed then, unless 'replace' takes
 // more than one step.
 template <class Record>
-Fate importRecord(const ImportTable<Record>& table, const Record& captured) {
+Fate importRecord(const ImportTable<Record>& table, Record captured, const Stamp& stamp) {
+    stamp.put(table, captured);
     Record record = captured;
     const uint32_t found = table.read(&record);
+    const auto doing = [&](const char* what) { return fmt::format("{} its record of {}", what, table.databaseName); };
     if (found == table.absentCode) {
         const uint32_t code = table.write(&captured);
-        if (code != MCAST6_DB_SUCCESS) throw libraryFailure("writing it", code);
+        if (code != MCAST6_DB_SUCCESS) throw libraryFailure(doing("writing"), code);
         return Fate::kNew;
     }
-    if (found != MCAST6_DB_SUCCESS) throw libraryFailure("reading it", found);
+    if (found != MCAST6_DB_SUCCESS) throw libraryFailure(doing("reading"), found);
     const bool changed = table.merge(captured, record);
-    record.*table.smoothVersion = captured.*table.smoothVersion;
-    if (table.appSrcPid != nullptr) record.*table.appSrcPid = captured.*table.appSrcPid;
+    stamp.put(table, record);
     const auto replace = table.replace != nullptr ? table.replace : table.write;
     const uint32_t code = changed ? replace(&record) : table.restamp(&record);
-    if (code != MCAST6_DB_SUCCESS) throw libraryFailure(changed ? "replacing it" : "re-stamping it", code);
+    if (code != MCAST6_DB_SUCCESS) throw libraryFailure(doing(changed ? "replacing" : "re-stamping"), code);
     return changed ? Fate::kReplaced : Fate::kRestamped;
 }
 

@@ -44,38 +44,6 @@ uint32_t wordMember(const Json& entry, const char* name, const Word (&words)[kCo
     throw Refused(fmt::format("'{}' is '{}', which is unknown", name, printable(text)));
 }
 
-const Json& objectMember(const Json& entry, const char* name) {
-    static const Json kNone = Json::object();
-    if (!hasMember(entry, name)) return kNone;
-    const Json& value = entry.at(name);
-    if (!value.is_object()) throw Refused(fmt::format("'{}' is of type {}, not an object", name, value.type_name()));
-    return value;
-}
-
-std::string textOr(const Json& entry, const char* name) {
-    return hasMember(entry, name) ? textMember(entry, name) : "";
-}
-
-bool truthMember(const Json& entry, const char* name) {
-    if (!hasMember(entry, name)) return false;
-    const Json& value = entry.at(name);
-    if (value.is_boolean()) return value.get<bool>();
-    return numberMember(entry, name) != 0;
-}
-
-// The far end: an address, or the group that stands for all ends.
-void readRemote(const Json& settings, VxlanSettings& vxlan) {
-    for (const char* name : {"remote6", "group6", "remote", "group"}) {
-        const std::string text = textOr(settings, name);
-        if (text.empty()) continue;
-        vxlan.underlay = std::string_view(name).ends_with('6') ? 6 : 4;
-        const auto address = parseAddress(vxlan.underlay == 6 ? text : "::ffff:" + text);
-        if (!address) throw Refused(fmt::format("'{}' is '{}', not an address", name, printable(text)));
-        vxlan.remote = *address;
-        return;
-    }
-}
-
 BridgeSettings readBridge(const Json& settings) {
     BridgeSettings bridge;
     bridge.snooping = truthMember(settings, "mcast_snooping");
@@ -83,14 +51,6 @@ BridgeSettings readBridge(const Json& settings) {
     bridge.vlanSnooping = truthMember(settings, "mcast_vlan_snooping");
     bridge.mldVersion = numberOr(settings, "mcast_mld_version", 0);
     return bridge;
-}
-
-VxlanSettings readVxlan(const Json& settings) {
-    VxlanSettings vxlan;
-    vxlan.vni = numberOr(settings, "id", 0);
-    vxlan.udpPort = numberOr(settings, "port", 0);
-    readRemote(settings, vxlan);
-    return vxlan;
 }
 
 Device readDevice(const Json& entry) {
@@ -103,7 +63,7 @@ Device readDevice(const Json& entry) {
     device.kind = textOr(linkInfo, "info_kind");
     device.fastLeave = truthMember(objectMember(linkInfo, "info_slave_data"), "fastleave");
     if (device.kind == "bridge") device.bridge = readBridge(settings);
-    if (device.kind == "vxlan") device.vxlan = readVxlan(settings);
+    if (device.kind == "vxlan") device.vxlan = readTunnel(device.kind, settings);
     if (device.kind == "vlan") {
         device.vlanTag = static_cast<uint16_t>(numberMember(settings, "id"));
         device.lower = textOr(entry, "link");
@@ -176,17 +136,6 @@ std::string shownMember(const Json& entry, const char* name, const char* otherwi
 }
 
 }  // namespace
-
-uint32_t numberOr(const Json& entry, const char* name, uint32_t otherwise) {
-    return hasMember(entry, name) ? numberMember(entry, name) : otherwise;
-}
-
-const Json& listMember(const Json& entry, const char* name) {
-    if (!hasMember(entry, name)) throw Refused(fmt::format("'{}' is missing", name));
-    const Json& value = entry.at(name);
-    if (!value.is_array()) throw Refused(fmt::format("'{}' is of type {}, not a list", name, value.type_name()));
-    return value;
-}
 
 Devices Devices::fromLinks(const std::string& path, const Json& entries) {
     Devices devices;

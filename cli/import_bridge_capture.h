@@ -8,6 +8,7 @@
 
 #include "cli/json_input.h"
 #include "cli/link_table.h"
+#include "cli/tunnel.h"
 #include "mcast6_db/types.h"
 
 namespace mcast6::ctl {
@@ -23,13 +24,6 @@ struct BridgeSettings {
     bool vlanFiltering = false;
     bool vlanSnooping = false;
     uint32_t mldVersion = 0;
-};
-
-struct VxlanSettings {
-    uint32_t vni = 0;
-    uint32_t udpPort = 0;
-    uint8_t underlay = 0;     // IP version of the tunnel's ends; 0: not told
-    Mcast6Ipv6Addr remote{};  // all zero: none; IPv4 as ::ffff:a.b.c.d
 };
 
 struct VlanMembership {
@@ -48,7 +42,7 @@ struct Device {
     std::string lower;     // of a VLAN device, the one below
     uint16_t vlanTag = 0;  // of a VLAN device
     std::optional<BridgeSettings> bridge;
-    std::optional<VxlanSettings> vxlan;
+    std::optional<Tunnel> vxlan;
     std::map<uint32_t, VlanMembership> vlans;
 };
 
@@ -109,11 +103,5 @@ VlanMembership readMembership(const Json& entry);
 
 // The kind of a router port: 0 never, 1 learned, 2 permanent, or 'otherwise' where the capture does not tell. Throws Refused.
 uint32_t readRouterKind(const Json& entry, uint32_t otherwise);
-
-// A member that is a number, or 'otherwise' when it is missing. Throws Refused.
-uint32_t numberOr(const Json& entry, const char* name, uint32_t otherwise);
-
-// A member that is a list. Throws Refused.
-const Json& listMember(const Json& entry, const char* name);
 
 }  // namespace mcast6::ctl

@@ -19,21 +19,10 @@ constexpr KindName kKindNames[kRowKinds] = {
     {"router ports", "routerPorts"}, {"groups", "groups"},
 };
 
-std::vector<uint64_t> countTables() {
-    std::vector<uint64_t> counts;
-    for (const L2Table& table : l2Tables()) counts.push_back(table.count());
-    return counts;
-}
-
-FateCounts fatesOf(const std::map<std::string, FateCounts>& fates, const L2Table& table) {
-    const auto found = fates.find(table.databaseName);
-    return found == fates.end() ? FateCounts{} : found->second;
-}
-
 }  // namespace
 
 BridgeReport::BridgeReport(const Tool& tool, std::string source, uint32_t smoothVersion)
-    : tool_(tool), source_(std::move(source)), smoothVersion_(smoothVersion), before_(countTables()) {}
+    : tool_(tool), source_(std::move(source)), smoothVersion_(smoothVersion), changes_(l2Tables()) {}
 
 // Skipped rows are ordinary: the summary has their reasons.
 void BridgeReport::skipped(RowKind kind, const std::string& row, const std::string& reason) {
@@ -66,16 +55,7 @@ void BridgeReport::printText() const {
         printLine(
             fmt::format("{} skipped: {} ({})", kKindNames[static_cast<size_t>(what.first)].title, what.second, count));
     }
-    TextTable tables({"TABLE", "BEFORE", "NEW", "REPLACED", "RE-STAMPED", "AFTER"});
-    for (size_t position = 0; position < before_.size(); ++position) {
-        const L2Table& table = l2Tables()[position];
-        const FateCounts fates = fatesOf(fates_, table);
-        if (before_[position] == 0 && fates.sum() == 0) continue;
-        tables.row({table.name, std::to_string(before_[position]), std::to_string(fates[Fate::kNew]),
-                    std::to_string(fates[Fate::kReplaced]), std::to_string(fates[Fate::kRestamped]),
-                    std::to_string(table.count())});
-    }
-    tables.print();
+    changes_.print();
     printLine(fmt::format("{}, smooth version {}", source_, smoothVersion_));
 }
 
@@ -93,15 +73,9 @@ void BridgeReport::printJson() const {
         json.beginObject().member("of", kKindNames[static_cast<size_t>(what.first)].member);
         json.member("reason", what.second).member("count", count).endObject();
     }
-    json.endArray().beginArray("tables");
-    for (size_t position = 0; position < before_.size(); ++position) {
-        const L2Table& table = l2Tables()[position];
-        const FateCounts fates = fatesOf(fates_, table);
-        json.beginObject().member("table", table.databaseName).member("before", before_[position]);
-        json.member("new", fates[Fate::kNew]).member("replaced", fates[Fate::kReplaced]);
-        json.member("restamped", fates[Fate::kRestamped]).member("after", table.count()).endObject();
-    }
-    json.endArray().endObject();
+    json.endArray();
+    changes_.writeJson(json);
+    json.endObject();
     printLine(json.take());
 }
 

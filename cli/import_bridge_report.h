@@ -9,6 +9,7 @@
 
 #include "cli/command.h"
 #include "cli/import.h"
+#include "cli/import_tables.h"
 
 namespace mcast6::ctl {
 
@@ -29,7 +30,7 @@ public:
     void countRefused(RowKind kind) { ++rows_[static_cast<size_t>(kind)].refused; }
 
     // The fate of a record in the table of this name, "l2mc6_elb".
-    void count(const char* databaseName, Fate fate) { ++fates_[databaseName][fate]; }
+    void count(const char* databaseName, Fate fate) { changes_.count(databaseName, fate); }
 
     // The summary on standard output.
     void print() const;
@@ -51,8 +52,7 @@ private:
     uint32_t smoothVersion_;
     RowCounts rows_[kRowKinds];
     std::map<std::pair<RowKind, std::string>, uint64_t> skipReasons_;
-    std::map<std::string, FateCounts> fates_;
-    std::vector<uint64_t> before_;  // as l2Tables()
+    TableChanges changes_;
     uint64_t told_ = 0;
 };
 

@@ -28,18 +28,6 @@ namespace {
 constexpr uint32_t kIpv6 = 2;  // addrType
 constexpr uint32_t kBridgeDomainVr = 0;
 
-// Takes these members from the capture and leaves the host's own.
-template <class Record, auto... kMembers>
-bool mergeMembers([[maybe_unused]] const Record& captured, [[maybe_unused]] Record& stored) {
-    bool changed = false;
-    [[maybe_unused]] const auto take = [&](const auto& from, auto& to) {
-        changed |= std::memcmp(&from, &to, sizeof to) != 0;
-        std::memcpy(&to, &from, sizeof to);
-    };
-    (take(captured.*kMembers, stored.*kMembers), ...);
-    return changed;
-}
-
 // For tables that refuse to write over a record.
 template <class Record, uint32_t (*kRemove)(const Record*), uint32_t (*kWrite)(const Record*)>
 uint32_t removeAndWrite(const Record* record) {
@@ -53,214 +41,166 @@ uint32_t restampRoute(const Record* record) {
     return kUpdate(record, nullptr);
 }
 
-template <class Record>
-struct Destination {
-    const char* databaseName;
-    ImportTable<Record> table;
-};
-
 using Switch = L2McBdEnableEntry;
 using Global = MldGlobalEntry;
 using Vlan = L2VlanEnableEntry;
 using Port = VlanPortEntry;
 using Route = L2McBdRtEntry;
-using Tunnel = L2McBdRtVxlanEntry;
+using TunnelRoute = L2McBdRtVxlanEntry;
 using Mfib = L2Mc6MfibEntry;
 using Elb = L2Elb6Entry;
 
-constexpr Destination<Switch> kBdEnable{
+constexpr ImportTable<Switch> kBdEnable{
     .databaseName = "l2mc6_bd_enable",
-    .table =
-        {
-            .read = MCAST6_DB_ReadL2McBdEnable,
-            .absentCode = MCAST6_DB_NO_RECORD,
-            .write = MCAST6_DB_WriteL2McBdEnable,
-            .restamp = MCAST6_DB_UpdateL2McBdEnableSmoothVersion,
-            .merge = mergeMembers<Switch, &Switch::l2mcEnable, &Switch::mldVersion>,
-            .smoothVersion = &Switch::smoothVersion,
-        },
+    .read = MCAST6_DB_ReadL2McBdEnable,
+    .absentCode = MCAST6_DB_NO_RECORD,
+    .write = MCAST6_DB_WriteL2McBdEnable,
+    .restamp = MCAST6_DB_UpdateL2McBdEnableSmoothVersion,
+    .merge = mergeMembers<Switch, &Switch::l2mcEnable, &Switch::mldVersion>,
+    .smoothVersion = &Switch::smoothVersion,
 };
 
-constexpr Destination<Global> kGlobal{
+constexpr ImportTable<Global> kGlobal{
     .databaseName = "l2mc6_global_enable",
-    .table =
-        {
-            .read = MCAST6_DB_ReadMldGlobal,
-            .absentCode = MCAST6_DB_NO_RECORD,
-            .write = MCAST6_DB_WriteMldGlobal,
-            .restamp = MCAST6_DB_UpdateMldGlobalSmoothVersion,
-            .merge = mergeMembers<Global, &Global::cfgWord1>,
-            .smoothVersion = &Global::smoothVersion,
-            .replace = removeAndWrite<Global, MCAST6_DB_RemoveMldGlobal, MCAST6_DB_WriteMldGlobal>,
-        },
+    .read = MCAST6_DB_ReadMldGlobal,
+    .absentCode = MCAST6_DB_NO_RECORD,
+    .write = MCAST6_DB_WriteMldGlobal,
+    .restamp = MCAST6_DB_UpdateMldGlobalSmoothVersion,
+    .merge = mergeMembers<Global, &Global::cfgWord1>,
+    .smoothVersion = &Global::smoothVersion,
+    .replace = removeAndWrite<Global, MCAST6_DB_RemoveMldGlobal, MCAST6_DB_WriteMldGlobal>,
 };
 
 // The table has no operation that re-stamps; a write does the same.
-constexpr Destination<Vlan> kVlan{
+constexpr ImportTable<Vlan> kVlan{
     .databaseName = "l2mc6_vlan_enable",
-    .table =
-        {
-            .read = MCAST6_DB_ReadL2VlanEnableCfg,
-            .absentCode = MCAST6_DB_NO_RECORD,
-            .write = MCAST6_DB_WriteL2VlanEnableCfg,
-            .restamp = MCAST6_DB_WriteL2VlanEnableCfg,
-            .merge = mergeMembers<Vlan, &Vlan::l2mcEnable, kVlanMldVersion, kVlanQuerier>,
-            .smoothVersion = kVlanSmoothVersion,
-        },
+    .read = MCAST6_DB_ReadL2VlanEnableCfg,
+    .absentCode = MCAST6_DB_NO_RECORD,
+    .write = MCAST6_DB_WriteL2VlanEnableCfg,
+    .restamp = MCAST6_DB_WriteL2VlanEnableCfg,
+    .merge = mergeMembers<Vlan, &Vlan::l2mcEnable, kVlanMldVersion, kVlanQuerier>,
+    .smoothVersion = kVlanSmoothVersion,
 };
 
 // The update renews the smooth time as well, which the table's smooth operation leaves.
-constexpr Destination<Port> kVlanPort{
+constexpr ImportTable<Port> kVlanPort{
     .databaseName = "l2mc6_vlan_port",
-    .table =
-        {
-            .read = MCAST6_DB_ReadVlanPort,
-            .absentCode = MCAST6_DB_NO_RECORD,
-            .write = MCAST6_DB_WriteVlanPort,
-            .restamp = MCAST6_DB_UpdateVlanPort,
-            .merge = mergeMembers<Port, &Port::portAttr, &Port::cfgWord1>,
-            .smoothVersion = &Port::smoothVersion,
-            .replace = removeAndWrite<Port, MCAST6_DB_RemoveVlanPort, MCAST6_DB_WriteVlanPort>,
-        },
+    .read = MCAST6_DB_ReadVlanPort,
+    .absentCode = MCAST6_DB_NO_RECORD,
+    .write = MCAST6_DB_WriteVlanPort,
+    .restamp = MCAST6_DB_UpdateVlanPort,
+    .merge = mergeMembers<Port, &Port::portAttr, &Port::cfgWord1>,
+    .smoothVersion = &Port::smoothVersion,
+    .replace = removeAndWrite<Port, MCAST6_DB_RemoveVlanPort, MCAST6_DB_WriteVlanPort>,
 };
 
-constexpr Destination<Route> kUntaggedRoute{
+constexpr ImportTable<Route> kUntaggedRoute{
     .databaseName = "l2mc6_bd_untag_rt",
-    .table =
-        {
-            .read = MCAST6_DB_ReadL2McBdUntagRt,
-            .absentCode = MCAST6_DB_NO_RECORD,
-            .write = MCAST6_DB_WriteL2McBdUntagRt,
-            .restamp = restampRoute<Route, MCAST6_DB_UpdateL2McBdUntagRtSmoothVersion>,
-            .merge = mergeMembers<Route, &Route::rtAttr>,
-            .smoothVersion = &Route::smoothVersion,
-        },
+    .read = MCAST6_DB_ReadL2McBdUntagRt,
+    .absentCode = MCAST6_DB_NO_RECORD,
+    .write = MCAST6_DB_WriteL2McBdUntagRt,
+    .restamp = restampRoute<Route, MCAST6_DB_UpdateL2McBdUntagRtSmoothVersion>,
+    .merge = mergeMembers<Route, &Route::rtAttr>,
+    .smoothVersion = &Route::smoothVersion,
 };
 
-constexpr Destination<Route> kTaggedRoute{
+constexpr ImportTable<Route> kTaggedRoute{
     .databaseName = "l2mc6_bd_tag_rt",
-    .table =
-        {
-            .read = MCAST6_DB_ReadL2McBdTagRt,
-            .absentCode = MCAST6_DB_NO_RECORD,
-            .write = MCAST6_DB_WriteL2McBdTagRt,
-            .restamp = restampRoute<Route, MCAST6_DB_UpdateL2McBdTagRtSmoothVersion>,
-            .merge = mergeMembers<Route, &Route::rtAttr>,
-            .smoothVersion = &Route::smoothVersion,
-        },
+    .read = MCAST6_DB_ReadL2McBdTagRt,
+    .absentCode = MCAST6_DB_NO_RECORD,
+    .write = MCAST6_DB_WriteL2McBdTagRt,
+    .restamp = restampRoute<Route, MCAST6_DB_UpdateL2McBdTagRtSmoothVersion>,
+    .merge = mergeMembers<Route, &Route::rtAttr>,
+    .smoothVersion = &Route::smoothVersion,
 };
 
-constexpr Destination<Tunnel> kTunnelRoute{
+constexpr ImportTable<TunnelRoute> kTunnelRoute{
     .databaseName = "l2mc6_bd_rt_vxlan_elb",
-    .table =
-        {
-            .read = MCAST6_DB_ReadL2Mc6BdRtVxlanElb,
-            .absentCode = MCAST6_DB_NO_RECORD,
-            .write = MCAST6_DB_WriteL2Mc6BdRtVxlanElb,
-            .restamp = restampRoute<Tunnel, MCAST6_DB_UpdateL2Mc6BdRtVxlanElbSmoothVersion>,
-            .merge = mergeMembers<Tunnel, &Tunnel::rtAttr>,
-            .smoothVersion = &Tunnel::smoothVersion,
-            .appSrcPid = &Tunnel::appSrcPid,
-        },
+    .read = MCAST6_DB_ReadL2Mc6BdRtVxlanElb,
+    .absentCode = MCAST6_DB_NO_RECORD,
+    .write = MCAST6_DB_WriteL2Mc6BdRtVxlanElb,
+    .restamp = restampRoute<TunnelRoute, MCAST6_DB_UpdateL2Mc6BdRtVxlanElbSmoothVersion>,
+    .merge = mergeMembers<TunnelRoute, &TunnelRoute::rtAttr>,
+    .smoothVersion = &TunnelRoute::smoothVersion,
+    .appSrcPid = &TunnelRoute::appSrcPid,
 };
 
-constexpr Destination<Mfib> kBdMfib{
+constexpr ImportTable<Mfib> kBdMfib{
     .databaseName = "l2mc6_bd_mfib",
-    .table =
-        {
-            .read = MCAST6_DB_ReadL2BdMfib6Fast,
-            .absentCode = MCAST6_DB_NO_RECORD,
-            .write = MCAST6_DB_WriteL2BdMfib6,
-            .restamp = MCAST6_DB_UpdateL2BdMfib6SmoothVersion,
-            .merge = mergeMembers<Mfib>,
-            .smoothVersion = &Mfib::smoothVersion,
-            .appSrcPid = &Mfib::appSrcPid,
-        },
+    .read = MCAST6_DB_ReadL2BdMfib6Fast,
+    .absentCode = MCAST6_DB_NO_RECORD,
+    .write = MCAST6_DB_WriteL2BdMfib6,
+    .restamp = MCAST6_DB_UpdateL2BdMfib6SmoothVersion,
+    .merge = mergeMembers<Mfib>,
+    .smoothVersion = &Mfib::smoothVersion,
+    .appSrcPid = &Mfib::appSrcPid,
 };
 
-constexpr Destination<Mfib> kVlanMfib{
+constexpr ImportTable<Mfib> kVlanMfib{
     .databaseName = "l2mc6_vlan_mfib",
-    .table =
-        {
-            .read = MCAST6_DB_ReadVlanMfib6Fast,
-            .absentCode = MCAST6_DB_NO_RECORD,
-            .write = MCAST6_DB_WriteVlanMfib6,
-            .restamp = MCAST6_DB_UpdateVlanMfib6SmoothVersion,
-            .merge = mergeMembers<Mfib, &Mfib::groupMaskLen, &Mfib::sourceMaskLen>,
-            .smoothVersion = &Mfib::smoothVersion,
-            .appSrcPid = &Mfib::appSrcPid,
-        },
+    .read = MCAST6_DB_ReadVlanMfib6Fast,
+    .absentCode = MCAST6_DB_NO_RECORD,
+    .write = MCAST6_DB_WriteVlanMfib6,
+    .restamp = MCAST6_DB_UpdateVlanMfib6SmoothVersion,
+    .merge = mergeMembers<Mfib, &Mfib::groupMaskLen, &Mfib::sourceMaskLen>,
+    .smoothVersion = &Mfib::smoothVersion,
+    .appSrcPid = &Mfib::appSrcPid,
 };
 
-constexpr Destination<Elb> kVlanMember{
+constexpr ImportTable<Elb> kVlanMember{
     .databaseName = "l2mc6_elb",
-    .table =
-        {
-            .read = MCAST6_DB_ReadL2Elb6,
-            .absentCode = MCAST6_DB_NO_SUCH_RECORD,
-            .write = MCAST6_DB_WriteL2Elb6,
-            .restamp = MCAST6_DB_UpdateL2Elb6SmoothVersion,
-            .merge = mergeMembers<Elb, &Elb::pathFlags, &Elb::elbByte1>,
-            .smoothVersion = &Elb::smoothVersion,
-            .appSrcPid = &Elb::appSrcPid,
-        },
+    .read = MCAST6_DB_ReadL2Elb6,
+    .absentCode = MCAST6_DB_NO_SUCH_RECORD,
+    .write = MCAST6_DB_WriteL2Elb6,
+    .restamp = MCAST6_DB_UpdateL2Elb6SmoothVersion,
+    .merge = mergeMembers<Elb, &Elb::pathFlags, &Elb::elbByte1>,
+    .smoothVersion = &Elb::smoothVersion,
+    .appSrcPid = &Elb::appSrcPid,
 };
 
-constexpr Destination<Elb> kUntaggedMember{
+constexpr ImportTable<Elb> kUntaggedMember{
     .databaseName = "l2mc6_bd_untag_elb",
-    .table =
-        {
-            .read = MCAST6_DB_ReadL2McBdUntagElb,
-            .absentCode = MCAST6_DB_NO_SUCH_RECORD,
-            .write = MCAST6_DB_WriteL2McBdUntagElb,
-            .restamp = MCAST6_DB_UpdateL2McBdUntagElbSmoothVersion,
-            .merge = mergeMembers<Elb, &Elb::pathFlags, &Elb::elbByte1>,
-            .smoothVersion = &Elb::smoothVersion,
-            .appSrcPid = &Elb::appSrcPid,
-        },
+    .read = MCAST6_DB_ReadL2McBdUntagElb,
+    .absentCode = MCAST6_DB_NO_SUCH_RECORD,
+    .write = MCAST6_DB_WriteL2McBdUntagElb,
+    .restamp = MCAST6_DB_UpdateL2McBdUntagElbSmoothVersion,
+    .merge = mergeMembers<Elb, &Elb::pathFlags, &Elb::elbByte1>,
+    .smoothVersion = &Elb::smoothVersion,
+    .appSrcPid = &Elb::appSrcPid,
 };
 
-constexpr Destination<Elb> kTaggedMember{
+constexpr ImportTable<Elb> kTaggedMember{
     .databaseName = "l2mc6_bd_tag_elb",
-    .table =
-        {
-            .read = MCAST6_DB_ReadL2McBdTagElb,
-            .absentCode = MCAST6_DB_NO_SUCH_RECORD,
-            .write = MCAST6_DB_WriteL2McBdTagElb,
-            .restamp = MCAST6_DB_UpdateL2McBdTagElbSmoothVersion,
-            .merge = mergeMembers<Elb, &Elb::pathFlags, &Elb::elbByte1>,
-            .smoothVersion = &Elb::smoothVersion,
-            .appSrcPid = &Elb::appSrcPid,
-        },
+    .read = MCAST6_DB_ReadL2McBdTagElb,
+    .absentCode = MCAST6_DB_NO_SUCH_RECORD,
+    .write = MCAST6_DB_WriteL2McBdTagElb,
+    .restamp = MCAST6_DB_UpdateL2McBdTagElbSmoothVersion,
+    .merge = mergeMembers<Elb, &Elb::pathFlags, &Elb::elbByte1>,
+    .smoothVersion = &Elb::smoothVersion,
+    .appSrcPid = &Elb::appSrcPid,
 };
 
-constexpr Destination<Elb> kTunnelMember{
+constexpr ImportTable<Elb> kTunnelMember{
     .databaseName = "l2mc6_bd_vxlan_elb",
-    .table =
-        {
-            .read = MCAST6_DB_ReadL2Mc6BdVxlanElb,
-            .absentCode = MCAST6_DB_NO_SUCH_RECORD,
-            .write = MCAST6_DB_WriteL2Mc6BdVxlanElb,
-            .restamp = MCAST6_DB_UpdateL2Mc6BdVxlanElbSmoothVersion,
-            .merge = mergeMembers<Elb, &Elb::pathFlags, &Elb::vxlanFlag, &Elb::outIfIndex, &Elb::vxlanWord2,
-                                  &Elb::vxlanWords3to6>,
-            .smoothVersion = &Elb::smoothVersion,
-            .appSrcPid = &Elb::appSrcPid,
-        },
+    .read = MCAST6_DB_ReadL2Mc6BdVxlanElb,
+    .absentCode = MCAST6_DB_NO_SUCH_RECORD,
+    .write = MCAST6_DB_WriteL2Mc6BdVxlanElb,
+    .restamp = MCAST6_DB_UpdateL2Mc6BdVxlanElbSmoothVersion,
+    .merge =
+        mergeMembers<Elb, &Elb::pathFlags, &Elb::vxlanFlag, &Elb::outIfIndex, &Elb::vxlanWord2, &Elb::vxlanWords3to6>,
+    .smoothVersion = &Elb::smoothVersion,
+    .appSrcPid = &Elb::appSrcPid,
 };
-
-// Stamps 'record' and brings it into its table.
-template <class Record>
-void bring(BridgeReport& report, const Destination<Record>& to, Record record, uint32_t smoothVersion, uint32_t pid) {
-    record.*to.table.smoothVersion = smoothVersion;
-    if (to.table.appSrcPid != nullptr) record.*to.table.appSrcPid = pid;
-    report.count(to.databaseName, importRecord(to.table, record));
-}
 
 }  // namespace
 
 BridgeTables::BridgeTables(BridgeReport& report, uint32_t smoothVersion)
-    : report_(report), smoothVersion_(smoothVersion), pid_(static_cast<uint32_t>(getpid())) {}
+    : report_(report), stamp_{smoothVersion, static_cast<uint32_t>(getpid())} {}
+
+template <class Record>
+void BridgeTables::bring(const ImportTable<Record>& table, const Record& record) {
+    report_.count(table.databaseName, importRecord(table, record, stamp_));
+}
 
 void BridgeTables::bridge(const Device& bridge) {
     Switch record{};
@@ -269,12 +209,12 @@ void BridgeTables::bridge(const Device& bridge) {
     record.addrType = kIpv6;
     record.l2mcEnable = bridge.bridge->snooping ? 1 : 0;
     record.mldVersion = bridge.bridge->mldVersion;
-    bring(report_, kBdEnable, record, smoothVersion_, pid_);
+    bring(kBdEnable, record);
     if (!bridge.bridge->vlanFiltering) return;
     Global global{};
     global.keyId1 = bridge.index;
     global.cfgWord1 = bridge.bridge->snooping && bridge.bridge->vlanSnooping ? 1 : 0;
-    bring(report_, kGlobal, global, smoothVersion_, pid_);
+    bring(kGlobal, global);
 }
 
 void BridgeTables::vlan(const Device& bridge, uint32_t vlanId, bool snooping, bool querier, uint32_t mldVersion) {
@@ -284,7 +224,7 @@ void BridgeTables::vlan(const Device& bridge, uint32_t vlanId, bool snooping, bo
     record.l2mcEnable = snooping ? 1 : 0;
     record.*kVlanQuerier = querier ? 1 : 0;
     record.*kVlanMldVersion = mldVersion;
-    bring(report_, kVlan, record, smoothVersion_, pid_);
+    bring(kVlan, record);
 }
 
 void BridgeTables::vlanPort(const Device& bridge, const Device& port, uint32_t vlanId,
@@ -295,7 +235,7 @@ void BridgeTables::vlanPort(const Device& bridge, const Device& port, uint32_t v
     record.keyId4 = port.index;
     record.portAttr = (membership.untagged ? kUntaggedPort : 0U) | (membership.pvid ? kPvidPort : 0U);
     record.cfgWord1 = membership.mcastRouter;
-    bring(report_, kVlanPort, record, smoothVersion_, pid_);
+    bring(kVlanPort, record);
 }
 
 void BridgeTables::routerPort(const Device& bridge, const Device& port, uint32_t vlanId, const Tags& tags,
@@ -309,14 +249,14 @@ void BridgeTables::routerPort(const Device& bridge, const Device& port, uint32_t
         return record;
     };
     if (port.vxlan) {
-        Tunnel record = fill(Tunnel{});
-        record.rtKeyWord3 = port.vxlan->vni;
-        return bring(report_, kTunnelRoute, record, smoothVersion_, pid_);
+        TunnelRoute record = fill(TunnelRoute{});
+        record.rtKeyWord3 = port.vxlan->id;
+        return bring(kTunnelRoute, record);
     }
     Route record = fill(Route{});
     record.tagVid1 = tags.outer;
     record.tagVid2 = tags.inner;
-    bring(report_, tags.tagged ? kTaggedRoute : kUntaggedRoute, record, smoothVersion_, pid_);
+    bring(tags.tagged ? kTaggedRoute : kUntaggedRoute, record);
 }
 
 void BridgeTables::entry(const GroupRow& row) {
@@ -330,7 +270,7 @@ void BridgeTables::entry(const GroupRow& row) {
         record.groupMaskLen = 128;
         record.sourceMaskLen = isAnyAddress(row.source) ? 0 : 128;
     }
-    bring(report_, row.vlanId == 0 ? kBdMfib : kVlanMfib, record, smoothVersion_, pid_);
+    bring(row.vlanId == 0 ? kBdMfib : kVlanMfib, record);
 }
 
 void BridgeTables::member(const GroupRow& row, const Tags& tags) {
@@ -345,21 +285,21 @@ void BridgeTables::member(const GroupRow& row, const Tags& tags) {
         record.vrId = row.bridge->index;
         record.vlanId = row.vlanId;
         record.userVlanId = tags.outer;
-        return bring(report_, kVlanMember, record, smoothVersion_, pid_);
+        return bring(kVlanMember, record);
     }
     record.vrId = kBridgeDomainVr;
     record.bdId = row.bridge->index;
     if (const auto& tunnel = row.port->vxlan) {
         record.vxlanByte = tunnel->underlay;
-        record.vxlanWord1 = tunnel->vni;
+        record.vxlanWord1 = tunnel->id;
         record.vxlanWord2 = tunnel->udpPort;
         record.vxlanFlag = row.protocol;
         std::copy(std::begin(tunnel->remote.word), std::end(tunnel->remote.word), record.vxlanWords3to6);
-        return bring(report_, kTunnelMember, record, smoothVersion_, pid_);
+        return bring(kTunnelMember, record);
     }
     record.tagVid1 = tags.outer;
     record.tagVid2 = tags.inner;
-    bring(report_, tags.tagged ? kTaggedMember : kUntaggedMember, record, smoothVersion_, pid_);
+    bring(tags.tagged ? kTaggedMember : kUntaggedMember, record);
 }
 
 }  // namespace mcast6::ctl

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 
+#include "cli/import.h"
 #include "cli/import_bridge_capture.h"
 #include "cli/import_bridge_report.h"
 
@@ -21,9 +22,11 @@ public:
     void member(const GroupRow& row, const Tags& tags);
 
 private:
+    template <class Record>
+    void bring(const ImportTable<Record>& table, const Record& record);
+
     BridgeReport& report_;
-    uint32_t smoothVersion_;
-    uint32_t pid_;
+    Stamp stamp_;
 };
 
 }  // namespace mcast6::ctl

@@ -1,78 +1,44 @@
-// import mroute: the kernel's IPv6 multicast routes into l3mc6_mfib. docs/mcast6ctl.md tells how a route's members map.
+// import mroute: the kernel's IPv6 multicast routes into the layer-3 tables. docs/mcast6ctl.md tells how a route's members map.
 #include <fmt/format.h>
-#include <unistd.h>
 
 #include <map>
-#include <optional>
+#include <set>
 #include <tuple>
 #include <utility>
 
 #include "cli/command.h"
 #include "cli/failure.h"
 #include "cli/import.h"
+#include "cli/import_mroute_report.h"
+#include "cli/import_mroute_tables.h"
 #include "cli/json_input.h"
 #include "cli/route.h"
+#include "cli/table_l3.h"
 #include "cli/text.h"
-#include "mcast6_db/l3mc6_mfib.h"
-#include "mcast6_db/l3mc6_mfib_query.h"
-#include "mcast6_platform/engine.h"
 
 namespace mcast6::ctl {
 namespace {
-
-using E = L3Mc6MfibEntry;
-constexpr uint32_t kIpv6 = 2;  // addrType
-
-// The host's own attributes of a stored entry outlive an import.
-bool mergeEntry(const E& captured, E& stored) {
-    const bool changed = stored.inIfIndex != captured.inIfIndex || stored.regIfIndex != captured.regIfIndex;
-    stored.inIfIndex = captured.inIfIndex;
-    stored.regIfIndex = captured.regIfIndex;
-    return changed;
-}
-
-constexpr ImportTable<E> kTable{
-    .read = MCAST6_DB_ReadL3MfibFast,
-    .absentCode = MCAST6_DB_NO_SUCH_RECORD,
-    .write = MCAST6_DB_WriteL3Mfib,
-    .restamp = MCAST6_DB_UpdateL3MfibSmoothVersion,
-    .merge = mergeEntry,
-    .smoothVersion = &E::smoothVersion,
-    .appSrcPid = &E::appSrcPid,
-};
 
 class RouteImport {
 public:
     RouteImport(const Tool& tool, const Arguments& arguments)
         : file_(inputName(arguments.text("FILE"))),
-          vrId_(arguments.number("vr", 0)),
-          smoothVersion_(arguments.number("smooth-version", 0)),
           strict_(arguments.has("strict")),
-          report_(tool, file_) {}
+          changes_(l3Tables()),
+          tables_(changes_, arguments.number("vr", 0), arguments.number("smooth-version", 0)),
+          report_(tool, file_, arguments.number("smooth-version", 0)) {}
 
     void run(const Json& entries, const LinkTable* links) {
-        const uint64_t before = tableSize();
         try {
             importAll(entries, links);
         } catch (const Failure&) {
-            if (!report_.empty()) summarize(before);
+            if (!report_.empty()) report_.print(changes_);
             throw;
         }
-        summarize(before);
+        report_.print(changes_);
     }
 
 private:
-    void summarize(uint64_t before) const {
-        report_.print({"l3-mfib", "l3mc6_mfib", smoothVersion_, before, tableSize()});
-    }
-
-    static uint64_t tableSize() {
-        uint32_t count = 0;
-        const uint32_t code = MCAST6_DB_GetL3MfibCnt(&count);
-        if (code != MCAST6_DB_SUCCESS) throw libraryFailure("counting l3mc6_mfib", code);
-        return count;
-    }
-
     void importAll(const Json& entries, const LinkTable* links) {
         Progress progress(fmt::format("importing {}", file_), entries.size());
         for (size_t position = 0; position < entries.size(); ++position) {
@@ -82,6 +48,7 @@ private:
                 importOne(entry, position + 1, links);
             } catch (const Unresolved& reason) {
                 progress.clear();
+                seeVrf(routeTable(entry));
                 setAside(entry, position + 1, Fate::kSkipped, fmt::format("skipped: {}", reason.what()));
             } catch (const Refused& reason) {
                 progress.clear();
@@ -98,17 +65,14 @@ private:
         if (!isFirst) {
             throw Refused(fmt::format("entry {} has the same table, source and group", first->second));
         }
-        E record{};
-        record.vrId = vrId_;
-        record.vrfId = route.table;
-        record.addrType = kIpv6;
-        record.groupAddr = route.group;
-        record.sourceAddr = route.source;
-        record.inIfIndex = route.inIfIndex;
-        record.regIfIndex = route.regIfIndex;
-        record.appSrcPid = static_cast<uint32_t>(getpid());
-        record.smoothVersion = smoothVersion_;
-        report_.count(route.table, importRecord(kTable, record));
+        seeVrf(route.table);
+        report_.count(route.table, tables_.route(route));
+        report_.countOutgoing(route.outgoing.size());
+    }
+
+    // A VRF has its configuration once it is known to have routes, be it that none of them can forward.
+    void seeVrf(uint32_t vrfId) {
+        if (vrfs_.insert(vrfId).second) tables_.vrf(vrfId);
     }
 
     // Counts and tells an entry that is not imported; with --strict a refused one ends the import.
@@ -137,11 +101,12 @@ private:
     static Key keyOf(const Route& route) { return {route.table, wordsOf(route.source), wordsOf(route.group)}; }
 
     std::string file_;
-    uint32_t vrId_;
-    uint32_t smoothVersion_;
     bool strict_;
-    ImportReport report_;
+    TableChanges changes_;
+    RouteTables tables_;
+    RouteReport report_;
     std::map<Key, size_t> seen_;  // entry numbers
+    std::set<uint32_t> vrfs_;
 };
 
 void importMroute(Tool& tool, const Arguments& arguments) {
@@ -161,7 +126,7 @@ void addImportMroute(Commands& commands) {
     commands.push_back(
         {"import",
          "mroute",
-         "Import a capture of `ip -6 -j -s mroute show table all` into l3-mfib",
+         "Import a capture of `ip -6 -j -s mroute show table all` into the layer-3 tables",
          {positional("FILE", "The capture, plain or gzip-compressed; - is standard input"),
           valueOption("links", "FILE", "The capture of `ip -j -d link` of the same network namespace"),
           valueOption("smooth-version", "N", "Smooth version that all entries of the capture get; 0 unless given"),

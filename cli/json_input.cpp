@@ -119,4 +119,33 @@ uint32_t numberMember(const Json& entry, const char* name) {
     return value.get<uint32_t>();
 }
 
+const Json& listMember(const Json& entry, const char* name) {
+    const Json& value = member(entry, name);
+    if (!value.is_array()) throw Refused(fmt::format("'{}' is of type {}, not a list", name, value.type_name()));
+    return value;
+}
+
+std::string textOr(const Json& entry, const char* name) {
+    return hasMember(entry, name) ? textMember(entry, name) : "";
+}
+
+uint32_t numberOr(const Json& entry, const char* name, uint32_t otherwise) {
+    return hasMember(entry, name) ? numberMember(entry, name) : otherwise;
+}
+
+bool truthMember(const Json& entry, const char* name) {
+    if (!hasMember(entry, name)) return false;
+    const Json& value = entry.at(name);
+    if (value.is_boolean()) return value.get<bool>();
+    return numberMember(entry, name) != 0;
+}
+
+const Json& objectMember(const Json& entry, const char* name) {
+    static const Json kNone = Json::object();
+    if (!hasMember(entry, name)) return kNone;
+    const Json& value = entry.at(name);
+    if (!value.is_object()) throw Refused(fmt::format("'{}' is of type {}, not an object", name, value.type_name()));
+    return value;
+}
+
 }  // namespace mcast6::ctl

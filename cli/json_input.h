@@ -29,5 +29,11 @@ Json readJsonList(const std::string& path, const char* what);
 bool hasMember(const Json& entry, const char* name);
 std::string textMember(const Json& entry, const char* name);
 uint32_t numberMember(const Json& entry, const char* name);
+const Json& listMember(const Json& entry, const char* name);
+// One that is missing is "", 'otherwise', false, an empty object.
+std::string textOr(const Json& entry, const char* name);
+uint32_t numberOr(const Json& entry, const char* name, uint32_t otherwise);
+bool truthMember(const Json& entry, const char* name);
+const Json& objectMember(const Json& entry, const char* name);
 
 }  // namespace mcast6::ctl

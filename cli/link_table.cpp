@@ -11,15 +11,25 @@
 namespace mcast6::ctl {
 namespace {
 
+uint16_t readVlanId(const Json& settings) {
+    constexpr uint32_t kLargest = 4094;
+    const uint32_t vlanId = numberMember(settings, "id");
+    if (vlanId > kLargest) throw Refused(fmt::format("'id' is {}, not a VLAN from 0 to {}", vlanId, kLargest));
+    return static_cast<uint16_t>(vlanId);
+}
+
 Link readLink(const Json& entry) {
     Link link;
     link.index = numberMember(entry, "ifindex");
     link.name = textMember(entry, "ifname");
     if (link.index == 0) throw Refused("'ifindex' is 0");
-    const std::string type = hasMember(entry, "link_type") ? textMember(entry, "link_type") : "";
-    if (hasMember(entry, "linkinfo") && hasMember(entry.at("linkinfo"), "info_kind")) {
-        link.kind = textMember(entry.at("linkinfo"), "info_kind");
-    }
+    const std::string type = textOr(entry, "link_type");
+    const Json& linkInfo = objectMember(entry, "linkinfo");
+    const Json& settings = objectMember(linkInfo, "info_data");
+    link.kind = textOr(linkInfo, "info_kind");
+    link.master = textOr(entry, "master");
+    if (link.kind == "vlan") link.vlanId = readVlanId(settings);
+    if (isTunnel(link.kind)) link.tunnel = readTunnel(link.kind, settings);
     link.isRegister = type == "pimreg" || (type.empty() && link.name.starts_with("pim6reg"));
     return link;
 }
@@ -39,6 +49,10 @@ LinkTable LinkTable::fromEntries(const std::string& path, const Json& entries) {
         } catch (const Refused& refused) {
             throw Failure(fmt::format("{}: link {}: {}", inputName(path), position + 1, refused.what()));
         }
+    }
+    for (auto& named : table.byName_) {
+        const Link* master = table.byName(named.second.master);
+        if (master != nullptr && master->kind == "bridge") named.second.bridge = master->index;
     }
     return table;
 }

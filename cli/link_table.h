@@ -3,8 +3,11 @@
 
 #include <cstdint>
 #include <nlohmann/json_fwd.hpp>
+#include <optional>
 #include <string>
 #include <unordered_map>
+
+#include "cli/tunnel.h"
 
 namespace mcast6::ctl {
 
@@ -13,6 +16,10 @@ struct Link {
     std::string name;
     std::string kind;         // "bridge", "vlan", "vxlan", ...; empty where the link list does not tell
     bool isRegister = false;  // the PIM register interface of a routing table: pim6reg, pim6regTABLE
+    uint16_t vlanId = 0;      // of a VLAN device
+    std::string master;       // the link that it is a port of
+    uint32_t bridge = 0;      // the index of that link where it is a bridge; 0: none
+    std::optional<Tunnel> tunnel;
 };
 
 class LinkTable {

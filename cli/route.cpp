@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+
 #include "cli/failure.h"
 #include "cli/text.h"
 
@@ -34,21 +36,30 @@ void checkResolved(const Json& entry) {
     if (textMember(entry, "iif") == kUnresolved) throw Unresolved("the route has no incoming interface");
 }
 
-// The register interface among the outgoing ones, or 0.
-uint32_t outgoingRegister(const Json& entry, const LinkTable* links) {
-    if (!hasMember(entry, "multipath")) return 0;
-    const Json& paths = entry.at("multipath");
-    if (!paths.is_array()) throw Refused(fmt::format("'multipath' is of type {}, not a list", paths.type_name()));
-    uint32_t index = 0;
+std::vector<const Link*> outgoingLinks(const Json& entry, const LinkTable* links) {
+    std::vector<const Link*> outgoing;
+    if (!hasMember(entry, "multipath")) return outgoing;
+    const Json& paths = listMember(entry, "multipath");
     for (size_t position = 0; position < paths.size(); ++position) {
         try {
             const Link& link = linkMember(paths[position], "oif", links);
-            if (link.isRegister) index = link.index;
+            if (std::find(outgoing.begin(), outgoing.end(), &link) != outgoing.end()) {
+                throw Refused(fmt::format("the interface '{}' is there twice", printable(link.name)));
+            }
+            outgoing.push_back(&link);
         } catch (const Refused& refused) {
             throw Refused(fmt::format("'multipath' {}: {}", position + 1, refused.what()));
         }
     }
-    return index;
+    return outgoing;
+}
+
+// The register interface that a route with these interfaces uses, or 0.
+uint32_t registerOf(const Link& incoming, const std::vector<const Link*>& outgoing) {
+    if (incoming.isRegister) return incoming.index;
+    const auto found =
+        std::find_if(outgoing.begin(), outgoing.end(), [](const Link* link) { return link->isRegister; });
+    return found == outgoing.end() ? 0 : (*found)->index;
 }
 
 std::string shownMember(const Json& entry, const char* name) {
@@ -79,9 +90,9 @@ Route readRoute(const Json& entry, const LinkTable* links) {
     }
     checkResolved(entry);
     const Link& incoming = linkMember(entry, "iif", links);
-    const uint32_t outgoing = outgoingRegister(entry, links);
+    route.outgoing = outgoingLinks(entry, links);
     route.inIfIndex = incoming.index;
-    route.regIfIndex = incoming.isRegister ? incoming.index : outgoing;
+    route.regIfIndex = registerOf(incoming, route.outgoing);
     return route;
 }
 

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 #include "cli/json_input.h"
 #include "cli/link_table.h"
@@ -16,7 +17,8 @@ struct Route {
     Mcast6Ipv6Addr source{};  // all zero: any source
     Mcast6Ipv6Addr group{};   // all zero: any group
     uint32_t inIfIndex = 0;
-    uint32_t regIfIndex = 0;  // the register interface that the route comes in or goes out by; 0: neither
+    uint32_t regIfIndex = 0;            // the register interface that the route comes in or goes out by; 0: neither
+    std::vector<const Link*> outgoing;  // each once; of the link list
 };
 
 // A route that is right and yet cannot forward: it has no incoming interface.

@@ -85,8 +85,8 @@ void setEntry(Tool& tool, const Arguments& arguments) {
 
 }  // namespace
 
-L2Table bdEnableTable() {
-    L2Table table = l2Table(kTable);
+StoredTable bdEnableTable() {
+    StoredTable table = storedTable(kTable);
     table.addCommands = nullptr;
     return table;
 }

@@ -1,4 +1,4 @@
-// show, count and smooth for every table that table.h can describe.
+// show, count, smooth and delete for every table that table.h can describe.
 #pragma once
 
 #include <fmt/format.h>
@@ -44,8 +44,9 @@ std::vector<const Filter<Record>*> givenFilters(const Table<Record>& table, cons
         if (arguments.has(filter.option.name)) given.push_back(&filter);
     }
     for (size_t position = 0; position < given.size(); ++position) {
-        const char* needed = given[position]->needs;
-        if (needed != nullptr && !arguments.has(needed)) given.push_back(&filterNamed(table, needed));
+        if (given[position]->needs == nullptr) continue;
+        const Filter<Record>* needed = &filterNamed(table, given[position]->needs);
+        if (std::find(given.begin(), given.end(), needed) == given.end()) given.push_back(needed);
     }
     return given;
 }
@@ -55,7 +56,14 @@ bool takes(const Query<Record>& query, const Filter<Record>* filter) {
     return std::find(query.takes.begin(), query.takes.end(), filter->option.name) != query.takes.end();
 }
 
-// Chooses the first query whose filters are all given.
+// The query by the table's key.
+template <class Record>
+const Query<Record>& keyQuery(const Table<Record>& table) {
+    return *std::find_if(table.queries.begin(), table.queries.end(),
+                         [](const Query<Record>& query) { return query.find != nullptr; });
+}
+
+// Chooses the first query whose filters are all given, with values that it can answer.
 template <class Record>
 Selection<Record> select(const Tool& tool, const Table<Record>& table, const Arguments& arguments) {
     Selection<Record> selection;
@@ -67,7 +75,8 @@ Selection<Record> select(const Tool& tool, const Table<Record>& table, const Arg
     selection.query = &*std::find_if(table.queries.begin(), table.queries.end(), [&](const Query<Record>& query) {
         const auto served =
             std::count_if(given.begin(), given.end(), [&](const auto* filter) { return takes(query, filter); });
-        return static_cast<size_t>(served) == query.takes.size();
+        return static_cast<size_t>(served) == query.takes.size() &&
+               (query.serves == nullptr || query.serves(selection.wanted));
     });
     std::string rest;
     for (const Filter<Record>* filter : given) {
@@ -137,8 +146,16 @@ void showTable(const Tool& tool, const Table<Record>& table, const Arguments& ar
 }
 
 template <class Record>
+uint64_t countAsAsked(const Tool& tool, const Table<Record>& table, const Arguments& arguments) {
+    if (!arguments.has("fast")) return countRecords(table, select(tool, table, arguments));
+    const auto given = givenFilters(table, arguments);
+    if (given.empty()) return table.countFast();
+    throw UsageError(fmt::format("--fast counts the whole table: it goes without --{}", given.front()->option.name));
+}
+
+template <class Record>
 void countTable(const Tool& tool, const Table<Record>& table, const Arguments& arguments) {
-    const uint64_t count = countRecords(table, select(tool, table, arguments));
+    const uint64_t count = countAsAsked(tool, table, arguments);
     if (!tool.settings.json) return printLine(std::to_string(count));
     JsonWriter json;
     json.beginObject().member("table", table.databaseName).member("count", count).endObject();
@@ -151,13 +168,13 @@ struct SmoothCounts {
     uint64_t after;
 };
 
-// Deletes what an import with version N left with an older one.
-template <class Record>
-SmoothCounts smoothRecords(const Table<Record>& table, const Selection<Record>& selection, uint32_t version) {
+// Deletes the records of the selection that 'isStale' picks.
+template <class Record, class IsStale>
+SmoothCounts deleteStale(const Table<Record>& table, const Selection<Record>& selection, IsStale isStale) {
     const uint64_t before = countRecords(table, selection);
     uint64_t deleted = 0;
     walk(table, selection, [&](const Record& record) {
-        if (record.*table.smoothVersion >= version) return;
+        if (!isStale(record)) return;
         const uint32_t code = table.remove(&record);
         if (code != MCAST6_DB_SUCCESS) {
             throw libraryFailure(fmt::format("{}: after {} deletions, deleting", table.name, deleted), code);
@@ -165,6 +182,12 @@ SmoothCounts smoothRecords(const Table<Record>& table, const Selection<Record>& 
         ++deleted;
     });
     return {before, deleted, countRecords(table, selection)};
+}
+
+// Deletes what an import with version N left with an older one.
+template <class Record>
+SmoothCounts smoothRecords(const Table<Record>& table, const Selection<Record>& selection, uint32_t version) {
+    return deleteStale(table, selection, [&](const Record& record) { return record.*table.smoothVersion < version; });
 }
 
 template <class Record>
@@ -184,8 +207,7 @@ void smoothTable(const Tool& tool, const Table<Record>& table, const Arguments& 
 // Reads the one record of the selection's key; false when there is none. Throws Failure.
 template <class Record>
 bool readRecord(const Table<Record>& table, Record* record) {
-    const Query<Record>& byKey = table.queries.front();
-    const uint32_t code = byKey.find(record);
+    const uint32_t code = keyQuery(table).find(record);
     if (std::find(table.absentCodes.begin(), table.absentCodes.end(), code) != table.absentCodes.end()) return false;
     if (code != MCAST6_DB_SUCCESS) throw libraryFailure(fmt::format("reading {}", table.databaseName), code);
     return true;
@@ -203,19 +225,61 @@ void deleteRecord(const Tool& tool, const Table<Record>& table, Record record, c
     printLine(json.take());
 }
 
-// show, count and smooth of 'table', which lives as long as the commands.
+template <class Record>
+std::vector<OptionSpec> filterOptions(const Table<Record>& table) {
+    std::vector<OptionSpec> options;
+    for (const Filter<Record>& filter : table.filters) options.push_back(filter.option);
+    return options;
+}
+
+// count and, where records have versions, smooth of 'table', which lives as long as the commands.
+template <class Record>
+void addCountAndSmooth(Commands& commands, const Table<Record>& table) {
+    std::vector<OptionSpec> options = filterOptions(table);
+    if (table.countFast != nullptr) {
+        options.push_back(flagOption("fast", "The whole table, through the library's cached object; without filters"));
+    }
+    commands.push_back({"count", table.name, fmt::format("Count {}", table.holds), options,
+                        [&table](Tool& tool, const Arguments& arguments) { countTable(tool, table, arguments); }});
+    if (table.smoothVersion == nullptr) return;
+    options = filterOptions(table);
+    options.insert(options.begin(), required(valueOption("version", "N", "Delete what has a smooth version below N")));
+    commands.push_back({"smooth", table.name, fmt::format("Delete {} that an import did not re-stamp", table.holds),
+                        options,
+                        [&table](Tool& tool, const Arguments& arguments) { smoothTable(tool, table, arguments); }});
+}
+
+// show, count and smooth.
 template <class Record>
 void addTableCommands(Commands& commands, const Table<Record>& table) {
-    std::vector<OptionSpec> filters;
-    for (const Filter<Record>& filter : table.filters) filters.push_back(filter.option);
-    commands.push_back({"show", table.name, fmt::format("Show {}", table.holds), filters,
+    commands.push_back({"show", table.name, fmt::format("Show {}", table.holds), filterOptions(table),
                         [&table](Tool& tool, const Arguments& arguments) { showTable(tool, table, arguments); }});
-    commands.push_back({"count", table.name, fmt::format("Count {}", table.holds), filters,
-                        [&table](Tool& tool, const Arguments& arguments) { countTable(tool, table, arguments); }});
-    filters.insert(filters.begin(), required(valueOption("version", "N", "Delete what has a smooth version below N")));
-    commands.push_back({"smooth", table.name, fmt::format("Delete {} that an import did not re-stamp", table.holds),
-                        filters,
-                        [&table](Tool& tool, const Arguments& arguments) { smoothTable(tool, table, arguments); }});
+    addCountAndSmooth(commands, table);
+}
+
+// delete, where the table has it, with the filters of the table's key as options. Numbers need not be given, addresses and
+// interfaces must be.
+template <class Record>
+void addDelete(Commands& commands, const Table<Record>& table) {
+    if (table.remove == nullptr) return;
+    const Query<Record>& key = keyQuery(table);
+    std::vector<OptionSpec> options;
+    for (const std::string& name : key.takes) {
+        const OptionSpec& option = filterNamed(table, name).option;
+        options.push_back(option.placeholder == "N" ? option : required(option));
+    }
+    const auto run = [&table, &key](Tool& tool, const Arguments& arguments) {
+        Record wanted{};
+        std::string called;
+        for (const std::string& name : key.takes) {
+            const Filter<Record>& filter = filterNamed(table, name);
+            const std::string text = arguments.has(name) ? arguments.text(name) : filter.otherwise;
+            filter.read(wanted, text, tool.*table.links);
+            called += fmt::format("{}{} {}", called.empty() ? "" : ", ", name, text);
+        }
+        deleteRecord(tool, table, wanted, called);
+    };
+    commands.push_back({"delete", table.name, "Delete the entry of one key", options, run});
 }
 
 }  // namespace mcast6::ctl

@@ -275,8 +275,9 @@ std::string memberWay(const Table<E>& table, const E& member) {
     return fmt::format("VNI {} to {}", member.vxlanWord1, addressText(remoteOf(member)));
 }
 
-L2Tables l2EgressTables() {
-    return {l2Table(kVlanMembers), l2Table(kUntagged), l2Table(kTagged), l2Table(kVxlan), l2Table(kVxlanSub)};
+StoredTables l2EgressTables() {
+    return {storedTable(kVlanMembers), storedTable(kUntagged), storedTable(kTagged), storedTable(kVxlan),
+            storedTable(kVxlanSub)};
 }
 
 const EgressTables& bridgeDomainMembers() {

@@ -1,8 +1,6 @@
 // l2-bd-mfib and l2-vlan-mfib: the layer-2 multicast forwarding entries of bridge domains and of VLANs; l2-mfib: both.
 #include <fmt/format.h>
 
-#include <memory>
-
 #include "cli/table_l2.h"
 #include "mcast6_db/l2mc6_bd_mfib.h"
 #include "mcast6_db/l2mc6_vlan_mfib.h"
@@ -37,14 +35,6 @@ struct Operations {
     uint32_t (*countConflicts)(uint32_t*);
 };
 
-// The library leaves the memory of this iterator to its caller.
-template <void (*kReleaseObject)(Mcast6DbHandle)>
-void releaseResource(Mcast6DbRes* resource) {
-    if (resource == nullptr) return;
-    kReleaseObject(resource->object);
-    delete resource;
-}
-
 std::vector<Column<E>> columnsOf(const Operations& own) {
     std::vector<Column<E>> columns = own.domain;
     columns.push_back(column("SOURCE", "sourceAddr", &E::sourceAddr));
@@ -70,10 +60,7 @@ std::vector<Filter<E>> filtersOf(const Operations& own) {
 
 std::vector<Query<E>> queriesOf(const Operations& own) {
     const std::string domain = own.domainFilters.back().option.name;
-    const auto openConflicts = [=](const E&) -> Mcast6DbRes* {
-        auto resource = std::make_unique<Mcast6DbRes>();
-        return own.openConflicts(resource.get()) == MCAST6_DB_SUCCESS ? resource.release() : nullptr;
-    };
+    const auto openConflicts = [=](const E&) { return newResource(own.openConflicts); };
     const auto countDomain = [=](const E& wanted, uint32_t* count) -> uint32_t {
         *count = own.countDomain(wanted.vrId, wanted.domainId);
         return MCAST6_DB_SUCCESS;
@@ -164,133 +151,61 @@ const Table<E> kVlans = tableOf({
 });
 // clang-format on
 
-// One of the two tables with its members, as l2-mfib shows them.
-struct Side {
-    const Table<E>& table;
-    const EgressTables& members;
-};
-
 // Those tables that have all filters that were given: with --bd there is no question of VLANs.
-std::vector<Side> sidesOf(const Arguments& arguments) {
-    std::vector<Side> sides;
-    if (!arguments.has("vlan")) sides.push_back({kBridgeDomains, bridgeDomainMembers()});
-    if (!arguments.has("bd")) sides.push_back({kVlans, vlanMembers()});
-    return sides;
+std::vector<const Table<E>*> tablesOf(const Arguments& arguments) {
+    std::vector<const Table<E>*> tables;
+    if (!arguments.has("vlan")) tables.push_back(&kBridgeDomains);
+    if (!arguments.has("bd")) tables.push_back(&kVlans);
+    return tables;
 }
 
-// Calls 'visit' with each member of 'entry' and the table that holds it.
-template <class Visit>
-void walkMembers(const Side& side, const E& entry, Visit visit) {
-    for (const Table<L2Elb6Entry>* table : side.members) {
-        Selection<L2Elb6Entry> selection;
-        selection.wanted.vrId = entry.vrId;
-        selection.wanted.bdId = entry.domainId;
-        selection.wanted.groupAddr = entry.groupAddr;
-        selection.wanted.sourceAddr = entry.sourceAddr;
-        selection.query = &*std::find_if(table->queries.begin(), table->queries.end(),
-                                         [](const auto& query) { return query.name == kMembersOfEntry; });
-        walk(*table, selection, [&](const L2Elb6Entry& member) { visit(*table, member); });
-    }
+void nameEntry(const E& entry, L2Elb6Entry& member) {
+    member.vrId = entry.vrId;
+    member.bdId = entry.domainId;
+    member.groupAddr = entry.groupAddr;
+    member.sourceAddr = entry.sourceAddr;
 }
 
-// The lines of l2-mfib: an entry, and its members under it.
-class MfibText {
-public:
-    MfibText(const Tool& tool, bool withMembers)
-        : tool_(tool),
-          withMembers_(withMembers),
-          lines_(withMembers ? std::vector<std::string>{"VR", "BD", "VLAN", "SOURCE", "GROUP", "VERSION", "MEMBER",
-                                                        "TABLE", "WAY", "FLAGS"}
-                             : std::vector<std::string>{"VR", "BD", "VLAN", "SOURCE", "GROUP", "VERSION"}) {}
-
-    void entry(const Side& side, const E& entry) {
-        const bool isVlan = &side.table == &kVlans;
-        const auto number = [&](uint32_t id, bool isBridge) {
-            const ColumnHead head{"", "id", isBridge ? ColumnKind::kBridge : ColumnKind::kPlain};
-            return cellText(head, uint64_t{id}, tool_.bridgeLinks);
+std::vector<MemberTable<E>> membersOf(const Tool& tool, const EgressTables& tables) {
+    std::vector<MemberTable<E>> members;
+    for (const Table<L2Elb6Entry>* table : tables) {
+        const auto way = [table](const L2Elb6Entry& member) -> std::vector<std::string> {
+            return {memberWay(*table, member), memberFlagsText(member.pathFlags)};
         };
-        std::vector<std::string> cells{number(entry.vrId, isVlan),
-                                       isVlan ? "-" : number(entry.domainId, true),
-                                       isVlan ? number(entry.domainId, false) : "-",
-                                       addressText(entry.sourceAddr),
-                                       addressText(entry.groupAddr),
-                                       std::to_string(entry.smoothVersion)};
-        ++entries_;
-        if (withMembers_) cells.resize(cells.size() + 4);
-        lines_.row(cells);
+        members.push_back(memberTable<E, L2Elb6Entry>(tool, *table, membersByQuery(*table, nameEntry),
+                                                      {&L2Elb6Entry::outIfIndex, way}));
     }
-
-    void member(const Table<L2Elb6Entry>& table, const L2Elb6Entry& member) {
-        std::vector<std::string> cells(6);
-        ++members_;
-        const ColumnHead interface { "", "outIfIndex", ColumnKind::kInterface };
-        cells.push_back(cellText(interface, uint64_t{member.outIfIndex}, tool_.bridgeLinks));
-        cells.emplace_back(table.name);
-        cells.push_back(memberWay(table, member));
-        cells.push_back(memberFlagsText(member.pathFlags));
-        lines_.row(cells);
-    }
-
-    void print() const {
-        lines_.print();
-        if (entries_ == 0) return printLine("no entries");
-        printLine(counted(entries_, "entry") + (withMembers_ ? ", " + counted(members_, "member") : ""));
-    }
-
-private:
-    const Tool& tool_;
-    bool withMembers_;
-    TextTable lines_;
-    uint64_t entries_ = 0;
-    uint64_t members_ = 0;
-};
-
-template <class Record>
-void writeRecord(JsonWriter& json, const Table<Record>& table, const Record& record, const LinkTable& links) {
-    json.member("table", table.databaseName);
-    for (const Column<Record>& shown : table.columns) writeMember(json, shown.head, shown.value(record), links);
+    return members;
 }
 
-void printJson(const Tool& tool, const Arguments& arguments) {
-    JsonWriter json;
-    json.beginObject().beginArray("entries");
-    for (const Side& side : sidesOf(arguments)) {
-        walk(side.table, select(tool, side.table, arguments), [&](const E& entry) {
-            json.beginObject();
-            writeRecord(json, side.table, entry, tool.bridgeLinks);
-            if (arguments.has("members")) {
-                json.beginArray("members");
-                walkMembers(side, entry, [&](const Table<L2Elb6Entry>& table, const L2Elb6Entry& member) {
-                    json.beginObject();
-                    writeRecord(json, table, member, tool.bridgeLinks);
-                    json.endObject();
-                });
-                json.endArray();
-            }
-            json.endObject();
-            print(json.take());
-        });
-    }
-    json.endArray().endObject();
-    printLine(json.take());
+EntrySource<E> sourceOf(const Tool& tool, const Table<E>& table) {
+    const bool isVlan = &table == &kVlans;
+    const auto number = [&tool](uint32_t id, bool isBridge) {
+        const ColumnHead head{"", "id", isBridge ? ColumnKind::kBridge : ColumnKind::kPlain};
+        return cellText(head, uint64_t{id}, tool.bridgeLinks);
+    };
+    const auto cells = [=](const E& entry) -> std::vector<std::string> {
+        return {number(entry.vrId, isVlan),
+                isVlan ? "-" : number(entry.domainId, true),
+                isVlan ? number(entry.domainId, false) : "-",
+                addressText(entry.sourceAddr),
+                addressText(entry.groupAddr),
+                std::to_string(entry.smoothVersion)};
+    };
+    return {table, cells, membersOf(tool, isVlan ? vlanMembers() : bridgeDomainMembers())};
 }
 
 void showBoth(Tool& tool, const Arguments& arguments) {
-    if (tool.settings.json) return printJson(tool, arguments);
-    MfibText text(tool, arguments.has("members"));
-    for (const Side& side : sidesOf(arguments)) {
-        walk(side.table, select(tool, side.table, arguments), [&](const E& entry) {
-            text.entry(side, entry);
-            if (!arguments.has("members")) return;
-            walkMembers(side, entry, [&](const auto& table, const L2Elb6Entry& member) { text.member(table, member); });
-        });
-    }
-    text.print();
+    EntryTitles titles{{"VR", "BD", "VLAN", "SOURCE", "GROUP", "VERSION"}, {}};
+    if (arguments.has("members")) titles.member = {"MEMBER", "TABLE", "WAY", "FLAGS"};
+    std::vector<EntrySource<E>> sources;
+    for (const Table<E>* table : tablesOf(arguments)) sources.push_back(sourceOf(tool, *table));
+    showEntries(tool, arguments, titles, sources);
 }
 
 void countBoth(Tool& tool, const Arguments& arguments) {
     uint64_t count = 0;
-    for (const Side& side : sidesOf(arguments)) count += countRecords(side.table, select(tool, side.table, arguments));
+    for (const Table<E>* table : tablesOf(arguments)) count += countRecords(*table, select(tool, *table, arguments));
     if (!tool.settings.json) return printLine(std::to_string(count));
     JsonWriter json;
     json.beginObject().member("table", "l2mc6_bd_mfib, l2mc6_vlan_mfib").member("count", count).endObject();
@@ -299,11 +214,10 @@ void countBoth(Tool& tool, const Arguments& arguments) {
 
 }  // namespace
 
-L2Tables l2MfibTables() { return {l2Table(kBridgeDomains), l2Table(kVlans)}; }
+StoredTables l2MfibTables() { return {storedTable(kBridgeDomains), storedTable(kVlans)}; }
 
 void addL2Mfib(Commands& commands) {
-    std::vector<OptionSpec> filters;
-    for (const Filter<E>& filter : kVlans.filters) filters.push_back(filter.option);
+    std::vector<OptionSpec> filters = filterOptions(kVlans);
     filters.push_back(filterNamed(kBridgeDomains, "bd").option);
     commands.push_back(
         {"count", "l2-mfib", "Count layer-2 forwarding entries of bridge domains and VLANs", filters, countBoth});

@@ -106,6 +106,6 @@ const Table<Vx> kVxlan{
 
 }  // namespace
 
-L2Tables l2RouteTables() { return {l2Table(kUntagged), l2Table(kTagged), l2Table(kVxlan)}; }
+StoredTables l2RouteTables() { return {storedTable(kUntagged), storedTable(kTagged), storedTable(kVxlan)}; }
 
 }  // namespace mcast6::ctl

@@ -92,8 +92,8 @@ void addSubscription(Tool& tool, const Arguments& arguments, const Table<E>& tab
     printLine(json.take());
 }
 
-L2Table withSet(const Table<E>& table, uint32_t (*write)(const E*)) {
-    L2Table described = l2Table(table);
+StoredTable withSet(const Table<E>& table, uint32_t (*write)(const E*)) {
+    StoredTable described = storedTable(table);
     described.addCommands = [&table, write, addOthers = described.addCommands](Commands& commands) {
         addOthers(commands);
         std::vector<OptionSpec> options;
@@ -113,7 +113,7 @@ L2Table withSet(const Table<E>& table, uint32_t (*write)(const E*)) {
 
 }  // namespace
 
-L2Tables l2SubscriptionTables() {
+StoredTables l2SubscriptionTables() {
     return {withSet(kBridgeDomains, MCAST6_DB_WriteL2McBdFlowstatSub), withSet(kVlans, MCAST6_DB_WriteL2FlowStatSub)};
 }
 

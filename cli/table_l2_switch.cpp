@@ -105,6 +105,6 @@ const Table<Port> kPorts{
 
 }  // namespace
 
-L2Tables l2SwitchTables() { return {l2Table(kGlobal), l2Table(kVlans), l2Table(kPorts)}; }
+StoredTables l2SwitchTables() { return {storedTable(kGlobal), storedTable(kVlans), storedTable(kPorts)}; }
 
 }  // namespace mcast6::ctl

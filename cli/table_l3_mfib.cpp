@@ -2,8 +2,7 @@
 #include <fmt/format.h>
 
 #include "cli/command.h"
-#include "cli/table.h"
-#include "cli/table_commands.h"
+#include "cli/table_l3.h"
 #include "cli/text.h"
 #include "mcast6_db/l3mc6_mfib.h"
 #include "mcast6_db/l3mc6_mfib_query.h"
@@ -13,23 +12,37 @@ namespace mcast6::ctl {
 namespace {
 
 using E = L3Mc6MfibEntry;
-
-void releaseResource(Mcast6DbRes* resource) {
-    if (resource == nullptr) return;
-    MCAST6_DB_ReleaseL3MfibObject(resource->object);
-    delete resource;
-}
+constexpr uint32_t kHashConflict = 5;  // attr23, the error code
 
 Query<E> byType(const char* name, uint32_t queryType, std::vector<std::string> takes) {
-    const auto open = [=](const E& wanted) -> Mcast6DbRes* {
-        auto resource = std::make_unique<Mcast6DbRes>();
-        const uint32_t code = MCAST6_DB_CreateL3MfibFwdIter(resource.get(), queryType, &wanted);
-        return code == MCAST6_DB_SUCCESS ? resource.release() : nullptr;
+    const auto open = [=](const E& wanted) {
+        return newResource(
+            [&](Mcast6DbRes* resource) { return MCAST6_DB_CreateL3MfibFwdIter(resource, queryType, &wanted); });
     };
     const auto count = [=](const E& wanted, uint32_t* matches) {
         return MCAST6_DB_GetL3MfibFwdMatchNum(&wanted, matches, queryType);
     };
-    return {fmt::format("{} (query type {})", name, queryType), std::move(takes), open, releaseResource, count};
+    return {fmt::format("{} (query type {})", name, queryType), std::move(takes), open,
+            releaseResource<MCAST6_DB_ReleaseL3MfibObject>, count};
+}
+
+Query<E> byErrorCode() {
+    const auto open = [](const E& wanted) {
+        return newResource(
+            [&](Mcast6DbRes* resource) { return MCAST6_DB_CreateL3MfibIterByErrCode(wanted.vrId, resource); });
+    };
+    return {
+        "error code",
+        {"vr", "conflicts"},
+        open,
+        releaseResource<MCAST6_DB_ReleaseL3MfibObject>,
+        [](const E& wanted, uint32_t* count) { return MCAST6_DB_GetL3MfibHashConflictTotalNum(wanted.vrId, count); }};
+}
+
+Filter<E> conflictFilter() {
+    return {flagOption("conflicts", "The entries with error code 5, a hash conflict (in VR 0 without --vr)"),
+            [](E& wanted, const std::string&, const LinkTable&) { wanted.attr23 = kHashConflict; },
+            [](const E& record, const E& wanted) { return record.attr23 == wanted.attr23; }, "vr"};
 }
 
 // clang-format off
@@ -56,9 +69,11 @@ const Table<E> kTable{
         addressFilter("source", "Source; any or :: for the entries of any source", &E::sourceAddr),
         interfaceFilter("iif", "Incoming interface", &E::inIfIndex),
         interfaceFilter("regif", "Register interface", &E::regIfIndex),
+        conflictFilter(),
     },
     .queries = {
         {"key", {"vr", "vrf", "group", "source"}, nullptr, nullptr, nullptr, MCAST6_DB_ReadL3Mfib},
+        byErrorCode(),
         byType("group and incoming interface", L3_MFIB_QUERY_GROUP_INTERFACE, {"vr", "vrf", "group", "iif"}),
         byType("source and incoming interface", L3_MFIB_QUERY_SOURCE_INTERFACE, {"vr", "vrf", "source", "iif"}),
         byType("register interface and group", L3_MFIB_QUERY_REG_INTERFACE_GROUP, {"vr", "vrf", "regif", "group"}),
@@ -93,10 +108,48 @@ void deleteEntry(Tool& tool, const Arguments& arguments) {
                              addressText(key.groupAddr), key.vrId, key.vrfId));
 }
 
+// The columns of the table, without the times: a line of members has no room for them.
+std::vector<const Column<E>*> columnsBesideMembers() {
+    std::vector<const Column<E>*> columns;
+    for (const Column<E>& shown : kTable.columns) {
+        if (shown.head.title != nullptr && shown.head.kind != ColumnKind::kTime) columns.push_back(&shown);
+    }
+    return columns;
+}
+
+void showWithMembers(const Tool& tool, const Arguments& arguments) {
+    const auto columns = columnsBesideMembers();
+    const auto cells = [&](const E& entry) {
+        std::vector<std::string> texts;
+        for (const Column<E>* shown : columns) texts.push_back(cellText(shown->head, shown->value(entry), tool.links));
+        return texts;
+    };
+    EntryTitles titles{{}, {"MEMBER", "TABLE", "WAY"}, kTable.databaseName};
+    for (const Column<E>* shown : columns) titles.entry.emplace_back(shown->head.title);
+    L3Members members;
+    addInterfaceMembers(tool, members);
+    addBridgeDomainMembers(tool, members);
+    addMvpnMembers(tool, members);
+    showEntries<E>(tool, arguments, titles, {{kTable, cells, members}});
+}
+
+void showAsAsked(Tool& tool, const Arguments& arguments) {
+    arguments.has("members") ? showWithMembers(tool, arguments) : showTable(tool, kTable, arguments);
+}
+
 }  // namespace
 
+StoredTable l3MfibTable() {
+    StoredTable table = storedTable(kTable);
+    table.addCommands = nullptr;
+    return table;
+}
+
 void addL3Mfib(Commands& commands) {
-    addTableCommands(commands, kTable);
+    std::vector<OptionSpec> options = filterOptions(kTable);
+    options.push_back(flagOption("members", "The egress members of all kinds under each entry"));
+    commands.push_back({"show", kTable.name, fmt::format("Show {}", kTable.holds), options, showAsAsked});
+    addCountAndSmooth(commands, kTable);
     commands.push_back(
         {"delete",
          kTable.name,

@@ -175,6 +175,7 @@ TEST_P(BridgeCaptures, are_restamped_when_they_come_again) {
                                {"new", 0},
                                {"replaced", 0},
                                {"restamped", count},
+                               {"removed", 0},
                                {"after", count}}));
         EXPECT_EQ(only(all[2].at("tables"), "table", table),
                   (Json{{"table", table}, {"before", count}, {"deleted", 0}, {"after", count}}));
@@ -245,12 +246,14 @@ TEST(BridgeImport, replaces_what_changed_and_leaves_what_vanished_to_smooth) {
                                              {"new", 1},
                                              {"replaced", 0},
                                              {"restamped", 35},
+                                             {"removed", 0},
                                              {"after", 37}}));
     EXPECT_EQ(change("l2mc6_bd_untag_elb"), (Json{{"table", "l2mc6_bd_untag_elb"},
                                                   {"before", 38},
                                                   {"new", 1},
                                                   {"replaced", 1},
                                                   {"restamped", 34},
+                                                  {"removed", 0},
                                                   {"after", 39}}));
     const auto smoothed = [&](const char* table) { return only(all[2].at("tables"), "table", table); };
     EXPECT_EQ(smoothed("l2mc6_bd_mfib"),
@@ -387,8 +390,13 @@ TEST(BridgeImport, replaces_switches_and_ports_of_VLANs) {
     ASSERT_EQ(outcome.exitCode, 0) << outcome.err;
     const std::vector<Json> all = documents(outcome.out);
     for (const char* table : {"l2mc6_global_enable", "l2mc6_vlan_port", "l2mc6_vlan_enable"}) {
-        EXPECT_EQ(only(all.at(1).at("tables"), "table", table),
-                  (Json{{"table", table}, {"before", 1}, {"new", 0}, {"replaced", 1}, {"restamped", 0}, {"after", 1}}));
+        EXPECT_EQ(only(all.at(1).at("tables"), "table", table), (Json{{"table", table},
+                                                                      {"before", 1},
+                                                                      {"new", 0},
+                                                                      {"replaced", 1},
+                                                                      {"restamped", 0},
+                                                                      {"removed", 0},
+                                                                      {"after", 1}}));
     }
     EXPECT_EQ(all.at(2).at("entries").at(0).at("enabled"), false);
     EXPECT_EQ(all.at(3).at("entries").at(0).at("egress"), "untagged");

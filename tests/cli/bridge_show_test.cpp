@@ -6,41 +6,20 @@
 #include <set>
 #include <string>
 
+#include "tests/cli/questions.h"
 #include "tests/cli/run.h"
 
 namespace mcast6::ctl::test {
 namespace {
 
-struct Question {
-    const char* name;
-    const char* folder;
-    const char* words;  // after show or count
-    const char* told;   // by --verbose
-    uint64_t matches;
-};
+class BridgeQuestions : public testing::TestWithParam<Question> {};
 
-void PrintTo(const Question& question, std::ostream* out) { *out << question.name; }
-
-class Questions : public testing::TestWithParam<Question> {};
-
-TEST_P(Questions, are_answered_alike_by_show_and_count_through_the_best_query) {
-    const Question& question = GetParam();
-    const std::string words = question.words;
-    const Outcome outcome =
-        runScript(importBridgeLine(question.folder) + "show " + words + "\ncount " + words + "\n", {"--json"});
-    ASSERT_EQ(outcome.exitCode, 0) << outcome.err;
-    const std::vector<Json> all = documents(outcome.out);
-    ASSERT_EQ(all.size(), 3U);
-    EXPECT_EQ(all[1].at("entries").size(), question.matches);
-    EXPECT_EQ(all[2].at("count"), question.matches);
-    const Outcome told = runScript(importBridgeLine(question.folder) + "show " + words + " --verbose\n");
-    const std::string expected =
-        "mcast6ctl: " + words.substr(0, words.find(' ')) + ": query by " + question.told + "\n";
-    EXPECT_EQ(told.err, expected);
+TEST_P(BridgeQuestions, are_answered_alike_by_show_and_count_through_the_best_query) {
+    expectAnswered(GetParam(), importBridgeLine(GetParam().capture));
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    BridgeShow, Questions,
+    BridgeShow, BridgeQuestions,
     testing::Values(
         Question{"mfib_all", "small", "l2-bd-mfib", "walk of the whole table", 36},
         Question{"mfib_bd", "small", "l2-bd-mfib --bd br10", "VR and domain", 20},
@@ -189,33 +168,14 @@ TEST(BridgeShow, names_interfaces_of_bridges_and_of_routes_apart) {
     EXPECT_EQ(all.at(3).at("entries").at(0).at("outIfName"), "p101");
 }
 
-struct Deletion {
-    const char* name;
-    const char* folder;
-    const char* words;  // after delete: the table and its key
-    uint64_t left;
-};
+class BridgeDeletions : public testing::TestWithParam<Deletion> {};
 
-void PrintTo(const Deletion& deletion, std::ostream* out) { *out << deletion.name; }
-
-class Deletions : public testing::TestWithParam<Deletion> {};
-
-TEST_P(Deletions, take_one_entry_and_fail_when_there_is_none) {
-    const std::string words = GetParam().words;
-    const std::string table = words.substr(0, words.find(' '));
-    const Outcome outcome = runScript(
-        importBridgeLine(GetParam().folder) + "delete " + words + "\ncount " + table + "\ndelete " + words + "\n",
-        {"--json"});
-    EXPECT_EQ(outcome.exitCode, 1);
-    EXPECT_NE(outcome.err.find(": no entry for "), std::string::npos) << outcome.err;
-    const std::vector<Json> all = documents(outcome.out);
-    ASSERT_EQ(all.size(), 3U);
-    EXPECT_EQ(all[1].at("deleted"), 1);
-    EXPECT_EQ(all[2].at("count"), GetParam().left);
+TEST_P(BridgeDeletions, take_one_entry_and_fail_when_there_is_none) {
+    expectDeleted(GetParam(), importBridgeLine(GetParam().capture));
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    BridgeShow, Deletions,
+    BridgeShow, BridgeDeletions,
     testing::Values(
         Deletion{"bd_mfib", "small", "l2-bd-mfib --bd br10 --group ff0e::10:1 --source any", 35},
         Deletion{"vlan_mfib", "small", "l2-vlan-mfib --vr br30 --vlan 100 --group ff0e::30:2 --source ::", 2},

@@ -34,8 +34,10 @@ TEST_P(Captures, are_imported_completely) {
     const Json& summary = all[0];
     EXPECT_EQ(summary.at("read"), capture.routes);
     EXPECT_EQ(summary.at("new"), capture.routes);
-    EXPECT_EQ(summary.at("before"), 0);
-    EXPECT_EQ(summary.at("after"), capture.routes);
+    const Json change = only(summary.at("tables"), "table", "l3mc6_mfib");
+    EXPECT_EQ(change.at("before"), 0);
+    EXPECT_EQ(change.at("new"), capture.routes);
+    EXPECT_EQ(change.at("after"), capture.routes);
     for (const char* none : {"replaced", "restamped", "skipped", "refused"}) EXPECT_EQ(summary.at(none), 0) << none;
     std::map<uint64_t, uint64_t> newByTable;
     for (const Json& vrf : summary.at("byVrf")) newByTable[vrf.at("vrfId")] = vrf.at("new");
@@ -112,12 +114,18 @@ TEST(Import, tells_its_summary_as_a_table_by_vrf) {
     const Outcome outcome = runScript(importLine("small", "--smooth-version 3"));
     ASSERT_EQ(outcome.exitCode, 0) << outcome.err;
     const std::vector<std::string> all = lines(outcome.out);
-    ASSERT_EQ(all.size(), 5U);
+    ASSERT_EQ(all.size(), 10U);
     EXPECT_EQ(all[0], "VRF  READ  NEW  REPLACED  RE-STAMPED  SKIPPED  REFUSED");
     EXPECT_EQ(all[1], "100     2    2         0           0        0        0");
     EXPECT_EQ(all[2], "254     9    9         0           0        0        0");
     EXPECT_EQ(all[3], "all    11   11         0           0        0        0");
-    EXPECT_EQ(all[4], sample("small/rt.mroute.json") + ", smooth version 3: l3-mfib held 0 entries, holds 11");
+    EXPECT_EQ(all[4], "TABLE            BEFORE  NEW  REPLACED  RE-STAMPED  REMOVED  AFTER");
+    EXPECT_EQ(all[5], "l3-mfib               0   11         0           0        0     11");
+    EXPECT_EQ(all[6], "glbcfg                0    2         0           0        0      2");
+    EXPECT_EQ(all[7], "l3-register-elb       0    1         0           0        0      1");
+    EXPECT_EQ(all[8], "l3-elb                0   17         0           0        0     17");
+    EXPECT_EQ(all[9],
+              sample("small/rt.mroute.json") + ", smooth version 3: 18 outgoing interfaces of the routes imported");
 }
 
 TEST(Import, puts_all_entries_into_the_virtual_router_that_is_given) {
@@ -161,8 +169,13 @@ TEST(Reimport, restamps_what_is_kept_and_smoothing_deletes_what_vanished) {
     EXPECT_EQ(summary.at("restamped"), 9);
     EXPECT_EQ(summary.at("replaced"), 0);
     EXPECT_EQ(summary.at("skipped"), 2);
-    EXPECT_EQ(summary.at("before"), 11);
-    EXPECT_EQ(summary.at("after"), 12);
+    EXPECT_EQ(only(summary.at("tables"), "table", "l3mc6_mfib"), (Json{{"table", "l3mc6_mfib"},
+                                                                       {"before", 11},
+                                                                       {"new", 1},
+                                                                       {"replaced", 0},
+                                                                       {"restamped", 9},
+                                                                       {"removed", 0},
+                                                                       {"after", 12}}));
     std::map<uint64_t, uint64_t> versions;
     for (const Json& entry : all.at(2).at("entries")) ++versions[entry.at("smoothVersion")];
     EXPECT_EQ(versions, (std::map<uint64_t, uint64_t>{{1, 2}, {2, 10}}));
@@ -188,7 +201,7 @@ TEST(Reimport, writes_an_entry_whose_interface_changed_and_the_library_counts_it
     const std::vector<Json> all = documents(outcome.out);
     EXPECT_EQ(all.at(1).at("replaced"), 1);
     EXPECT_EQ(all.at(1).at("refused"), 3);
-    EXPECT_EQ(all.at(1).at("after"), 11);
+    EXPECT_EQ(only(all.at(1).at("tables"), "table", "l3mc6_mfib").at("after"), 11);
     ASSERT_EQ(all.at(2).at("entries").size(), 1U);
     EXPECT_EQ(all.at(2).at("entries").at(0).at("inIfName"), "m2");
     EXPECT_EQ(all.at(2).at("entries").at(0).at("smoothVersion"), 2);

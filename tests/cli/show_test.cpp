@@ -11,6 +11,9 @@
 namespace mcast6::ctl::test {
 namespace {
 
+// What the import of small/ prints before anything else.
+constexpr size_t kImportLines = 10;
+
 // The importer's view of a route, computed here from the capture.
 struct Route {
     std::string table;
@@ -174,12 +177,15 @@ TEST(Show, aligns_its_columns_and_names_interfaces) {
         runScript(importLine("small", "--smooth-version 12") + "show l3-mfib --vrf 254 --regif pim6reg\n");
     ASSERT_EQ(outcome.exitCode, 0) << outcome.err;
     const std::vector<std::string> all = lines(outcome.out);
-    ASSERT_EQ(all.size(), 9U);
-    EXPECT_TRUE(all[5].starts_with(
+    ASSERT_EQ(all.size(), kImportLines + 4);
+    const std::string* const shown = &all[kImportLines];
+    EXPECT_TRUE(shown[0].starts_with(
         "VR  VRF  SOURCE           GROUP       IIF      REGIF    VERSION  WRITTEN (UTC)        CONFIRMED (UTC)"));
-    EXPECT_TRUE(all[6].starts_with(" 0  254  2001:db8:10::1   ff0e::10:9  m1       pim6reg       12  20")) << all[6];
-    EXPECT_TRUE(all[7].starts_with(" 0  254  2001:db8:77::77  ff0e::10:8  pim6reg  pim6reg       12  20")) << all[7];
-    EXPECT_EQ(all[8], "2 entries");
+    EXPECT_TRUE(shown[1].starts_with(" 0  254  2001:db8:10::1   ff0e::10:9  m1       pim6reg       12  20"))
+        << shown[1];
+    EXPECT_TRUE(shown[2].starts_with(" 0  254  2001:db8:77::77  ff0e::10:8  pim6reg  pim6reg       12  20"))
+        << shown[2];
+    EXPECT_EQ(shown[3], "2 entries");
 }
 
 TEST(Show, says_when_there_is_nothing) {
@@ -215,8 +221,8 @@ TEST(Show, has_stable_members_in_json) {
 
 TEST(Show, takes_an_interface_by_number_and_refuses_an_unknown_name) {
     const Outcome outcome = runScript(importLine("small") + "count l3-mfib --iif 6\ncount l3-mfib --iif m5\n");
-    EXPECT_EQ(lines(outcome.out).at(5), "1");
-    EXPECT_EQ(lines(outcome.out).at(6), "1");
+    EXPECT_EQ(lines(outcome.out).at(kImportLines), "1");
+    EXPECT_EQ(lines(outcome.out).at(kImportLines + 1), "1");
     const Outcome unknown = runScript(importLine("small") + "count l3-mfib --iif m7\n");
     EXPECT_EQ(unknown.exitCode, 1);
     EXPECT_EQ(unknown.err, "mcast6ctl: standard input:2: --iif: the imported link list has no interface 'm7'\n");
@@ -235,10 +241,10 @@ TEST(Delete, removes_one_entry_and_refuses_an_absent_one) {
                   "delete l3-mfib --source any --group any\n");
     EXPECT_EQ(outcome.exitCode, 1);
     const std::vector<std::string> all = lines(outcome.out);
-    ASSERT_EQ(all.size(), 9U);
-    EXPECT_EQ(all[5], "l3-mfib: deleted source ::, group :: in VR 0, VRF 254");
-    EXPECT_EQ(all[6], "10");
-    EXPECT_EQ(all[8], "9");
+    ASSERT_EQ(all.size(), kImportLines + 4);
+    EXPECT_EQ(all[kImportLines], "l3-mfib: deleted source ::, group :: in VR 0, VRF 254");
+    EXPECT_EQ(all[kImportLines + 1], "10");
+    EXPECT_EQ(all[kImportLines + 3], "9");
     EXPECT_EQ(outcome.err, "mcast6ctl: standard input:6: l3-mfib: no entry for source ::, group :: in VR 0, VRF 254\n");
 }
 
