@@ -5,7 +5,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <memory>
 
 #include "cli/forwarding_process.h"
 #include "cli/table_l3.h"
@@ -162,76 +161,16 @@ Domain tunnelMember(const Entry& entry, const Link& link) {
     return record;
 }
 
-// A table whose records have no smooth version, and how to find and remove the members of an entry there.
-template <class Record>
-struct Unversioned {
-    const char* databaseName;
-    Mcast6DbRes* (*open)(const Entry&);
-    uint32_t (*step)(Mcast6DbRes*, Record*);
-    void (*release)(Mcast6DbRes*);
-    uint32_t (*remove)(const Record*);
-    MemberKind kind;
-    bool (*isOf)(const Record&, const Link&);  // of a link of that kind
-};
-
-constexpr Unversioned<Plain> kPlainMembers{
-    .databaseName = "l3mc6_elb",
-    .open =
-        [](const Entry& entry) {
-            const Plain key = keyOf<Plain>(entry);
-            return MCAST6_DB_CreateL3ElbMfibIteratorExt(&key);
-        },
-    .step = MCAST6_DB_GetL3ElbEntry,
-    .release = MCAST6_DB_ReleaseL3ElbIterator,
-    .remove = removeOutgoingInterface,
-    .kind = MemberKind::kPlain,
-    .isOf = [](const Plain& record, const Link& link) { return record.outIfIndex == link.index; },
-};
-
-constexpr Unversioned<Vlan> kVlanMembers{
-    .databaseName = "l3mc6_vlan_elb",
-    .open = [](const Entry& entry) { return MCAST6_DB_CreateVlanElbMfibIterator(&entry, 0); },
-    .step = MCAST6_DB_GetVlanElbEntry,
-    .release = MCAST6_DB_ReleaseVlanElbIterator,
-    .remove = MCAST6_DB_RemoveVlanElb,
-    .kind = MemberKind::kVlan,
-    .isOf = [](const Vlan& record,
-               const Link& link) { return record.outIfIndex == link.index && record.instId == link.vlanId; },
-};
-
-constexpr Unversioned<Register> kRegisterMembers{
-    .databaseName = "l3mc6_register_elb",
-    .open =
-        [](const Entry& entry) {
-            const Plain key = keyOf<Plain>(entry);
-            return MCAST6_DB_CreateL3mcRegOifVSGIterator(&key);
-        },
-    .step = MCAST6_DB_GetL3mcRegOifEntry,
-    .release = MCAST6_DB_ReleaseL3mcRegOifIterator,
-    .remove = MCAST6_DB_DeleteRegistOif,
-    .kind = MemberKind::kRegister,
-    .isOf = [](const Register& record, const Link& link) { return record.outIfIndex == link.index; },
-};
-
-// Removes the members of 'entry' that none of 'links' is. Returns how many.
-template <class Record>
-uint64_t removeVanished(const Unversioned<Record>& table, const Entry& entry, const std::vector<const Link*>& links) {
-    const std::unique_ptr<Mcast6DbRes, void (*)(Mcast6DbRes*)> iterator(table.open(entry), table.release);
-    if (!iterator) throw libraryFailure(fmt::format("making an iterator over {}", table.databaseName));
-    uint64_t removed = 0;
-    for (;;) {
-        Record record{};
-        const uint32_t code = table.step(iterator.get(), &record);
-        if (code == MCAST6_DB_NO_RECORD) return removed;
-        if (code != MCAST6_DB_SUCCESS) throw libraryFailure(fmt::format("walking {}", table.databaseName), code);
-        const bool stays = std::any_of(links.begin(), links.end(), [&](const Link* link) {
-            return memberKind(*link) == table.kind && table.isOf(record, *link);
-        });
-        if (stays) continue;
-        const uint32_t gone = table.remove(&record);
-        if (gone != MCAST6_DB_SUCCESS) throw libraryFailure(fmt::format("removing from {}", table.databaseName), gone);
-        ++removed;
-    }
+// Removes the members of 'entry' in a table that are none of 'links': 'isOf' tells whether a member is of a link of this kind.
+// Returns how many.
+template <class Record, class IsOf>
+uint64_t removeVanished(const Table<Record>& table, MemberKind kind, const Entry& entry,
+                        const std::vector<const Link*>& links, IsOf isOf) {
+    const Selection<Record> members{keyOf<Record>(entry), &membersQuery(table), {}};
+    return deleteStale(table, members, [&](const Record& member) {
+        return std::none_of(links.begin(), links.end(),
+                            [&](const Link* link) { return memberKind(*link) == kind && isOf(member, *link); });
+    });
 }
 
 }  // namespace
@@ -267,12 +206,14 @@ Fate RouteTables::route(const Route& route) {
     entry.regIfIndex = route.regIfIndex;
     const Fate fate = bring(kEntries, entry);
     for (const Link* link : route.outgoing) member(entry, *link);
-    const auto tidy = [&](const auto& table) {
-        changes_.countRemoved(table.databaseName, removeVanished(table, entry, route.outgoing));
+    const auto tidy = [&](const auto& table, MemberKind kind, auto isOf) {
+        changes_.countRemoved(table.databaseName, removeVanished(table, kind, entry, route.outgoing, isOf));
     };
-    tidy(kPlainMembers);
-    tidy(kVlanMembers);
-    tidy(kRegisterMembers);
+    const auto isOut = [](const auto& member, const Link& link) { return member.outIfIndex == link.index; };
+    tidy(registerElbTable(), MemberKind::kRegister, isOut);
+    tidy(l3ElbTable(), MemberKind::kPlain, isOut);
+    tidy(l3VlanElbTable(), MemberKind::kVlan,
+         [&](const Vlan& member, const Link& link) { return isOut(member, link) && member.instId == link.vlanId; });
     return fate;
 }
 

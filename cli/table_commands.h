@@ -168,10 +168,9 @@ struct SmoothCounts {
     uint64_t after;
 };
 
-// Deletes the records of the selection that 'isStale' picks.
+// Deletes the records of the selection that 'isStale' picks, and returns how many. Throws Failure.
 template <class Record, class IsStale>
-SmoothCounts deleteStale(const Table<Record>& table, const Selection<Record>& selection, IsStale isStale) {
-    const uint64_t before = countRecords(table, selection);
+uint64_t deleteStale(const Table<Record>& table, const Selection<Record>& selection, IsStale isStale) {
     uint64_t deleted = 0;
     walk(table, selection, [&](const Record& record) {
         if (!isStale(record)) return;
@@ -181,13 +180,21 @@ SmoothCounts deleteStale(const Table<Record>& table, const Selection<Record>& se
         }
         ++deleted;
     });
+    return deleted;
+}
+
+// The same with the numbers of records before and after.
+template <class Record, class IsStale>
+SmoothCounts smoothStale(const Table<Record>& table, const Selection<Record>& selection, IsStale isStale) {
+    const uint64_t before = countRecords(table, selection);
+    const uint64_t deleted = deleteStale(table, selection, isStale);
     return {before, deleted, countRecords(table, selection)};
 }
 
 // Deletes what an import with version N left with an older one.
 template <class Record>
 SmoothCounts smoothRecords(const Table<Record>& table, const Selection<Record>& selection, uint32_t version) {
-    return deleteStale(table, selection, [&](const Record& record) { return record.*table.smoothVersion < version; });
+    return smoothStale(table, selection, [&](const Record& record) { return record.*table.smoothVersion < version; });
 }
 
 template <class Record>

@@ -12,7 +12,9 @@
 #include "cli/table.h"
 #include "cli/table_commands.h"
 #include "cli/table_members.h"
+#include "mcast6_db/l3_egress.h"
 #include "mcast6_db/l3mc6_mfib.h"
+#include "mcast6_db/l3mc6_register_elb.h"
 
 namespace mcast6::ctl {
 
@@ -71,7 +73,7 @@ StoredTable tableOfMembers(const Table<Record>& table) {
     StoredTable stored = storedTable(table);
     if (table.remove == nullptr) return stored;
     stored.smooth = [&table](uint32_t) {
-        return deleteStale(table, everything(table),
+        return smoothStale(table, everything(table),
                            [](const Record& record) { return !hasForwardingEntry(keyOf<L3Mc6MfibEntry>(record)); });
     };
     return stored;
@@ -83,6 +85,11 @@ StoredTable glbcfgTable();
 StoredTables l3InterfaceTables();
 StoredTables l3BridgeDomainTables();
 StoredTables mvpnTables();
+
+// For the import, which removes members there that a route does not have any more.
+const Table<L3Mc6RegOifEntry>& registerElbTable();
+const Table<L3Mc6ElbEntry>& l3ElbTable();
+const Table<L3Mc6ElbEntryExt>& l3VlanElbTable();
 
 // The members of forwarding entries, in the tables of a family, for one display.
 using L3Members = std::vector<MemberTable<L3Mc6MfibEntry>>;

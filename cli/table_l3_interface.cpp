@@ -248,6 +248,10 @@ StoredTables l3InterfaceTables() {
     return {tableOfMembers(kRegisters), tableOfMembers(kPlains), tableOfMembers(kSubs), tableOfMembers(kVlans)};
 }
 
+const Table<Register>& registerElbTable() { return kRegisters; }
+const Table<Plain>& l3ElbTable() { return kPlains; }
+const Table<Vlan>& l3VlanElbTable() { return kVlans; }
+
 void addInterfaceMembers(const Tool& tool, L3Members& members) {
     using Entry = L3Mc6MfibEntry;
     using Way = std::vector<std::string>;

@@ -46,15 +46,19 @@ struct MemberTable {
 template <class Entry, class Record>
 using MemberWalk = std::function<void(const Entry& entry, const std::function<void(const Record&)>& visit)>;
 
-// The members that a query of 'table' finds: the one of members of an entry, or else the key. 'nameEntry' puts the key of an
-// entry into a record.
-template <class Entry, class Record>
-MemberWalk<Entry, Record> membersByQuery(const Table<Record>& table, void (*nameEntry)(const Entry&, Record&)) {
+// The query of 'table' that finds the members of one entry: the one by this name, or else the key.
+template <class Record>
+const Query<Record>& membersQuery(const Table<Record>& table) {
     const auto found = std::find_if(table.queries.begin(), table.queries.end(),
                                     [](const Query<Record>& query) { return query.name == kMembersOfEntry; });
-    const Query<Record>* query = found == table.queries.end() ? &keyQuery(table) : &*found;
-    return [&table, query, nameEntry](const Entry& entry, const std::function<void(const Record&)>& visit) {
-        Selection<Record> selection{{}, query, {}};
+    return found == table.queries.end() ? keyQuery(table) : *found;
+}
+
+// The members that it finds. 'nameEntry' puts the key of an entry into a record.
+template <class Entry, class Record>
+MemberWalk<Entry, Record> membersByQuery(const Table<Record>& table, void (*nameEntry)(const Entry&, Record&)) {
+    return [&table, nameEntry](const Entry& entry, const std::function<void(const Record&)>& visit) {
+        Selection<Record> selection{{}, &membersQuery(table), {}};
         nameEntry(entry, selection.wanted);
         walk(table, selection, visit);
     };
