@@ -98,7 +98,7 @@ TEST(ImportedMembers, are_those_of_the_capture_route_by_route) {
         ASSERT_EQ(outcome.exitCode, 0) << outcome.err;
         const std::vector<Json> all = documents(outcome.out);
         std::map<std::string, Interfaces> imported;
-        for (const size_t table : {1, 2}) {
+        for (const size_t table : {1U, 2U}) {
             for (const Json& member : all.at(table).at("entries")) {
                 const std::string key =
                     routeKey(member.at("vrfId").dump(), member.at("sourceAddr"), member.at("groupAddr"));
@@ -222,7 +222,7 @@ TEST(GlobalConfiguration, is_made_for_every_vrf_once_and_restamped_later) {
     ASSERT_EQ(outcome.exitCode, 0) << outcome.err;
     const Json shown = documents(outcome.out).at(2);
     ASSERT_EQ(shown.at("entries").size(), 2U);
-    for (const uint64_t vrf : {100, 254}) {
+    for (const uint64_t vrf : {100U, 254U}) {
         const Json entry = only(shown.at("entries"), "cfgKeyB", vrf);
         EXPECT_EQ(entry.at("cfgKeyA"), 3);
         EXPECT_EQ(entry.at("smoothVersion"), 2);

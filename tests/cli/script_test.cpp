@@ -156,7 +156,7 @@ TEST(Stats, count_what_an_import_did) {
     ASSERT_EQ(outcome.exitCode, 0) << outcome.err;
     const Json stats = documents(outcome.out).at(2);
     EXPECT_EQ(stats.at("errorStatistics"), Json::array());
-    for (const uint64_t id : {151, 152}) {
+    for (const uint64_t id : {151U, 152U}) {
         ASSERT_NE(byId(stats.at("counters"), id), nullptr) << id;
         EXPECT_EQ(byId(stats.at("counters"), id)->at("count"), 11 + 2 + 5) << id;
         EXPECT_EQ(byId(stats.at("counters"), id)->at("name").get<std::string>().find("l3mc6_mfib"), 0U);
