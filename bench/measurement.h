@@ -69,6 +69,7 @@ public:
 
     void run() {
         prepare();
+        stirFreeMemory(std::min(size() * kStirredPerEntry, kMostStirred));
         const uint64_t before = residentBytes();
         load();
         findings.loadedBytes = bytesPerEntry(before);
@@ -283,6 +284,8 @@ private:
     }
 
     static constexpr uint32_t kSampled = 100'000;
+    static constexpr uint64_t kStirredPerEntry = 1024;  // bytes; more than any subject takes
+    static constexpr uint64_t kMostStirred = uint64_t{2} << 30;
     static constexpr uint32_t kSmoothVersion = 7;
     static constexpr int kRepeatedGroups = 1;
     static constexpr int kRepeatedVrfs = 8;

@@ -39,6 +39,17 @@ uint64_t residentBytes() {
     return 0;
 }
 
+void stirFreeMemory(uint64_t bytes) {
+    constexpr size_t kPage = 4096;  // or a part of one
+    void* const block = mmap(nullptr, bytes, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    if (block == MAP_FAILED) return;
+    // What was idle for long lies in the largest pieces, which huge pages are cut from first.
+    (void)madvise(block, bytes, MADV_HUGEPAGE);
+    volatile char* const bytesOf = static_cast<char*>(block);
+    for (uint64_t at = 0; at < bytes; at += kPage) bytesOf[at] = 1;
+    (void)munmap(block, bytes);
+}
+
 void trimHeap() { malloc_trim(0); }
 
 uint64_t allocationCount() { return allocations; }

@@ -9,6 +9,11 @@ namespace mcast6::bench {
 // but neither code nor files.
 uint64_t residentBytes();
 
+// Takes this much memory from the kernel, writes to every page of it and gives it back. A virtual machine hands memory that
+// lay idle back to the machine below, and whoever uses it next waits for that machine: milliseconds for a huge page. What
+// comes next finds the kernel's free memory at hand.
+void stirFreeMemory(uint64_t bytes);
+
 // Hands what the C library's heap keeps for later back to the kernel.
 void trimHeap();
 
