@@ -5,8 +5,8 @@
 #include <cstring>
 #include <ctime>
 
+#include "frame/address.h"
 #include "frame/log.h"
-#include "mcast6_platform/host.h"
 
 uint64_t g_mcast6DbErrStat[33][10];
 Mcast6DbMemCallback g_mcast6DbMemCallback{malloc, free};
@@ -18,17 +18,6 @@ namespace {
 
 constexpr uint32_t kTableNumbers = sizeof g_mcast6DbErrStat / sizeof g_mcast6DbErrStat[0];
 constexpr uint32_t kErrorKinds = sizeof g_mcast6DbErrStat[0] / sizeof g_mcast6DbErrStat[0][0];
-constexpr uint32_t kAddressLength = sizeof(Mcast6Ipv6Addr);
-
-// Turns host-order words into network-order bytes and back. The copy goes through a local, as neither side of a
-// conversion need be aligned.
-void swapWords(void* address) {
-    Mcast6Ipv6Addr words;
-    memcpy(&words, address, kAddressLength);
-    for (uint32_t& word : words.word) word = __builtin_bswap32(word);
-    memcpy(address, &words, kAddressLength);
-}
-
 }  // namespace
 
 }  // namespace mcast6
@@ -61,16 +50,11 @@ void MCAST6_DB_RecordErrState(uint32_t tableNumber, uint32_t errorKind) {
 int64_t MCAST6_DB_GetSysTime(void) { return time(nullptr); }
 
 int MCAST6_DB_SetAddress(void* destination, uint32_t destinationSize, const void* source, uint32_t count) {
-    unsigned char bytes[kAddressLength];
-    memcpy(bytes, source, kAddressLength);
-    swapWords(bytes);
-    return memcpy_s(destination, destinationSize, bytes, count);
+    return setAddress(destination, destinationSize, source, count);
 }
 
 int MCAST6_DB_GetAddress(void* destination, uint32_t destinationSize, const void* source, uint32_t count) {
-    const int code = memcpy_s(destination, destinationSize, source, count);
-    swapWords(destination);
-    return code;
+    return getAddress(destination, destinationSize, source, count);
 }
 
 uint32_t MCAST6_DB_IsIpv6AddrEqual(const Mcast6Ipv6Addr* left, const Mcast6Ipv6Addr* right) {

@@ -5,6 +5,30 @@
 
 namespace mcast6 {
 
+// Room for a row, all zero. It is cleared by chunks that are written out one by one, of which compilers make no string
+// instruction: that would cost as much as all the rest of a conversion.
+template <size_t kSize>
+struct RowBuffer {
+    RowBuffer() { clear(std::make_index_sequence<sizeof(RowBuffer) / sizeof(Chunk)>()); }
+
+    std::byte* data() { return bytes; }
+    static constexpr uint32_t size = kSize;
+
+private:
+    using Chunk = unsigned char __attribute__((vector_size(16)));
+
+    template <size_t... kIndex>
+    void clear(std::index_sequence<kIndex...> /*chunks*/) {
+        constexpr Chunk zeros{};
+        (memcpy(bytes + kIndex * sizeof zeros, &zeros, sizeof zeros), ...);
+    }
+
+    alignas(Chunk) std::byte bytes[(kSize + sizeof(Chunk) - 1) / sizeof(Chunk) * sizeof(Chunk)];
+};
+
+template <class Table>
+using RowOf = RowBuffer<Table::Row::size>;
+
 template <class Table, auto kTold = nullptr>
 uint32_t setRow(const typename Table::Record* record, void* row) {
     return Table::Row::template set<kTold>(*record, static_cast<std::byte*>(row),

@@ -77,7 +77,7 @@ struct GetsAddress {
         void* bytes = nullptr;
         uint32_t length = 0;
         const uint32_t code = kGetter(object, &bytes, &length);
-        if (code == kOk) MCAST6_DB_GetAddress(&(record.*kMember), sizeof(Mcast6Ipv6Addr), bytes, length);
+        if (code == kOk) getAddress(&(record.*kMember), sizeof(Mcast6Ipv6Addr), bytes, length);
         return code;
     }
 };

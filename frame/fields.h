@@ -20,6 +20,7 @@
 #include <type_traits>
 #include <utility>
 
+#include "frame/address.h"
 #include "mcast6_db/context.h"
 #include "mcast6_platform/host.h"
 
@@ -140,10 +141,10 @@ template <uint16_t kOffset, auto kMember>
 struct Address : Place<kOffset, kMember, Mcast6Ipv6Addr> {
     using Base = Place<kOffset, kMember, Mcast6Ipv6Addr>;
     static int set(const typename Base::Record& record, std::byte* row, uint64_t /*now*/) {
-        return MCAST6_DB_SetAddress(row + kOffset, Base::width, &(record.*kMember), Base::width);
+        return setAddress(row + kOffset, Base::width, &(record.*kMember), Base::width);
     }
     static int get(const std::byte* row, typename Base::Record& record) {
-        return MCAST6_DB_GetAddress(&(record.*kMember), Base::width, row + kOffset, Base::width);
+        return getAddress(&(record.*kMember), Base::width, row + kOffset, Base::width);
     }
 };
 
@@ -240,7 +241,7 @@ struct Row {
 
     // Converts for reading; as set().
     template <auto kTold = nullptr, class Record>
-    static uint32_t get(const std::byte* row, Record& record) {
+    static uint32_t get(const std::byte* __restrict row, Record& __restrict record) {
         uint32_t told = 0;
         (keepTold<kTold, Fields>(told, Fields::get(row, record)), ...);
         return told;

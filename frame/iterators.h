@@ -72,8 +72,8 @@ Mcast6DbRes* buildIter(const Mcast6DbKeyDesc* descriptor, const void* key) {
 
 // Reads the record at an iterator's position.
 template <class Table>
-uint32_t readPosition(const Mcast6DbRes& iterator, std::byte (&row)[Table::Row::size]) {
-    return db_read_obj_with_buf(iterator.object, nullptr, nullptr, row, sizeof row);
+uint32_t readPosition(const Mcast6DbRes& iterator, RowOf<Table>& row) {
+    return db_read_obj_with_buf(iterator.object, nullptr, nullptr, row.data(), row.size);
 }
 
 // 'kGet' is given where the entries of a table are converted otherwise than its keyed reads.
@@ -89,11 +89,11 @@ uint32_t nextRecord(const Mcast6DbRes* iterator, typename Table::Record* record)
     if (step.code == kEndOfIteration) return conclude<Table, kOn, &EntryOutcomes::ended>(step);
     if (step.code != kOk) return conclude<Table, kOn, &EntryOutcomes::nextFailed>(step);
 
-    std::byte row[Table::Row::size]{};
+    RowOf<Table> row;
     step.code = readPosition<Table>(*iterator, row);
     if (step.code == kNoSuchObject) return conclude<Table, kOn, &EntryOutcomes::vanished>(step);
     if (step.code != kOk) return conclude<Table, kOn, &EntryOutcomes::readFailed>(step);
-    kGet(row, record);
+    kGet(row.data(), record);
     return conclude<Table, kOn, &EntryOutcomes::entry>(step);
 }
 

@@ -30,30 +30,44 @@ struct KeyBuffer {
     std::byte bytes[length]{};
 };
 
-// Puts a value at 'place': scalars in host order, addresses in network order. Gives the code of an address's copy, 0 for
-// a scalar.
-template <class Value>
-uint32_t putKeyPart(std::byte* place, const Value& value) {
-    if constexpr (std::is_same_v<Value, Mcast6Ipv6Addr>) {
-        return static_cast<uint32_t>(MCAST6_DB_SetAddress(place, sizeof value, &value, sizeof value));
-    } else {
-        static_assert(std::is_integral_v<Value>, "a key holds scalars and addresses");
-        store(place, value);
-        return 0;
-    }
+// Two values as one word, joined in registers. The caller has mostly set them one by one a moment ago, and whoever looks
+// for the key loads whole words; but what was stored as two cannot be loaded as one before it has reached the cache.
+inline uint64_t joined(uint32_t first, uint32_t second) {
+    asm("" : "+r"(first), "+r"(second));  // else compilers load both at once
+    return first | uint64_t{second} << 32;
 }
 
-// Puts the values one after the other; gives the code of the last address's copy.
 template <class... Values>
-uint32_t putKey(std::byte* place, const Values&... values) {
-    uint32_t code = 0;
-    const auto put = [&]<class Value>(const Value& value) {
-        const uint32_t partCode = putKeyPart(place, value);
-        if constexpr (std::is_same_v<Value, Mcast6Ipv6Addr>) code = partCode;
-        place += sizeof(Value);
-    };
-    (put(values), ...);
-    return code;
+inline constexpr bool beginsWithTwoHalves = false;
+template <class First, class Second, class... Rest>
+inline constexpr bool beginsWithTwoHalves<First, Second, Rest...> = std::is_integral_v<First> &&
+                                                                    sizeof(First) == 4 && std::is_integral_v<Second> &&
+                                                                    sizeof(Second) == 4;
+
+template <class First, class Second, class... Rest>
+uint32_t putWordOfKey(uint32_t code, std::byte* place, const First& first, const Second& second, const Rest&... rest);
+
+// Puts the values one after the other: scalars in host order, addresses in network order. Gives the code of the last
+// address's copy, 'code' where there is none.
+inline uint32_t putKey(uint32_t code, std::byte* /*place*/) { return code; }
+
+template <class First, class... Rest>
+uint32_t putKey(uint32_t code, std::byte* place, const First& first, const Rest&... rest) {
+    if constexpr (beginsWithTwoHalves<First, Rest...>) {
+        return putWordOfKey(code, place, first, rest...);
+    } else if constexpr (std::is_same_v<First, Mcast6Ipv6Addr>) {
+        code = static_cast<uint32_t>(setAddress(place, sizeof first, &first, sizeof first));
+    } else {
+        static_assert(std::is_integral_v<First>, "a key holds scalars and addresses");
+        store(place, first);
+    }
+    return putKey(code, place + sizeof first, rest...);
+}
+
+template <class First, class Second, class... Rest>
+uint32_t putWordOfKey(uint32_t code, std::byte* place, const First& first, const Second& second, const Rest&... rest) {
+    store(place, joined(static_cast<uint32_t>(first), static_cast<uint32_t>(second)));
+    return putKey(code, place + sizeof first + sizeof second, rest...);
 }
 
 // A key of these values, joined in order; each is as wide as its type.
@@ -62,7 +76,7 @@ KeyBuffer<kWord> keyOf(const Values&... values) {
     static_assert((sizeof(Values) + ... + 0) == KeyBuffer<kWord>::length,
                   "the values do not add up to the key's length");
     KeyBuffer<kWord> key;
-    putKey(key.bytes, values...);
+    putKey(0, key.bytes, values...);
     return key;
 }
 
@@ -110,7 +124,7 @@ struct RecordKey {
 
     // Writes the bytes of 'record''s key to 'place'; gives the code of the last address's copy.
     static uint32_t put(std::byte* place, const auto& record) {
-        return putKey(place, KeyPartOf<Row, kParts>::value(record)...);
+        return putKey(0, place, KeyPartOf<Row, kParts>::value(record)...);
     }
 
     static KeyBuffer<word> of(const auto& record) {

@@ -9,19 +9,19 @@
 namespace mcast6 {
 
 template <class Table>
-uint32_t readRow(Mcast6DbHandle object, const typename Table::Record& record, std::byte (&row)[Table::Row::size]) {
+uint32_t readRow(Mcast6DbHandle object, const typename Table::Record& record, RowOf<Table>& row) {
     const auto key = Table::Primary::of(record);
-    return db_read_obj_with_buf(object, &key.descriptor, key.bytes, row, sizeof row);
+    return db_read_obj_with_buf(object, &key.descriptor, key.bytes, row.data(), row.size);
 }
 
 template <class Table, const KeyedReadOutcomes& kOn>
 uint32_t keyedRead(typename Table::Record* record, Mcast6DbHandle object) {
     static_assert(releasesEach(0, kOn.found, kOn.absent, kOn.readFailed), "a given object is its giver's to release");
-    std::byte row[Table::Row::size]{};
+    RowOf<Table> row;
     const Step step{.code = readRow<Table>(object, *record, row), .object = object};
     if (step.code == kNoSuchObject) return conclude<Table, kOn, &KeyedReadOutcomes::absent>(step);
     if (step.code != kOk) return conclude<Table, kOn, &KeyedReadOutcomes::readFailed>(step);
-    Table::get(row, record);
+    Table::get(row.data(), record);
     return conclude<Table, kOn, &KeyedReadOutcomes::found>(step);
 }
 
@@ -52,11 +52,11 @@ uint32_t readRecord(typename Table::Record* record) {
     step.code = Table::objects.create(kReadObject, kConnType, &step.object);
     if (step.code != kOk) return conclude<Table, kOn, &ReadOutcomes::createFailed>(step);
 
-    std::byte row[Table::Row::size]{};
+    RowOf<Table> row;
     step.code = readRow<Table>(step.object, *record, row);
     if (step.code == kNoSuchObject) return conclude<Table, kOn, &ReadOutcomes::absent>(step);
     if (step.code != kOk) return conclude<Table, kOn, &ReadOutcomes::readFailed>(step);
-    Table::get(row, record);
+    Table::get(row.data(), record);
     return conclude<Table, kOn, &ReadOutcomes::found>(step);
 }
 
@@ -66,9 +66,9 @@ uint32_t writeOn(Mcast6DbHandle object, const typename Table::Record* record) {
     static_assert(releasesEach(1, kOn.setFailed, kOn.written, kOn.code13044, kOn.writeFailed),
                   "onWrite: after the create every way out releases the object exactly once");
     Step step{.object = object};
-    std::byte row[Table::Row::size]{};
-    Table::set(record, row);
-    step.code = Table::accessors.setAllFields(step.object, row, sizeof row);
+    RowOf<Table> row;
+    Table::set(record, row.data());
+    step.code = Table::accessors.setAllFields(step.object, row.data(), row.size);
     if (step.code != kOk) return conclude<Table, kOn, &WriteOutcomes::setFailed>(step);
 
     step.code = db_write_obj(step.object);

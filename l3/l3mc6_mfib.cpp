@@ -197,9 +197,9 @@ uint32_t MCAST6_DB_GetNextL3Mfib(Mcast6DbRes* iterator, L3Mc6MfibEntry* record) 
         iterator->object = 0;
         return code == kEndOfIteration ? kNoRecord : code;
     }
-    std::byte row[Table::Row::size]{};
+    RowOf<Table> row;
     code = readPosition<Table>(*iterator, row);
     if (code != kOk) logLine(kLogLayer3Query, "[L3MC CFG]get L3Mfib item fail, ret = %u", code);
-    Table::get(row, record);
+    Table::get(row.data(), record);
     return code;
 }
