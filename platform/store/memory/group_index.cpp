@@ -77,7 +77,11 @@ bool GroupIndex::reserve(KeyLookup& of) noexcept {
     const uint32_t ref = entries.at(of.place);
     if (!isGroup(ref)) return makeGroup(of.place);
     const Group& group = groupAt(ref);
-    return group.used < group.capacity || group.live < group.used || resize(of.place, grown(group.capacity));
+    if (group.used < group.capacity || group.live < group.used) return true;
+    const uint32_t made = pool.make(grown(group.capacity));
+    if (made == GroupPool::kNone) return false;
+    moveTo(made, of.place);
+    return true;
 }
 
 void GroupIndex::forgo(const KeyLookup& of) {
@@ -126,11 +130,9 @@ bool GroupIndex::makeGroup(uint32_t place) noexcept {
     return true;
 }
 
-// Moves a group to a block of another size. Its entries keep their positions.
-bool GroupIndex::resize(uint32_t place, uint64_t slots) noexcept {
+// Moves a group to the empty block of another size. Its entries keep their positions.
+void GroupIndex::moveTo(uint32_t made, uint32_t place) {
     const uint32_t ref = entries.at(place);
-    const uint32_t made = pool.make(slots);
-    if (made == GroupPool::kNone) return false;
     const Group& from = groupAt(ref);
     Group& to = pool.at(made);
     const uint32_t capacity = to.capacity;
@@ -140,7 +142,15 @@ bool GroupIndex::resize(uint32_t place, uint64_t slots) noexcept {
     if (from.scans > 0) retarget(ref, made | kGroup);
     pool.drop(ref & ~kGroup);
     entries.set(place, made | kGroup);
-    return true;
+}
+
+// Gives a part of a group's block back. Without the room for a smaller block the larger one stays until the next time.
+void GroupIndex::shrink(uint32_t place) {
+    const uint32_t ref = entries.at(place) & ~kGroup;
+    const uint32_t used = pool.at(ref).used;
+    if (pool.cut(ref, used + used / 2)) return;
+    const uint32_t made = pool.makeOfReserve(used + used / 2);
+    if (made != GroupPool::kNone) moveTo(made, place);
 }
 
 void GroupIndex::add(const KeyLookup& of, uint32_t slot) {
@@ -231,8 +241,7 @@ void GroupIndex::settle(uint32_t place) {
         entries.set(place, group.slots()[0]);
         pool.drop(ref & ~kGroup);
     } else if (group.used * 4 < group.capacity) {
-        // Without the memory for a smaller block the larger one stays.
-        (void)resize(place, group.used + group.used / 2);
+        shrink(place);
     }
 }
 

@@ -122,7 +122,8 @@ private:
     void unorderKey(const std::byte* row);
     void flippedKey(const std::byte* row, KeyBuffer& flipped) const;
     bool makeGroup(uint32_t place) noexcept;
-    bool resize(uint32_t place, uint64_t slots) noexcept;
+    void moveTo(uint32_t made, uint32_t place);
+    void shrink(uint32_t place);
     static void dropTailHoles(Group& group);
     void takeOut(Group& group, uint32_t slot);
     void fillHoles(Group& group);

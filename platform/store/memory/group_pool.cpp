@@ -12,17 +12,45 @@ GroupPool::~GroupPool() {
     }
 }
 
+uint8_t GroupPool::classOf(uint64_t size) {
+    return static_cast<uint8_t>(std::lower_bound(kSizes.begin(), kSizes.end(), size) - kSizes.begin());
+}
+
 uint32_t GroupPool::make(uint64_t slots) noexcept {
     if (slots >= UINT32_MAX / 2) return kNone;
-    const uint64_t size = sizeof(Group) + slots * sizeof(uint32_t);
-    const auto* const fitting = std::lower_bound(kSizes.begin(), kSizes.end(), size);
-    const auto sizeClass = static_cast<uint8_t>(fitting - kSizes.begin());
-    const bool isAlone = sizeClass == kAlone;
-    uint32_t number = isAlone ? kNone : vacant[sizeClass];
-    if (number == kNone) number = addChunk(isAlone ? size : kChunkSize, sizeClass);
-    if (number == kNone) return kNone;
+    const uint64_t size = bytesFor(slots);
+    if (classOf(size) == kAlone) {
+        const uint32_t number = addChunk(size);
+        if (number == kNone) return kNone;
+        chunks[number].units = kUnits;
+        return makeIn(number, size);
+    }
+    uint32_t made = makeOfReserve(slots);
+    fillReserve();
+    if (made == kNone) made = makeOfReserve(slots);
+    return made;
+}
+
+uint32_t GroupPool::makeOfReserve(uint64_t slots) noexcept {
+    const uint8_t sizeClass = classOf(bytesFor(slots));
+    if (sizeClass == kAlone) return kNone;
+    uint32_t number = vacant[sizeClass];
+    if (number == kNone) number = chunkOfReserve(sizeClass);
+    return number != kNone ? makeIn(number, kSizes[sizeClass]) : kNone;
+}
+
+bool GroupPool::cut(uint32_t ref, uint64_t slots) noexcept {
+    Chunk& chunk = chunks[ref >> kUnitBits];
+    if (chunk.sizeClass != kAlone) return false;
+    const size_t size = memory.shrink(bases[ref >> kUnitBits], chunk.size, bytesFor(slots));
+    if (size == chunk.size) return false;
+    chunk.size = size;
+    at(ref).capacity = static_cast<uint32_t>((size - sizeof(Group)) / sizeof(uint32_t));
+    return true;
+}
+
+uint32_t GroupPool::makeIn(uint32_t number, size_t blockSize) {
     const uint32_t ref = takeBlock(number);
-    const uint64_t blockSize = isAlone ? size : *fitting;
     at(ref) = {static_cast<uint32_t>((blockSize - sizeof(Group)) / sizeof(uint32_t)), 0, 0, 0, Group::kNoHole, 0};
     return ref;
 }
@@ -55,10 +83,14 @@ void GroupPool::drop(uint32_t ref) {
     // An empty chunk stays while it is the only one with room.
     if (chunk.before == kNone && chunk.after == kNone) return;
     unlink(number);
-    removeChunk(number);
+    --inUse;
+    putInReserve(number);
+    // One more than growth would bring stays: coming and going at a border costs no mapping.
+    while (reserved > reserveFor(inUse + 1) + 1) removeChunk(takeReserved());
 }
 
-uint32_t GroupPool::addChunk(size_t size, uint8_t sizeClass) noexcept {
+// A chunk of no class yet.
+uint32_t GroupPool::addChunk(size_t size) noexcept {
     if (freeEntry == kNone) {
         if (chunks.size() >= kChunks) return kNone;
         try {
@@ -76,9 +108,39 @@ uint32_t GroupPool::addChunk(size_t size, uint8_t sizeClass) noexcept {
     const uint32_t number = freeEntry;
     freeEntry = chunks[number].after;
     bases[number] = block;
-    const uint32_t units = sizeClass == kAlone ? kUnits : static_cast<uint32_t>(kSizes[sizeClass] / kUnit);
-    chunks[number] = {size, units, 0, 0, kNone, kNone, kNone, sizeClass};
-    if (sizeClass != kAlone) link(number);
+    chunks[number] = {size, 0, 0, 0, kNone, kNone, kNone, kAlone};
+    return number;
+}
+
+void GroupPool::putInReserve(uint32_t number) {
+    chunks[number].after = reserve;
+    reserve = number;
+    ++reserved;
+}
+
+uint32_t GroupPool::takeReserved() {
+    const uint32_t number = reserve;
+    reserve = chunks[number].after;
+    --reserved;
+    return number;
+}
+
+// Growth goes on without a full reserve where there is no memory for it.
+void GroupPool::fillReserve() noexcept {
+    while (reserved < reserveFor(inUse + 1)) {
+        const uint32_t number = addChunk(kChunkSize);
+        if (number == kNone) return;
+        putInReserve(number);
+    }
+}
+
+uint32_t GroupPool::chunkOfReserve(uint8_t sizeClass) {
+    if (reserve == kNone) return kNone;
+    const uint32_t number = takeReserved();
+    const auto units = static_cast<uint32_t>(kSizes[sizeClass] / kUnit);
+    chunks[number] = {kChunkSize, units, 0, 0, kNone, kNone, kNone, sizeClass};
+    link(number);
+    ++inUse;
     return number;
 }
 
@@ -94,9 +156,11 @@ void GroupPool::purge() {
         while (first != kNone && chunks[first].live == 0) {
             const uint32_t number = first;
             unlink(number);
+            --inUse;
             removeChunk(number);
         }
     }
+    while (reserve != kNone) removeChunk(takeReserved());
 }
 
 void GroupPool::link(uint32_t number) {

@@ -3,6 +3,7 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstring>
 #include <new>
 
@@ -31,6 +32,11 @@ void* mapHuge(size_t size) {
     return aligned;
 }
 
+void unmap(void* block, size_t size) {
+    // A hole in a mapping makes two of it, of which a process may have only so many; then the pages go at least.
+    if (munmap(block, size) != 0) (void)madvise(block, size, MADV_DONTNEED);
+}
+
 }  // namespace
 
 void* Memory::take(size_t size) noexcept {
@@ -55,8 +61,16 @@ void Memory::give(void* block, size_t size) noexcept {
     }
     const size_t mapped = wholePages(size);
     taken -= mapped;
-    // A hole in a mapping makes two of it, of which a process may have only so many; then the pages go at least.
-    if (munmap(block, mapped) != 0) (void)madvise(block, mapped, MADV_DONTNEED);
+    unmap(block, mapped);
+}
+
+size_t Memory::shrink(void* block, size_t size, size_t wanted) noexcept {
+    const size_t kept = wholePages(std::max(wanted, kMapped));
+    if (size < kMapped || kept >= wholePages(size)) return size;
+    const size_t rest = wholePages(size) - kept;
+    taken -= rest;
+    unmap(static_cast<std::byte*>(block) + kept, rest);
+    return kept;
 }
 
 void* Memory::do_allocate(size_t size, size_t) {

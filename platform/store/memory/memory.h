@@ -20,6 +20,9 @@ public:
     void* take(size_t size) noexcept;
     void give(void* block, size_t size) noexcept;
 
+    // Makes a block smaller where it lies, as far as that is possible, and says what size it has now: 'wanted' or more.
+    size_t shrink(void* block, size_t size, size_t wanted) noexcept;
+
     uint64_t bytes() const noexcept { return taken; }
 
     // Blocks from this size on are mapped ...

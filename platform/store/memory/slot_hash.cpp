@@ -16,10 +16,21 @@ bool SlotHash::grow() {
     return rebuild(newHomes, std::max(count < room ? slack * 2 : slack, kFirstSlack));
 }
 
+// Homes come closer together, so every entry goes forward or stays, and meets none that is still to go.
 void SlotHash::shrink() {
-    if (count == 0) return release();
-    // Without the memory for a smaller table the larger one stays.
-    (void)rebuild(std::max(kFewest, count + count / 2), kFirstSlack);
+    const uint64_t newHomes = std::max(kFewest, count + count / 2);
+    uint64_t next = 0;
+    for (uint64_t from = 0; from < size(); ++from) {
+        const Entry entry = entries[from];
+        if (entry.hash == 0) continue;
+        const uint64_t place = std::max(next, (uint64_t{entry.hash} * newHomes) >> 32);
+        entries[from] = {0, 0};
+        entries[place] = entry;
+        next = place + 1;
+    }
+    // One gap must be left at the end, for the entry that is about to come.
+    const uint64_t newSlack = std::max(kFirstSlack, next < newHomes ? 0 : next + 1 - newHomes);
+    adopt(entries, memory.shrink(entries, bytes, (newHomes + newSlack + 1) * sizeof(Entry)), newHomes, newSlack);
 }
 
 bool SlotHash::rebuild(uint64_t newHomes, uint64_t newSlack) {
@@ -42,17 +53,23 @@ bool SlotHash::rebuild(uint64_t newHomes, uint64_t newSlack) {
     }
     const uint64_t kept = count;
     release();
-    entries = fresh;
-    homes = newHomes;
-    slack = newSlack;
     count = kept;
-    room = roomIn(newHomes);
+    adopt(fresh, (newSize + 1) * sizeof(Entry), newHomes, newSlack);
     return true;
 }
 
+void SlotHash::adopt(Entry* array, size_t arrayBytes, uint64_t newHomes, uint64_t newSlack) {
+    entries = array;
+    bytes = arrayBytes;
+    homes = newHomes;
+    slack = newSlack;
+    room = roomIn(newHomes);
+}
+
 void SlotHash::release() {
-    if (entries != nullptr) memory.give(entries, (size() + 1) * sizeof(Entry));
+    if (entries != nullptr) memory.give(entries, bytes);
     entries = nullptr;
+    bytes = 0;
     homes = slack = count = room = 0;
 }
 

@@ -4,8 +4,8 @@
 // The idea: entries lie in one array in ascending order of their hashes, with gaps. An entry's home is its hash scaled
 // to the array, so a hash is found at its home or shortly after it. From that follows
 //   - a search reads one line of memory, mostly, and ends at the first greater hash;
-//   - the table grows, and shrinks, by one pass over both arrays in order, without asking for any key. So it can grow
-//     in small steps and stay well filled;
+//   - the table grows by one pass over both arrays in order, without asking for any key. So it can grow in small steps
+//     and stay well filled. It shrinks by such a pass within its array, whose end it gives back: that takes no memory;
 //   - removal closes the gap that it leaves: there are no tombstones, and nothing degrades.
 //
 // Invariants: hashes ascend; an entry lies at its home or after it with no gap between; hash 0 is a gap. The array is
@@ -86,6 +86,7 @@ public:
     // Gives memory back when the table has become much too large.
     void trim() {
         if (count * 3 < homes && homes > kFewest) shrink();
+        if (count == 0 && bytes > kSmall) release();
     }
 
 private:
@@ -95,6 +96,7 @@ private:
     };
 
     static constexpr uint64_t kFewest = 24;
+    static constexpr size_t kSmall = 64 * sizeof(Entry);  // an array that may stay without entries
 
     template <class Same>
     uint32_t search(const Entry* from, uint32_t hash, const Same& same) const {
@@ -110,10 +112,12 @@ private:
     bool grow();
     void shrink();
     bool rebuild(uint64_t newHomes, uint64_t newSlack);
+    void adopt(Entry* array, size_t arrayBytes, uint64_t newHomes, uint64_t newSlack);
     void release();
 
     Memory& memory;
     Entry* entries = nullptr;  // one gap more than size() says, as a sentinel
+    size_t bytes = 0;          // of the array, which may be longer than that
     uint64_t homes = 0;
     uint64_t slack = 0;
     uint64_t count = 0;
