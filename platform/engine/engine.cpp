@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "platform/engine/answers.h"
+#include "platform/schema/copy_field.h"
 
 namespace mcast6::engine {
 
@@ -72,11 +73,6 @@ uint32_t Engine::makeObject(uint32_t table, uint32_t objType, uint32_t connType,
     return MCAST6_DB_OK;
 }
 
-Object* Engine::objectOf(uint32_t table, uint64_t object) const {
-    Object* found = objects_.find(object);
-    return found != nullptr && found->facts->id == table ? found : nullptr;
-}
-
 namespace {
 
 void forget(Object& object) {
@@ -139,8 +135,9 @@ uint32_t Engine::setField(uint32_t table, uint32_t field, uint64_t object, const
     if (filled->type == ObjType::update && (facts.primaryFields & bit) != 0) return MCAST6_DB_BAD_OPERATION;
     const schema::Field& place = facts.table->fields[field];
     if (length != place.width) return MCAST6_DB_BAD_LENGTH;
-    if (filled->fieldsSet == 0) std::memset(filled->row.data(), 0, facts.recordSize);
-    std::memcpy(filled->row.data() + place.offset, value, length);
+    // Of an update only the fields that were set are ever looked at.
+    if (filled->fieldsSet == 0 && filled->type == ObjType::write) std::memset(filled->row.data(), 0, facts.recordSize);
+    schema::copyField(filled->row.data() + place.offset, value, place.width);
     filled->fieldsSet |= bit;
     return MCAST6_DB_OK;
 }
@@ -171,7 +168,7 @@ uint32_t Engine::getField(uint32_t table, uint32_t field, uint64_t object, void*
         const uint32_t code = fetchField(table, field, object, source);
         if (code != MCAST6_DB_OK) return code;
         const schema::Field& place = source->facts->table->fields[field];
-        std::memcpy(value, source->row.data() + place.offset, place.width);
+        schema::copyField(value, source->row.data() + place.offset, place.width);
         return uint32_t{MCAST6_DB_OK};
     });
 }

@@ -86,8 +86,14 @@ public:
 
 private:
     uint32_t makeObject(uint32_t table, uint32_t objType, uint32_t connType, bool isCache, uint64_t* object) noexcept;
-    Object* objectOf(uint32_t table, uint64_t object) const;
-    void dropIterators(Object& object, bool keepCached);
+    Object* objectOf(uint32_t table, uint64_t object) const {
+        Object* found = objects_.find(object);
+        return found != nullptr && found->facts->id == table ? found : nullptr;
+    }
+    void dropIterators(Object& object, bool keepCached) {
+        if (object.iterators != nullptr) dropListedIterators(object, keepCached);
+    }
+    void dropListedIterators(Object& object, bool keepCached);
     uint32_t makeIterator(Object& object, const store::ScanRange& range, bool isCached, uint64_t* rootIter);
     uint32_t fetchField(uint32_t table, uint32_t field, uint64_t object, Object*& fetched);
 

@@ -14,7 +14,7 @@ constexpr uint32_t kSortCondition = 3;
 
 }  // namespace
 
-void Engine::dropIterators(Object& object, bool keepCached) {
+void Engine::dropListedIterators(Object& object, bool keepCached) {
     Iterator* kept = nullptr;
     for (Iterator* iterator = object.iterators; iterator != nullptr;) {
         Iterator* next = iterator->nextOfOwner;

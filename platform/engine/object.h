@@ -51,7 +51,7 @@ struct alignas(64) Object : HandleSlot {
     ObjType type = ObjType::write;
     bool isCache = false;
     bool hasRead = false;
-    std::array<std::byte, schema::kMaxRecordSize> row;
+    alignas(64) std::array<std::byte, schema::kMaxRecordSize> row;  // on whole lines of the cache
     Statement statement;
 };
 

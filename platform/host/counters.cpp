@@ -1,5 +1,7 @@
 // Diagnostic counters, key performance indicators and the trap count: arrays of relaxed atomics. A counter orders
 // nothing, so readers see each number whole but not several of them at one moment.
+#include <sys/single_threaded.h>
+
 #include <algorithm>
 #include <array>
 #include <atomic>
@@ -20,17 +22,27 @@ constexpr auto kRelaxed = std::memory_order_relaxed;
 
 std::atomic<uint64_t>& place(Counters& of, uint32_t id) { return of[std::min<size_t>(id, MCAST6_PLATFORM_COUNTERS)]; }
 
+// A process of one thread needs no atomic instruction, which would hold up what follows it until all that was stored
+// before has reached the cache.
+void addOne(std::atomic<uint64_t>& to) {
+    if (__libc_single_threaded != 0) {
+        to.store(to.load(kRelaxed) + 1, kRelaxed);
+    } else {
+        to.fetch_add(1, kRelaxed);
+    }
+}
+
 void clear(Counters& all) {
     for (std::atomic<uint64_t>& counter : all) counter.store(0, kRelaxed);
 }
 
 }  // namespace
 
-void MCAST6_DfxCounterInc(uint32_t counterId) { place(counters, counterId).fetch_add(1, kRelaxed); }
+void MCAST6_DfxCounterInc(uint32_t counterId) { addOne(place(counters, counterId)); }
 
-void MCAST6_KPI_AddKpiData(uint32_t kpiId) { place(indicators, kpiId).fetch_add(1, kRelaxed); }
+void MCAST6_KPI_AddKpiData(uint32_t kpiId) { addOne(place(indicators, kpiId)); }
 
-void MCAST6_TRAP_DecreaseMfib6DbCnt(void) { traps.fetch_add(1, kRelaxed); }
+void MCAST6_TRAP_DecreaseMfib6DbCnt(void) { addOne(traps); }
 
 uint64_t mcast6_platform_counter(uint32_t counterId) { return place(counters, counterId).load(kRelaxed); }
 

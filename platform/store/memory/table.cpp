@@ -4,6 +4,7 @@
 #include <cstring>
 #include <stdexcept>
 
+#include "platform/schema/copy_field.h"
 #include "platform/store/memory/scan.h"
 
 namespace mcast6::store::memory {
@@ -132,7 +133,7 @@ void Table::store(uint32_t slot, const std::byte* row) {
 void Table::overlay(std::byte* row, const std::byte* from, uint64_t fields) const {
     forEachBit(fields, [&](uint32_t i) {
         const schema::Field& field = schema.fields[i];
-        std::memcpy(row + field.offset, from + field.offset, field.width);
+        schema::copyField(row + field.offset, from + field.offset, field.width);
     });
 }
 
