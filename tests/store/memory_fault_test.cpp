@@ -3,8 +3,10 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <new>
+#include <random>
 
 #include "platform/store/memory/memory_store.h"
 #include "tests/store/conformance.h"
@@ -176,6 +178,42 @@ TEST(MemoryFaults, AWalkOfAScanAllocatesNothing) {
         EXPECT_FALSE(g_hasFailed);
         EXPECT_GT(found, 300);
     }
+}
+
+TEST(MemoryFaults, RemovalsTakeNoMemoryAndReturnThatOfTheIndexes) {
+#ifdef MCAST6_SANITIZED
+    GTEST_SKIP() << "the sanitizer has the allocator";
+#endif
+    // Groups of 5 to 10,000 records: in small blocks, in large ones of the heap and in mapped ones.
+    constexpr uint64_t kRecords = 40'000;
+    constexpr uint64_t kReturned = kRecords * 30;
+    std::vector<Bytes> rows;
+    for (uint64_t i = 0; i < kRecords; ++i) {
+        rows.push_back(makeRow(kTables[kMfibTable], {{"vrId", 0},
+                                                     {"vrfId", i % 4},
+                                                     {"groupAddr", i / 200},
+                                                     {"sourceAddr", i % 8000},
+                                                     {"inIfIndex", i * 7919 % 60},
+                                                     {"regIfIndex", i % 3}}));
+    }
+    const std::unique_ptr<Store> store = makeMemoryStore(kTables);
+    for (const Bytes& row : rows) ASSERT_EQ(store->put(kMfibTable, raw(row)), Answer::done);
+    std::shuffle(rows.begin(), rows.end(), std::mt19937(11));
+    const uint64_t full = store->memory();
+    uint64_t left = kRecords;
+    g_hasFailed = false;
+    for (const Bytes& row : rows) {
+        const Bytes key = keyOf(kTables[kMfibTable].primary, row);
+        g_left = 0;
+        const Answer answer = store->erase(kMfibTable, raw(key));
+        g_left = -1;
+        ASSERT_EQ(answer, Answer::done);
+        // Few slabs are empty by now, but the indexes are smaller.
+        if (--left == kRecords / 10) {
+            EXPECT_LT(store->memory(), full - kReturned);
+        }
+    }
+    EXPECT_FALSE(g_hasFailed);
 }
 
 }  // namespace

@@ -19,20 +19,22 @@ uint8_t GroupPool::classOf(uint64_t size) {
 uint32_t GroupPool::make(uint64_t slots) noexcept {
     if (slots >= UINT32_MAX / 2) return kNone;
     const uint64_t size = bytesFor(slots);
-    if (classOf(size) == kAlone) {
+    const uint8_t sizeClass = classOf(size);
+    if (sizeClass == kAlone) {
         const uint32_t number = addChunk(size);
         if (number == kNone) return kNone;
         chunks[number].units = kUnits;
         return makeIn(number, size);
     }
-    uint32_t made = makeOfReserve(slots);
+    uint32_t made = makeOfClass(sizeClass);
     fillReserve();
-    if (made == kNone) made = makeOfReserve(slots);
+    if (made == kNone) made = makeOfClass(sizeClass);
     return made;
 }
 
-uint32_t GroupPool::makeOfReserve(uint64_t slots) noexcept {
-    const uint8_t sizeClass = classOf(bytesFor(slots));
+uint32_t GroupPool::makeOfReserve(uint64_t slots) noexcept { return makeOfClass(classOf(bytesFor(slots))); }
+
+uint32_t GroupPool::makeOfClass(uint8_t sizeClass) {
     if (sizeClass == kAlone) return kNone;
     uint32_t number = vacant[sizeClass];
     if (number == kNone) number = chunkOfReserve(sizeClass);

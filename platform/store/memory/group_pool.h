@@ -92,6 +92,7 @@ private:
     uint32_t chunkOfReserve(uint8_t sizeClass);
     // How many chunks.
     static uint32_t reserveFor(uint32_t chunksInUse) { return (chunksInUse * 3 + 7) / 8; }
+    uint32_t makeOfClass(uint8_t sizeClass);
     uint32_t makeIn(uint32_t number, size_t blockSize);
     uint32_t takeBlock(uint32_t number);
     bool isFull(const Chunk& chunk) const;
