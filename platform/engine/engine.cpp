@@ -85,9 +85,8 @@ void forget(Object& object) {
 }  // namespace
 
 void Engine::releaseObject(uint32_t table, uint64_t object) noexcept {
-    if (objectOf(table, object) == nullptr) return;
-    Object* released = objects_.withdraw(object);
-    if (released == nullptr) return;
+    Object* released = objectOf(table, object);
+    if (released == nullptr || !objects_.withdraw(*released, object)) return;
     dropIterators(*released, false);
     forget(*released);
     objects_.recycle(*released);

@@ -122,9 +122,11 @@ public:
     // Takes the value out of use, or returns null when the handle names none. Of two callers at once one gets it.
     Value* withdraw(uint64_t handle) {
         Value* value = find(handle);
-        if (value == nullptr) return nullptr;
-        return exchanged(value->handle, handle, 0) ? value : nullptr;
+        return value != nullptr && withdraw(*value, handle) ? value : nullptr;
     }
+
+    // The same for the value that the handle named a moment ago; false when it does no longer.
+    bool withdraw(Value& value, uint64_t handle) { return exchanged(value.handle, handle, 0); }
 
     void recycle(Value& value) {
         if (value.generation == kLastGeneration) return;
