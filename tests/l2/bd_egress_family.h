@@ -50,6 +50,7 @@
 #include "tests/support/bytes.h"
 #include "tests/support/claims.h"
 #include "tests/support/operation_test.h"
+#include "tests/support/table_claims.h"
 #include "tests/support/table_family.h"
 
 namespace mcast6::tests::bd_egress {
@@ -145,25 +146,12 @@ class BdEgress {
 public:
     explicit BdEgress(const Literals& literals)
         : told(literals),
-          released(allOf({line("release " + literals.name + " obj1"), dfx(literals.counters.released)})),
-          table(
-              {
-                  .name = literals.name,
-                  .rowSize = literals.rowSize,
-                  .key = literals.key,
-                  .writtenRow = withGaps(literals.row, "00"),
-                  .storedRow = storedRow(literals.rowSize),
-                  .created = {dfx(literals.counters.created)},
-                  .createFailed = {dfx(literals.counters.createFailed)},
-                  .released = released,
-                  .createObject = literals.functions.createObject,
-                  .createIterator = literals.functions.createIteratorOfAll,
-              },
-              fillWithOffsets<Entry>, literals.readStored) {}
+          table(factsOf(literals, {dfx(literals.counters.createFailed)}), fillWithOffsets<Entry>, literals.readStored),
+          released(table.facts.released) {}
 
     const Literals told;
-    const Effect released;
     TableFamily<Entry> table;
+    const Effect released;
 
     std::vector<Operation> operations() {
         std::vector<Operation> all = {table.createObject("createObject", told.functions.createObject),
@@ -189,46 +177,37 @@ public:
     }
 
     std::vector<Claim> claims() {
-        return {
-            {"setWritesEveryFieldInItsPlaceAndNothingElse",
-             [this] { EXPECT_EQ(withGaps(told.row, "5a"), table.rowOf(told.functions.set)); }},
-            {"setReadsTheClockOnceForBothStamps", [this] { checkClockOfSet(); }},
-            {"getWritesEveryFieldItsConstantsAndNothingElse", [this] { checkGet(); }},
-            {"aRowIsStampedWithTheSmoothTimeAndIfAskedTheCreationTime", [this] { checkStamp(); }},
-            {"aCreationPassesItsArgumentsOn", [this] { checkArgumentsOfCreation(); }},
-            {"readingAnAbsentRecordAnswers15005AndIsSilent", [this] { checkAbsentRead(); }},
-            {"aRecordThatVanishedUnderAnIteratorAnswers60AndIsSilent", [this] { checkVanished(); }},
-        };
+        return claimsOf(
+            told, table,
+            {
+                {"setReadsTheClockOnceForBothStamps",
+                 [this] { expectStamps(table, told.functions.set, table.sample(), kFirstTime + kFirstTime); }},
+                {"aRowIsStampedWithTheSmoothTimeAndIfAskedTheCreationTime",
+                 [this] { expectStamping(table, told.functions.stamp); }},
+                {"readingAnAbsentRecordAnswers15005AndIsSilent",
+                 [this] { expectAbsentRead(table, told.functions.read, 15005); }},
+            });
     }
 
     // Of a key operation, where a table has one.
     Claim keyClaim(void (*setKey)(uint32_t*, void*, const Entry*)) {
-        return {"aKeyIsItsWordAndItsFields", [this, setKey] {
-                    EXPECT_EQ(told.key,
-                              table.keyOf([setKey](Mcast6DbKeyDesc* descriptor, void* key, const Entry* entry) {
-                                  setKey(&descriptor->keyWord, key, entry);
-                              }));
-                }};
+        return {"aKeyIsItsWordAndItsFields", [this, setKey] { expectKey(table, setKey); }};
     }
 
-    // An operation whose engine call answers 13044 returns 0, bumps one counter and not the other, records one error of
-    // the kind, and logs nothing.
+    // Of an operation whose engine call answers 13044: it returns 0, bumps one counter and not the other, and records one
+    // error of the kind.
     Claim toleranceClaim(std::string name, uint32_t (*function)(const Entry*), std::string engineCall, uint32_t counter,
                          uint32_t otherCounter, uint32_t errorKind) {
-        return {std::move(name), [this, function, engineCall, counter, otherCounter, errorKind] {
-                    const Entry entry = table.sample();
-                    Recorder::instance().answer(engineCall, 13044);
-                    EXPECT_EQ(0u, function(&entry));
-                    EXPECT_EQ(1u, Recorder::instance().dfx(counter));
-                    EXPECT_EQ(0u, Recorder::instance().dfx(otherCounter));
-                    EXPECT_EQ(1u, g_mcast6DbErrStat[told.number][errorKind]);
-                    EXPECT_THAT(Recorder::instance().logFormats(), testing::IsEmpty());
-                }};
+        const Tolerance tolerance{
+            .engineCall = std::move(engineCall),
+            .counted = "dfx " + std::to_string(counter),
+            .notCounted = "dfx " + std::to_string(otherCounter),
+            .error = "record " + std::to_string(told.number) + " " + std::to_string(errorKind),
+        };
+        return {std::move(name), [this, function, tolerance] { expectTolerance(table, function, tolerance); }};
     }
 
 private:
-    using Recorder = recording::Recorder;
-
     Operation read() {
         return table.read(
             "read", told.functions.read,
@@ -290,73 +269,6 @@ private:
     Operation iteratorOfAll() {
         return iterator({"iteratorOfAll", told.functions.createIteratorOfAll, "none"},
                         egress(told.messages.iteratorOfAll));
-    }
-
-    void checkClockOfSet() const {
-        Recorder::instance().setTime(0x0102030405060708, 1);
-        const Entry entry = table.sample();
-        recording::Bytes row(told.rowSize);
-        told.functions.set(&entry, row.data());
-        EXPECT_EQ(1u, Recorder::instance().clockReadings());
-        EXPECT_EQ(digits("0807060504030201 0807060504030201"),
-                  recording::hex(std::span(row).subspan(told.createStamp, 16)));
-    }
-
-    void checkGet() {
-        EXPECT_EQ(table.readBack(), table.recordOf(told.functions.get));
-        EXPECT_THAT(Recorder::instance().trace(), testing::IsEmpty());
-        EXPECT_EQ(0u, Recorder::instance().clockReadings());
-    }
-
-    void checkStamp() const {
-        Recorder::instance().setTime(0x0102030405060708, 1);
-        recording::Bytes row(told.rowSize, 0x5A);
-        recording::Bytes expected = row;
-        EXPECT_EQ(0x0102030405060708, told.functions.stamp(0, row.data()));
-        putTime(expected, told.createStamp + 8, "0807060504030201");
-        EXPECT_EQ(recording::hex(expected), recording::hex(row));
-        EXPECT_EQ(0x0102030405060709, told.functions.stamp(INT32_MIN, row.data()));
-        putTime(expected, told.createStamp, "0907060504030201");
-        putTime(expected, told.createStamp + 8, "0907060504030201");
-        EXPECT_EQ(recording::hex(expected), recording::hex(row));
-        EXPECT_EQ(2u, Recorder::instance().clockReadings());
-        EXPECT_THAT(Recorder::instance().trace(), testing::IsEmpty());
-    }
-
-    static void putTime(recording::Bytes& row, size_t at, std::string_view time) {
-        const recording::Bytes bytes = recording::unhex(time);
-        std::memcpy(row.data() + at, bytes.data(), bytes.size());
-    }
-
-    void checkArgumentsOfCreation() const {
-        Mcast6DbHandle object = 0;
-        EXPECT_EQ(0u, told.functions.createObject(9, 7, &object));
-        EXPECT_EQ(Recorder::instance().trace(),
-                  (Trace{"create " + told.name + " 9 7 -> obj1", "dfx " + std::to_string(told.counters.created)}));
-    }
-
-    void checkAbsentRead() const {
-        Entry entry = table.sample();
-        Recorder::instance().answer("db_read_obj_with_buf", 15005);
-        EXPECT_EQ(15005u, told.functions.read(&entry));
-        EXPECT_EQ(bytesOf(table.sample()), bytesOf(entry));
-        EXPECT_THAT(Recorder::instance().logFormats(), testing::IsEmpty());
-        EXPECT_EQ(0u, g_mcast6DbErrStat[told.number][0]);
-        EXPECT_EQ(0u, Recorder::instance().liveObjects());
-    }
-
-    void checkVanished() const {
-        Mcast6DbRes* const iterator = told.functions.createIteratorOfAll();
-        ASSERT_NE(nullptr, iterator);
-        Entry entry = table.sample();
-        Recorder::instance().answer("db_read_obj_with_buf", 15005);
-        EXPECT_EQ(60u, told.functions.getEntry(iterator, &entry));
-        EXPECT_EQ(bytesOf(table.sample()), bytesOf(entry));
-        EXPECT_THAT(Recorder::instance().logFormats(), testing::IsEmpty());
-        EXPECT_EQ(0u, g_mcast6DbErrStat[told.number][0]);
-        told.functions.releaseIterator(iterator);
-        EXPECT_EQ(0u, Recorder::instance().liveObjects());
-        EXPECT_EQ(0u, Recorder::instance().liveBlocks());
     }
 };
 

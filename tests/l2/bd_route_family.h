@@ -50,6 +50,7 @@
 #include "tests/support/bytes.h"
 #include "tests/support/claims.h"
 #include "tests/support/operation_test.h"
+#include "tests/support/table_claims.h"
 #include "tests/support/table_family.h"
 
 namespace mcast6::tests::bd_route {
@@ -120,25 +121,12 @@ class BdRoute {
 public:
     explicit BdRoute(const Literals<Record>& literals)
         : told(literals),
-          released(allOf({line("release " + literals.name + " obj1"), dfx(literals.counters.released)})),
-          table(
-              {
-                  .name = literals.name,
-                  .rowSize = literals.rowSize,
-                  .key = literals.key,
-                  .writtenRow = withGaps(literals.row, "00"),
-                  .storedRow = storedRow(literals.rowSize),
-                  .created = {dfx(literals.counters.created)},
-                  .createFailed = {dfx(literals.counters.createFailed)},
-                  .released = released,
-                  .createObject = literals.functions.createObject,
-                  .createIterator = literals.functions.createIteratorOfAll,
-              },
-              fillWithOffsets<Record>, literals.readStored) {}
+          table(factsOf(literals, {dfx(literals.counters.createFailed)}), fillWithOffsets<Record>, literals.readStored),
+          released(table.facts.released) {}
 
     const Literals<Record> told;
-    const Effect released;
     TableFamily<Record> table;
+    const Effect released;
 
     std::vector<Operation> operations() {
         const Functions<Record>& functions = told.functions;
@@ -181,19 +169,17 @@ public:
     }
 
     std::vector<Claim> claims() {
-        return {
-            {"setWritesEveryFieldInItsPlaceAndNothingElse",
-             [this] { EXPECT_EQ(withGaps(told.row, "5a"), table.rowOf(told.functions.set)); }},
-            {"setReadsTheClockOnceAndTakesItForAMissingCreationTime", [this] { checkClockOfSet(); }},
-            {"getWritesEveryFieldItsConstantsAndNothingElse", [this] { checkGet(); }},
-            {"aStampKeepsTheCallersCreationTimeUnlessItIs0", [this] { checkStamp(); }},
-            {"aCreationPassesItsArgumentsOn", [this] { checkArgumentsOfCreation(); }},
-            {"readingAnAbsentRecordAnswers60AndIsSilent", [this] { checkAbsentRead(); }},
-            {"aRecordThatVanishedUnderAnIteratorAnswers60AndIsSilent", [this] { checkVanished(); }},
-            {"anUpdateCallsItsItemSetterWithTheObjectAndTheRecord", [this] { checkArgumentsOfItemSetter(); }},
-            {"anItemSettersAnswerEndsTheUpdateAndIsReturned", [this] { checkAnswerOfItemSetter(); }},
-            {"anUpdateOfAnAbsentRecordReturns0AndRecordsKind1", [this] { checkAbsentUpdate(); }},
-        };
+        return claimsOf(
+            told, table,
+            {
+                {"setReadsTheClockOnceAndTakesItForAMissingCreationTime", [this] { checkClockOfSet(); }},
+                {"aStampKeepsTheCallersCreationTimeUnlessItIs0", [this] { checkStamp(); }},
+                {"readingAnAbsentRecordAnswers60AndIsSilent",
+                 [this] { expectAbsentRead(table, told.functions.read, 60); }},
+                {"anUpdateCallsItsItemSetterWithTheObjectAndTheRecord", [this] { checkArgumentsOfItemSetter(); }},
+                {"anItemSettersAnswerEndsTheUpdateAndIsReturned", [this] { checkAnswerOfItemSetter(); }},
+                {"anUpdateOfAnAbsentRecordReturns0AndRecordsKind1", [this] { checkAbsentUpdate(); }},
+            });
     }
 
 private:
@@ -275,72 +261,23 @@ private:
              .readFailed = {routes(told.messages.entryFailed, code), record(told.number, 0), returns(1)}});
     }
 
-    std::string stampsOf(const recording::Bytes& row) const {
-        return recording::hex(std::span(row).subspan(told.createStamp, 16));
-    }
-
     void checkClockOfSet() const {
-        Recorder::instance().setTime(0x0102030405060708, 1);
         Record record = table.sample();
         record.timeStampCreate = 0;
-        recording::Bytes row(told.rowSize);
-        told.functions.set(&record, row.data());
-        EXPECT_EQ(1u, Recorder::instance().clockReadings());
-        EXPECT_EQ(digits("0807060504030201 0807060504030201"), stampsOf(row));
-    }
-
-    void checkGet() {
-        EXPECT_EQ(table.readBack(), table.recordOf(told.functions.get));
-        EXPECT_THAT(Recorder::instance().trace(), testing::IsEmpty());
-        EXPECT_EQ(0u, Recorder::instance().clockReadings());
+        expectStamps(table, told.functions.set, record, kFirstTime + kFirstTime);
     }
 
     void checkStamp() const {
-        Recorder::instance().setTime(0x0102030405060708, 1);
+        startClock();
         Record record = table.sample();
-        recording::Bytes row(told.rowSize, 0x5A);
-        told.functions.stamp(row.data(), &record);
-        EXPECT_EQ(digits("4041424344454647 0807060504030201"), stampsOf(row));
+        recording::Bytes row(told.rowSize + 2, 0x5A);  // at an odd address
+        told.functions.stamp(row.data() + 1, &record);
+        EXPECT_EQ(stampedRow(table.facts, "4041424344454647", kFirstTime), inner(row));
         record.timeStampCreate = 0;
-        told.functions.stamp(row.data(), &record);
-        EXPECT_EQ(digits("0907060504030201 0907060504030201"), stampsOf(row));
+        told.functions.stamp(row.data() + 1, &record);
+        EXPECT_EQ(stampedRow(table.facts, kSecondTime, kSecondTime), inner(row));
         EXPECT_EQ(2u, Recorder::instance().clockReadings());
-        std::fill_n(row.begin() + told.createStamp, 16, uint8_t{0x5A});
-        EXPECT_EQ(recording::hex(recording::Bytes(told.rowSize, 0x5A)), recording::hex(row));
         EXPECT_THAT(Recorder::instance().trace(), testing::IsEmpty());
-    }
-
-    void checkArgumentsOfCreation() const {
-        Mcast6DbHandle object = 0;
-        EXPECT_EQ(0u, told.functions.createObject(9, 7, &object));
-        EXPECT_EQ(Recorder::instance().trace(),
-                  (Trace{"create " + told.name + " 9 7 -> obj1", "dfx " + std::to_string(told.counters.created)}));
-    }
-
-    void checkAbsentRead() const {
-        Record record = table.sample();
-        Recorder::instance().answer("db_read_obj_with_buf", 15005);
-        EXPECT_EQ(60u, told.functions.read(&record));
-        checkSilentAndUnchanged(record);
-        EXPECT_EQ(0u, Recorder::instance().liveObjects());
-    }
-
-    void checkVanished() const {
-        Mcast6DbRes* const iterator = told.functions.createIteratorOfAll();
-        ASSERT_NE(nullptr, iterator);
-        Record record = table.sample();
-        Recorder::instance().answer("db_read_obj_with_buf", 15005);
-        EXPECT_EQ(60u, told.functions.getEntry(iterator, &record));
-        checkSilentAndUnchanged(record);
-        told.functions.releaseIterator(iterator);
-        EXPECT_EQ(0u, Recorder::instance().liveObjects());
-        EXPECT_EQ(0u, Recorder::instance().liveBlocks());
-    }
-
-    void checkSilentAndUnchanged(const Record& record) const {
-        EXPECT_EQ(bytesOf(table.sample()), bytesOf(record));
-        EXPECT_THAT(Recorder::instance().logFormats(), testing::IsEmpty());
-        EXPECT_THAT(g_mcast6DbErrStat[told.number], testing::Each(0u));
     }
 
     void checkArgumentsOfItemSetter() const {

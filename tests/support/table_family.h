@@ -79,12 +79,13 @@ struct EntryWays {
 // -- tables -----------------------------------------------------------------------------------------------------------
 
 struct TableFacts {
-    std::string name;        // of the database table
-    uint32_t rowSize;        // bytes
-    std::string key;         // the sample's as the recorder tells it: "key=0001000c:<digits>"
-    std::string writtenRow;  // digits of the row that a write makes of the sample at the recorder's time
-    std::string storedRow;   // a row that the engine answers reads with
-    Effects created = {};    // beside the engine's call, on every successful creation
+    std::string name;          // of the database table
+    uint32_t rowSize;          // bytes
+    uint32_t createStamp = 0;  // where in a row; the smooth time follows
+    std::string key;           // the sample's as the recorder tells it: "key=0001000c:<digits>"
+    std::string writtenRow;    // digits of the row that a write makes of the sample at the recorder's time
+    std::string storedRow;     // a row that the engine answers reads with
+    Effects created = {};      // beside the engine's call, on every successful creation
     Effects createFailed = {};
     Argument createAnswers = code;                   // result of the create operation when the engine fails: 1 or code
     Effect released;                                 // "release <table> obj1" and what goes with it

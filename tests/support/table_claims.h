@@ -1,0 +1,209 @@
+// What the tests of many tables ask for beside the ways out of their operations, told once.
+//
+// Each is a check with EXPECT_..., made on a recorder and a library that were put back to their start: in a SampleTest or
+// a Claim. What is a table's own, its bytes, numbers and results, stands where the check is asked for.
+//
+//     TEST_F(VlanPortTest, setKeepsACreationTimeThatIsGiven) {
+//         record.timeStampCreate = 1ULL << 63;
+//         expectStamps(table, MCAST6_DB_SetVlanPortItem, record, "0000000000000080" + kFirstTime);
+//     }
+#pragma once
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+#include "tests/support/bytes.h"
+#include "tests/support/claims.h"
+#include "tests/support/table_family.h"
+
+namespace mcast6::tests {
+
+// A test with a sample record that it may change.
+template <class Record, void (*fill)(Record&)>
+class SampleTest : public testing::Test {
+protected:
+    void SetUp() override {
+        startOver();
+        fill(record);
+    }
+    void TearDown() override { startOver(false); }
+
+    recording::Recorder& platform = recording::Recorder::instance();
+    Record record;
+};
+
+// Nothing was logged and no error recorded, under whatever number.
+void expectSilence();
+
+// -- conversions ------------------------------------------------------------------------------------------------------
+
+// 'set' makes this row of the sample, without a call of the engine.
+template <class Record, class Set>
+void expectRow(TableFamily<Record>& table, const std::string& row, Set set) {
+    EXPECT_EQ(row, table.rowOf(set));
+    EXPECT_THAT(recording::Recorder::instance().trace(), testing::IsEmpty());
+}
+
+// 'get' does to the sample what reading the stored row does, without a call of the engine or a look at the clock.
+template <class Record, class Get>
+void expectRecord(TableFamily<Record>& table, Get get) {
+    EXPECT_EQ(table.readBack(), table.recordOf(get));
+    EXPECT_THAT(recording::Recorder::instance().trace(), testing::IsEmpty());
+    EXPECT_EQ(0u, recording::Recorder::instance().clockReadings());
+}
+
+// 'setKey' makes the key of the sample; it is called with the key word or all of its descriptor, the key and the record.
+template <class Record, class SetKey>
+void expectKey(TableFamily<Record>& table, SetKey setKey) {
+    EXPECT_EQ(table.facts.key, table.keyOf([setKey](Mcast6DbKeyDesc* descriptor, void* key, const Record* record) {
+        if constexpr (std::is_invocable_v<SetKey, uint32_t*, void*, const Record*>) {
+            setKey(&descriptor->keyWord, key, record);
+        } else {
+            setKey(descriptor, key, record);
+        }
+    }));
+    EXPECT_THAT(recording::Recorder::instance().trace(), testing::IsEmpty());
+}
+
+// -- time stamps ------------------------------------------------------------------------------------------------------
+
+// Lets the clock tell other times than the samples do, and another one at each reading; they stand in a row so.
+void startClock();
+inline const std::string kFirstTime = "0807060504030201";
+inline const std::string kSecondTime = "0907060504030201";
+
+// 'set' makes these stamps of the record, the creation time first, and reads the clock once.
+template <class Record, class Set>
+void expectStamps(const TableFamily<Record>& table, Set set, const Record& record, const std::string& stamps) {
+    startClock();
+    recording::Bytes row(table.facts.rowSize);
+    if constexpr (std::is_void_v<std::invoke_result_t<Set, const Record*, void*>>) {
+        set(&record, row.data());
+    } else {
+        EXPECT_EQ(0u, set(&record, row.data()));
+    }
+    EXPECT_EQ(1u, recording::Recorder::instance().clockReadings());
+    EXPECT_EQ(stamps, recording::hex(std::span(row).subspan(table.facts.createStamp, 16)));
+}
+
+// A row of bytes 5a with these stamps.
+std::string stampedRow(const TableFacts& table, const std::string& createTime, const std::string& smoothTime);
+
+// 'stamp' writes the smooth time to a row and, if its flag is not 0, the same as the creation time. It reads the clock
+// once, and answers the time if it answers at all.
+template <class Record, class Result, class Flag>
+void expectStamping(const TableFamily<Record>& table, Result (*stamp)(Flag, void*)) {
+    startClock();
+    recording::Bytes row(table.facts.rowSize + 2, 0x5A);  // at an odd address
+    const auto expectTime = [&row, stamp](int64_t time, uint32_t flag) {
+        if constexpr (std::is_void_v<Result>) {
+            stamp(static_cast<Flag>(flag), row.data() + 1);
+        } else {
+            EXPECT_EQ(time, stamp(static_cast<Flag>(flag), row.data() + 1));
+        }
+    };
+    expectTime(0x0102030405060708, 0);
+    EXPECT_EQ(1u, recording::Recorder::instance().clockReadings());
+    EXPECT_EQ(stampedRow(table.facts, "5a5a5a5a5a5a5a5a", kFirstTime), inner(row));
+    expectTime(0x0102030405060709, 0x80000000);
+    EXPECT_EQ(2u, recording::Recorder::instance().clockReadings());
+    EXPECT_EQ(stampedRow(table.facts, kSecondTime, kSecondTime), inner(row));
+    EXPECT_THAT(recording::Recorder::instance().trace(), testing::IsEmpty());
+}
+
+// -- operations -------------------------------------------------------------------------------------------------------
+
+// The create operation gives the engine its arguments, then does what 'counted' says: "dfx 336".
+void expectArgumentsOfCreation(const TableFacts& table, const std::string& counted);
+
+// A read of an absent record answers 'result' in silence, and leaves the record and no object.
+template <class Record>
+void expectAbsentRead(const TableFamily<Record>& table, uint32_t (*read)(Record*), uint32_t result) {
+    Record record = table.sample();
+    recording::Recorder::instance().answer("db_read_obj_with_buf", 15005);
+    EXPECT_EQ(result, read(&record));
+    EXPECT_EQ(bytesOf(table.sample()), bytesOf(record));
+    expectSilence();
+    EXPECT_EQ(0u, recording::Recorder::instance().liveObjects());
+}
+
+// A record that is gone when an iterator has stepped to it and reads it: 60, in silence, and the caller's record stays.
+template <class Record>
+void expectVanishedRecord(const TableFamily<Record>& table, uint32_t (*getEntry)(Mcast6DbRes*, Record*),
+                          void (*releaseIterator)(Mcast6DbRes*)) {
+    Mcast6DbRes* const iterator = table.facts.createIterator();
+    ASSERT_NE(nullptr, iterator);
+    Record record = table.sample();
+    recording::Recorder::instance().answer("db_read_obj_with_buf", 15005);
+    EXPECT_EQ(60u, getEntry(iterator, &record));
+    EXPECT_EQ(0u, recording::Recorder::instance().pendingAnswers());
+    EXPECT_EQ(bytesOf(table.sample()), bytesOf(record));
+    expectSilence();
+    releaseIterator(iterator);
+    EXPECT_EQ(0u, recording::Recorder::instance().liveObjects());
+    EXPECT_EQ(0u, recording::Recorder::instance().liveIterators());
+    EXPECT_EQ(0u, recording::Recorder::instance().liveBlocks());
+}
+
+// What an operation tells when it takes 13044 for success: lines of the trace, "dfx 339", "kpi 51", "record 21 1".
+struct Tolerance {
+    std::string engineCall;  // that is answered with 13044
+    std::string counted;     // once
+    std::string notCounted;
+    std::string error;  // the only one
+};
+// Compares with what was told since the last look at the trace; nothing may have been logged.
+void expectTold(const Tolerance& tolerance);
+
+template <class Record>
+void expectTolerance(const TableFamily<Record>& table, uint32_t (*function)(const Record*),
+                     const Tolerance& tolerance) {
+    const Record record = table.sample();
+    recording::Recorder::instance().answer(tolerance.engineCall, 13044);
+    EXPECT_EQ(0u, function(&record));
+    expectTold(tolerance);
+}
+
+// -- families of tables -----------------------------------------------------------------------------------------------
+// 'told' is what a family tells of one of its tables: the name, sizes, bytes, counters and functions that are used here.
+// The samples have bytes that tell their offsets (see bytes.h).
+
+template <class Told>
+TableFacts factsOf(const Told& told, Effects createFailed) {
+    return {.name = told.name,
+            .rowSize = told.rowSize,
+            .createStamp = told.createStamp,
+            .key = told.key,
+            .writtenRow = withGaps(told.row, "00"),
+            .storedRow = storedRow(told.rowSize),
+            .created = {dfx(told.counters.created)},
+            .createFailed = std::move(createFailed),
+            .released = allOf({line("release " + told.name + " obj1"), dfx(told.counters.released)}),
+            .createObject = told.functions.createObject,
+            .createIterator = told.functions.createIteratorOfAll};
+}
+
+// What is claimed of every table of the families, after the claims of its own. 'told' and the table must outlive them.
+template <class Told, class Record>
+std::vector<Claim> claimsOf(const Told& told, TableFamily<Record>& table, std::vector<Claim> all) {
+    all.push_back({"setWritesEveryFieldInItsPlaceAndNothingElse",
+                   [&told, &table] { expectRow(table, withGaps(told.row, "5a"), told.functions.set); }});
+    all.push_back({"getWritesEveryFieldItsConstantsAndNothingElse",
+                   [&told, &table] { expectRecord(table, told.functions.get); }});
+    all.push_back({"aCreationPassesItsArgumentsOn", [&told, &table] {
+                       expectArgumentsOfCreation(table.facts, "dfx " + std::to_string(told.counters.created));
+                   }});
+    all.push_back({"aRecordThatVanishedUnderAnIteratorAnswers60AndIsSilent", [&told, &table] {
+                       expectVanishedRecord(table, told.functions.getEntry, told.functions.releaseIterator);
+                   }});
+    return all;
+}
+
+}  // namespace mcast6::tests
