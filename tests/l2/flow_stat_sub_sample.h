@@ -1,10 +1,13 @@
 // A flow-statistics subscription with other bytes in each field, and what becomes of it in either of its tables.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <cstring>
 #include <string>
 
 #include "mcast6_db/flow_stat_sub.h"
+#include "tests/platform/recorder.h"
 #include "tests/support/operation_sweep.h"
 
 namespace mcast6::tests::flow_stat_sub {
@@ -61,6 +64,34 @@ inline void readStored(FlowStatSubEntry& record, uint32_t getFlag) {
     record.smoothVersion = 0x9C00009B;
     record.timeStampCreate = 0xA7A6A5A4A3A2A1A0;
     record.timeStampSmooth = 0xAFAEADACABAAA9A8;
+}
+
+// -- what holds in both tables
+
+// Of the two addresses' copies into a key the second is answered.
+inline void expectTheLastCopyToBeAnswered(uint32_t (*setKey)(Mcast6DbKeyDesc*, void*, const FlowStatSubEntry*)) {
+    recording::Recorder& platform = recording::Recorder::instance();
+    FlowStatSubEntry record;
+    fillSample(record);
+    Mcast6DbKeyDesc descriptor{};
+    uint8_t key[40] = {};
+    EXPECT_EQ(0u, setKey(&descriptor, key, &record));
+    platform.answer("memcpy_s", 22);
+    EXPECT_EQ(0u, setKey(&descriptor, key, &record));
+    platform.answer("memcpy_s", 0);
+    platform.answer("memcpy_s", 34);
+    EXPECT_EQ(34u, setKey(&descriptor, key, &record));
+    EXPECT_EQ(0u, platform.pendingAnswers());
+}
+
+// What a read gives in the members that are not stored.
+inline void expectReadConstants(uint32_t (*read)(FlowStatSubEntry*), uint32_t addrType, uint32_t getFlag) {
+    FlowStatSubEntry record;
+    fillSample(record);
+    recording::Recorder::instance().fillNextRead(recording::unhex(kStoredRow));
+    EXPECT_EQ(0u, read(&record));
+    EXPECT_EQ(addrType, record.addrType);
+    EXPECT_EQ(getFlag, record.getFlag);
 }
 
 }  // namespace mcast6::tests::flow_stat_sub

@@ -48,11 +48,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <span>
-
 #include "mcast6_db/context.h"
 #include "tests/l2/flow_stat_sub_sample.h"
 #include "tests/support/operation_test.h"
+#include "tests/support/table_claims.h"
 #include "tests/support/table_family.h"
 
 namespace mcast6::tests::l2mc6_bd_flowstat_sub {
@@ -62,9 +61,6 @@ namespace {
 using flow_stat_sub::fillSample;
 using flow_stat_sub::kKey;
 using flow_stat_sub::kStoredRow;
-using recording::Bytes;
-using recording::hex;
-using recording::Recorder;
 using testing::IsEmpty;
 
 // At 1'700'000'000, the recorder's time, whatever the caller's time stamps are.
@@ -82,6 +78,7 @@ const Effect released = allOf({line("release l2mc6_bd_flowstat_sub obj1"), dfx(3
 
 TableFamily<FlowStatSubEntry> table({.name = "l2mc6_bd_flowstat_sub",
                                      .rowSize = 72,
+                                     .createStamp = 56,
                                      .key = kKey,
                                      .writtenRow = kWrittenRow,
                                      .storedRow = kStoredRow,
@@ -199,64 +196,30 @@ INSTANTIATE_TEST_SUITE_P(l2mc6_bd_flowstat_sub, EveryWayOut, testing::ValuesIn(o
 
 // -- conversions
 
-class BdFlowstatSubTest : public testing::Test {
-protected:
-    void SetUp() override {
-        startOver();
-        fillSample(record);
-    }
-    void TearDown() override { platform.reset(); }
-
-    Recorder& platform = Recorder::instance();
-    FlowStatSubEntry record;
-};
+class BdFlowstatSubTest : public SampleTest<FlowStatSubEntry, fillSample> {};
 
 TEST_F(BdFlowstatSubTest, setWritesEveryFieldInItsPlaceAndNothingElse) {
-    EXPECT_EQ(kWrittenRow, table.rowOf(MCAST6_DB_SetL2McBdFlowstatSub));
-    EXPECT_THAT(platform.trace(), IsEmpty());
+    expectRow(table, kWrittenRow, MCAST6_DB_SetL2McBdFlowstatSub);
 }
 
 TEST_F(BdFlowstatSubTest, setReadsTheClockOnceForBothStampsWhateverTheCallerGives) {
-    platform.setTime(0x0102030405060708, 1);
-    Bytes row(72);
-    MCAST6_DB_SetL2McBdFlowstatSub(&record, row.data());
-    EXPECT_EQ(1u, platform.clockReadings());
-    EXPECT_EQ(digits("0807060504030201 0807060504030201"), hex(std::span(row).subspan(56)));
+    expectStamps(table, MCAST6_DB_SetL2McBdFlowstatSub, record, kFirstTime + kFirstTime);
 }
 
 TEST_F(BdFlowstatSubTest, aRowIsStampedWithTheSmoothTimeAndIfAskedTheCreationTime) {
-    platform.setTime(0x0102030405060708, 1);
-    Bytes row(74, 0x5A);
-    const std::string fields = hex(std::span(row).first(57));  // and a byte before the row
-    MCAST6_DB_SetStructL2McBdFlowstatSubTimeStamp(0, row.data() + 1);
-    EXPECT_EQ(1u, platform.clockReadings());
-    EXPECT_EQ(fields + digits("5a5a5a5a5a5a5a5a 0807060504030201 5a"), hex(row));
-    MCAST6_DB_SetStructL2McBdFlowstatSubTimeStamp(0x80000000, row.data() + 1);
-    EXPECT_EQ(2u, platform.clockReadings());
-    EXPECT_EQ(fields + digits("0907060504030201 0907060504030201 5a"), hex(row));
+    expectStamping(table, MCAST6_DB_SetStructL2McBdFlowstatSubTimeStamp);
 }
 
 TEST_F(BdFlowstatSubTest, getWritesEveryFieldItsConstantsAndNothingElse) {
-    EXPECT_EQ(table.readBack(), table.recordOf(MCAST6_DB_GetL2McBdFlowstatSub));
-    EXPECT_THAT(platform.trace(), IsEmpty());
-    EXPECT_EQ(0u, platform.clockReadings());
+    expectRecord(table, MCAST6_DB_GetL2McBdFlowstatSub);
 }
 
 TEST_F(BdFlowstatSubTest, theKeyHoldsTheAddressesInNetworkOrder) {
-    EXPECT_EQ(kKey, table.keyOf(MCAST6_DB_SetL2McBdFlowstatSubKey));
-    EXPECT_THAT(platform.trace(), IsEmpty());
+    expectKey(table, MCAST6_DB_SetL2McBdFlowstatSubKey);
 }
 
 TEST_F(BdFlowstatSubTest, theKeySetterAnswersWhatTheLastCopyOfAnAddressAnswers) {
-    Mcast6DbKeyDesc descriptor{};
-    uint8_t key[40] = {};
-    EXPECT_EQ(0u, MCAST6_DB_SetL2McBdFlowstatSubKey(&descriptor, key, &record));
-    platform.answer("memcpy_s", 22);
-    EXPECT_EQ(0u, MCAST6_DB_SetL2McBdFlowstatSubKey(&descriptor, key, &record));
-    platform.answer("memcpy_s", 0);
-    platform.answer("memcpy_s", 34);
-    EXPECT_EQ(34u, MCAST6_DB_SetL2McBdFlowstatSubKey(&descriptor, key, &record));
-    EXPECT_EQ(0u, platform.pendingAnswers());
+    flow_stat_sub::expectTheLastCopyToBeAnswered(MCAST6_DB_SetL2McBdFlowstatSubKey);
 }
 
 // -- edges
@@ -285,10 +248,7 @@ TEST_F(BdFlowstatSubTest, aWriteToAFullTableIsCountedTwiceAndNotLogged) {
 }
 
 TEST_F(BdFlowstatSubTest, aReadGivesAddrType2AndGetFlag1) {
-    platform.fillNextRead(recording::unhex(kStoredRow));
-    EXPECT_EQ(0u, MCAST6_DB_ReadL2McBdFlowstatSub(&record));
-    EXPECT_EQ(2u, record.addrType);
-    EXPECT_EQ(1u, record.getFlag);
+    flow_stat_sub::expectReadConstants(MCAST6_DB_ReadL2McBdFlowstatSub, 2, 1);
 }
 
 }  // namespace

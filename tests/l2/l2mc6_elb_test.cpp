@@ -73,6 +73,7 @@
 #include "mcast6_platform/engine.h"
 #include "tests/l2/l2mc6_elb_sample.h"
 #include "tests/support/operation_test.h"
+#include "tests/support/table_claims.h"
 #include "tests/support/table_family.h"
 
 namespace mcast6::tests::l2mc6_elb {
@@ -90,6 +91,7 @@ const Effect released = allOf({line("release l2mc6_elb obj1"), dfx(8)});
 
 TableFamily<L2Elb6Entry> table({.name = "l2mc6_elb",
                                 .rowSize = 168,
+                                .createStamp = 152,
                                 .key = kKey,
                                 .writtenRow = kWrittenRow,
                                 .storedRow = kStoredRow,
@@ -355,14 +357,8 @@ INSTANTIATE_TEST_SUITE_P(l2mc6_elb, EveryWayOut, testing::ValuesIn(operations())
 
 // -- stories
 
-class L2ElbTest : public testing::Test {
+class L2ElbTest : public SampleTest<L2Elb6Entry, fillSample> {
 protected:
-    void SetUp() override {
-        startOver();
-        fillSample(entry);
-    }
-    void TearDown() override { platform.reset(); }
-
     // An iterator that stands on the stored row.
     Mcast6DbRes* onStoredRow() {
         Mcast6DbRes* iterator = MCAST6_DB_CreateL2Elb6Iter();
@@ -371,29 +367,22 @@ protected:
         platform.takeTrace();
         return iterator;
     }
-
-    Recorder& platform = Recorder::instance();
-    L2Elb6Entry entry;
 };
 
 TEST_F(L2ElbTest, setWritesEveryFieldInItsPlaceAndNothingElse) {
     std::string expected = kWrittenRow;
     expected.replace(2 * kSpareBytesAt, 4, "5a5a");
-    EXPECT_EQ(expected, table.rowOf(MCAST6_DB_SetL2Elb6));
+    expectRow(table, expected, MCAST6_DB_SetL2Elb6);
 }
 
 TEST_F(L2ElbTest, setReadsTheClockOnceForBothStamps) {
-    platform.setTime(0x0102030405060708, 1);
-    Bytes row(168);
-    EXPECT_EQ(0u, MCAST6_DB_SetL2Elb6(&entry, row.data()));
-    EXPECT_EQ(1u, platform.clockReadings());
-    EXPECT_EQ(digits("0807060504030201 0807060504030201"), hex(std::span(row).last(16)));
+    expectStamps(table, MCAST6_DB_SetL2Elb6, record, kFirstTime + kFirstTime);
 }
 
 TEST_F(L2ElbTest, setAnswersTheResultOfTheCopyOfElbData1) {
     Bytes row(168);
     platform.traceCopies(true);
-    MCAST6_DB_SetL2Elb6(&entry, row.data());
+    MCAST6_DB_SetL2Elb6(&record, row.data());
     const Trace copies = platform.takeTrace();
     EXPECT_THAT(copies,
                 testing::UnorderedElementsAre("memcpy_s 16 16", "memcpy_s 16 16", "memcpy_s 16 16", "memcpy_s 28 28",
@@ -403,7 +392,7 @@ TEST_F(L2ElbTest, setAnswersTheResultOfTheCopyOfElbData1) {
     for (size_t failing = 0; failing < copies.size(); ++failing) {
         for (size_t i = 0; i <= failing; ++i) platform.answer("memcpy_s", i == failing ? 34 : 0);
         std::fill(row.begin(), row.end(), uint8_t{0x5A});
-        const uint32_t result = MCAST6_DB_SetL2Elb6(&entry, row.data());
+        const uint32_t result = MCAST6_DB_SetL2Elb6(&record, row.data());
         const bool isCopied = hex(std::span(row).subspan(92, 16)) == "707172737475767778797a7b7c7d7e7f";
         EXPECT_EQ(isCopied ? 0u : 34u, result) << failing;
         answered += result == 34;
@@ -413,39 +402,37 @@ TEST_F(L2ElbTest, setAnswersTheResultOfTheCopyOfElbData1) {
 }
 
 TEST_F(L2ElbTest, getWritesEveryFieldItsConstantsAndNothingElse) {
-    EXPECT_EQ(table.readBack(), table.recordOf(MCAST6_DB_GetL2Elb6));
-    EXPECT_THAT(platform.trace(), IsEmpty());
-    EXPECT_EQ(0u, platform.clockReadings());
+    expectRecord(table, MCAST6_DB_GetL2Elb6);
     for (const uint8_t filler : {uint8_t{0x00}, uint8_t{0x3C}}) {
-        std::memset(&entry, filler, sizeof entry);
-        MCAST6_DB_GetL2Elb6(unhex(kStoredRow).data(), &entry);
-        EXPECT_EQ(0u, entry.fixedWord1);
-        EXPECT_EQ(5u, entry.fixedWord2);
-        EXPECT_EQ(0u, entry.domainType);
-        EXPECT_EQ(2u, entry.addrType);
-        EXPECT_EQ(0xC6C5u, entry.vlanId);
-        EXPECT_EQ(filler * 0x0101u, entry.fwdIfKind);
-        EXPECT_EQ(filler * 0x01010101u, entry.appVersion);
-        for (const uint8_t byte : entry.host5) EXPECT_EQ(filler, byte);
+        std::memset(&record, filler, sizeof record);
+        MCAST6_DB_GetL2Elb6(unhex(kStoredRow).data(), &record);
+        EXPECT_EQ(0u, record.fixedWord1);
+        EXPECT_EQ(5u, record.fixedWord2);
+        EXPECT_EQ(0u, record.domainType);
+        EXPECT_EQ(2u, record.addrType);
+        EXPECT_EQ(0xC6C5u, record.vlanId);
+        EXPECT_EQ(filler * 0x0101u, record.fwdIfKind);
+        EXPECT_EQ(filler * 0x01010101u, record.appVersion);
+        for (const uint8_t byte : record.host5) EXPECT_EQ(filler, byte);
     }
 }
 
 TEST_F(L2ElbTest, getAfterSetGivesWhatWasSet) {
     Bytes row(168);
-    MCAST6_DB_SetL2Elb6(&entry, row.data());
+    MCAST6_DB_SetL2Elb6(&record, row.data());
     L2Elb6Entry expected = table.sample();
     readConstants(expected);
     expected.vlanId = 0x3132;
     expected.timeStampCreate = 1'700'000'000;
     expected.timeStampSmooth = 1'700'000'000;
-    MCAST6_DB_GetL2Elb6(row.data(), &entry);
-    EXPECT_EQ(bytesOf(expected), bytesOf(entry));
+    MCAST6_DB_GetL2Elb6(row.data(), &record);
+    EXPECT_EQ(bytesOf(expected), bytesOf(record));
 }
 
 TEST_F(L2ElbTest, theKeyIsVrVlansGroupSourceAndInterfaceByteForByte) {
     uint32_t word[2] = {0xA5A5A5A5, 0xA5A5A5A5};
     Bytes key(46, 0x5A);
-    MCAST6_DB_SetL2Elb6Key(&word[0], key.data() + 1, &entry);
+    MCAST6_DB_SetL2Elb6Key(&word[0], key.data() + 1, &record);
     EXPECT_EQ(0x0001002Cu, word[0]);
     EXPECT_EQ(0xA5A5A5A5u, word[1]);
     EXPECT_EQ("5a" + kKeyBytes + "5a", hex(key));
@@ -457,23 +444,23 @@ TEST_F(L2ElbTest, aLargeVlanIsStoredAndReadBackByItsLow16Bits) {
                                               {0x0001FFFFu, "ffff", 0xFFFFu},
                                               {0xFFFF0001u, "0100", 1u},
                                               {65535u, "ffff", 65535u}}) {
-        entry.vlanId = given;
+        record.vlanId = given;
         Bytes row(168);
-        MCAST6_DB_SetL2Elb6(&entry, row.data());
+        MCAST6_DB_SetL2Elb6(&record, row.data());
         EXPECT_EQ(stored, hex(std::span(row).subspan(4, 2)));
         uint32_t word = 0;
         Bytes key(44);
-        MCAST6_DB_SetL2Elb6Key(&word, key.data(), &entry);
+        MCAST6_DB_SetL2Elb6Key(&word, key.data(), &record);
         EXPECT_EQ(stored, hex(std::span(key).subspan(4, 2)));
-        MCAST6_DB_GetL2Elb6(row.data(), &entry);
-        EXPECT_EQ(read, entry.vlanId);
+        MCAST6_DB_GetL2Elb6(row.data(), &record);
+        EXPECT_EQ(read, record.vlanId);
     }
 }
 
 TEST_F(L2ElbTest, readingAnAbsentKeyIsSilentAndAnswers15005) {
-    const std::string before = bytesOf(entry);
+    const std::string before = bytesOf(record);
     platform.answer("db_read_obj_with_buf", 15005);
-    EXPECT_EQ(15005u, MCAST6_DB_ReadL2Elb6(&entry));
+    EXPECT_EQ(15005u, MCAST6_DB_ReadL2Elb6(&record));
     EXPECT_EQ(platform.trace(), (Trace{
                                     "create l2mc6_elb 3 0 -> obj1",
                                     "dfx 7",
@@ -481,18 +468,18 @@ TEST_F(L2ElbTest, readingAnAbsentKeyIsSilentAndAnswers15005) {
                                     "release l2mc6_elb obj1",
                                     "dfx 8",
                                 }));
-    EXPECT_EQ(before, bytesOf(entry));
+    EXPECT_EQ(before, bytesOf(record));
 }
 
 TEST_F(L2ElbTest, aFailedUpdateIsToldAndRecordedAndAnswers0) {
     platform.answer("db_update_obj", 4711);
-    EXPECT_EQ(0u, MCAST6_DB_UpdateL2Elb6SmoothVersion(&entry));
+    EXPECT_EQ(0u, MCAST6_DB_UpdateL2Elb6SmoothVersion(&record));
     EXPECT_EQ("log 9 0x0F2E100F \"[MCAST6 DB] update elb6 failed, create db object failed. ret:4711.\"",
               platform.takeTrace().at(7));
     EXPECT_EQ(1u, g_mcast6DbErrStat[7][6]);
     // A setter that fails says the same, but is not recorded, and answers 1.
     platform.answer("db_set_l2mc6_elb_smoothVersion", 4711);
-    EXPECT_EQ(1u, MCAST6_DB_UpdateL2Elb6SmoothVersion(&entry));
+    EXPECT_EQ(1u, MCAST6_DB_UpdateL2Elb6SmoothVersion(&record));
     EXPECT_EQ("log 9 0x0F2E100F \"[MCAST6 DB] update elb6 failed, create db object failed. ret:4711.\"",
               platform.trace().at(4));
     EXPECT_EQ(1u, g_mcast6DbErrStat[7][6]);
@@ -500,7 +487,7 @@ TEST_F(L2ElbTest, aFailedUpdateIsToldAndRecordedAndAnswers0) {
 
 TEST_F(L2ElbTest, aWriteDoesNotTellTheSourcePidOfTheForwardingTables) {
     MCAST6_DB_SetVlanMfib6SourcePid(5);
-    EXPECT_EQ(0u, MCAST6_DB_WriteL2Elb6(&entry));
+    EXPECT_EQ(0u, MCAST6_DB_WriteL2Elb6(&record));
     EXPECT_EQ(5u, MCAST6_DB_GetVlanMfib6SourcePid());
     MCAST6_DB_SetVlanMfib6SourcePid(0);
 }
@@ -509,9 +496,9 @@ TEST_F(L2ElbTest, bytesAreCopiedAsLongAsTheEngineSays) {
     Mcast6DbRes* iterator = onStoredRow();
     platform.announceLength("db_get_l2mc6_elb_svcCtxHighPrio", 27);
     platform.announceLength("db_get_l2mc6_elb_errCode", 1);
-    MCAST6_DB_GetL2Elb6Item(iterator->object, &entry);
-    EXPECT_EQ(digits("1122334455667788 99aabbccddeeff00 0ffeeddccbbaa998 877665 9b"), bytesOf(entry.svcCtxHighPrio));
-    EXPECT_EQ("efa2", bytesOf(entry.errCode));
+    MCAST6_DB_GetL2Elb6Item(iterator->object, &record);
+    EXPECT_EQ(digits("1122334455667788 99aabbccddeeff00 0ffeeddccbbaa998 877665 9b"), bytesOf(record.svcCtxHighPrio));
+    EXPECT_EQ("efa2", bytesOf(record.errCode));
     EXPECT_THAT(platform.logFormats(), IsEmpty());
     MCAST6_DB_ReleaseL2Elb6Iterator(iterator);
 }
@@ -524,16 +511,16 @@ TEST_F(L2ElbTest, aCopyThatDoesNotFitCountsAsAFailedGetter) {
         const std::string getter = std::string("db_get_l2mc6_elb_") + field;
         platform.announceLength(getter, width + 1);
         platform.takeTrace();
-        EXPECT_EQ(34u, MCAST6_DB_GetL2Elb6CtxItem(iterator->object, &entry)) << field;
+        EXPECT_EQ(34u, MCAST6_DB_GetL2Elb6CtxItem(iterator->object, &record)) << field;
         EXPECT_EQ(4u, platform.takeTrace().size());
-        MCAST6_DB_GetL2Elb6Item(iterator->object, &entry);
+        MCAST6_DB_GetL2Elb6Item(iterator->object, &record);
         EXPECT_EQ("log 9 0x0F2E100F \"[MCAST6 DB] get mcast6 elb6 fail, ret:34.\"", platform.trace().back());
         platform.announceLength(getter, width);
     }
     // Of the addresses only the getters count.
     platform.announceLength("db_get_l2mc6_elb_groupAddr", 17);
-    EXPECT_EQ(0u, MCAST6_DB_GetL2Elb6AddrItem(iterator->object, &entry));
-    EXPECT_EQ(0xE0E1E2E3u, entry.sourceAddr.word[0]);
+    EXPECT_EQ(0u, MCAST6_DB_GetL2Elb6AddrItem(iterator->object, &record));
+    EXPECT_EQ(0xE0E1E2E3u, record.sourceAddr.word[0]);
     MCAST6_DB_ReleaseL2Elb6Iterator(iterator);
 }
 
@@ -541,12 +528,12 @@ TEST_F(L2ElbTest, anIteratorIsReadToItsEndAndAnswers60AgainAndAgain) {
     Mcast6DbRes* iterator = MCAST6_DB_CreateL2Elb6Iter();
     ASSERT_NE(nullptr, iterator);
     platform.fillNextRead(unhex(kStoredRow));
-    EXPECT_EQ(0u, MCAST6_DB_GetL2Elb6Entry(iterator, &entry));
-    EXPECT_EQ(table.readBack(), bytesOf(entry));
+    EXPECT_EQ(0u, MCAST6_DB_GetL2Elb6Entry(iterator, &record));
+    EXPECT_EQ(table.readBack(), bytesOf(record));
     platform.answerAlways("db_root_iterator_next", 110012);
-    EXPECT_EQ(60u, MCAST6_DB_GetL2Elb6Entry(iterator, &entry));
-    EXPECT_EQ(60u, MCAST6_DB_GetNextL2Elb6(iterator, &entry));
-    EXPECT_EQ(60u, MCAST6_DB_GetNextL2Elb6(iterator, &entry));
+    EXPECT_EQ(60u, MCAST6_DB_GetL2Elb6Entry(iterator, &record));
+    EXPECT_EQ(60u, MCAST6_DB_GetNextL2Elb6(iterator, &record));
+    EXPECT_EQ(60u, MCAST6_DB_GetNextL2Elb6(iterator, &record));
     EXPECT_THAT(platform.logFormats(), IsEmpty());
     EXPECT_EQ(1u, platform.liveObjects());
     MCAST6_DB_ReleaseL2Elb6Iterator(iterator);

@@ -46,11 +46,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <span>
-
 #include "mcast6_db/context.h"
 #include "tests/l2/flow_stat_sub_sample.h"
 #include "tests/support/operation_test.h"
+#include "tests/support/table_claims.h"
 #include "tests/support/table_family.h"
 
 namespace mcast6::tests::l2mc6_flowstat_sub {
@@ -60,9 +59,6 @@ namespace {
 using flow_stat_sub::fillSample;
 using flow_stat_sub::kKey;
 using flow_stat_sub::kStoredRow;
-using recording::Bytes;
-using recording::hex;
-using recording::Recorder;
 using testing::IsEmpty;
 
 // At 1'700'000'000, the recorder's time; the caller's creation time is kept.
@@ -77,6 +73,7 @@ const Effect released = allOf({line("release l2mc6_flowstat_sub obj1"), dfx(15)}
 
 TableFamily<FlowStatSubEntry> table({.name = "l2mc6_flowstat_sub",
                                      .rowSize = 72,
+                                     .createStamp = 56,
                                      .key = kKey,
                                      .writtenRow = kWrittenRow,
                                      .storedRow = kStoredRow,
@@ -184,63 +181,33 @@ INSTANTIATE_TEST_SUITE_P(l2mc6_flowstat_sub, EveryWayOut, testing::ValuesIn(oper
 
 // -- conversions
 
-class FlowstatSubTest : public testing::Test {
-protected:
-    void SetUp() override {
-        startOver();
-        fillSample(record);
-    }
-    void TearDown() override { platform.reset(); }
+class FlowstatSubTest : public SampleTest<FlowStatSubEntry, fillSample> {};
 
-    Recorder& platform = Recorder::instance();
-    FlowStatSubEntry record;
-};
+// The arguments as the other tables have them.
+void setFromRecord(const FlowStatSubEntry* from, void* row) { MCAST6_DB_SetL2FlowStatSubItem(row, from); }
 
 TEST_F(FlowstatSubTest, setTakesTheRowFirstWritesEveryFieldInItsPlaceAndNothingElse) {
-    EXPECT_EQ(kWrittenRow,
-              table.rowOf([](const FlowStatSubEntry* from, void* row) { MCAST6_DB_SetL2FlowStatSubItem(row, from); }));
-    EXPECT_THAT(platform.trace(), IsEmpty());
+    expectRow(table, kWrittenRow, setFromRecord);
 }
 
 TEST_F(FlowstatSubTest, aCreationTimeOf0IsReplacedByTheTimeOfTheWrite) {
-    platform.setTime(0x0102030405060708, 1);
     record.timeStampCreate = 0;
-    Bytes row(72, 0x5A);
-    MCAST6_DB_SetL2FlowStatSubItem(row.data(), &record);
-    EXPECT_EQ(1u, platform.clockReadings());
-    EXPECT_EQ(digits("0807060504030201 0807060504030201"), hex(std::span(row).subspan(56)));
+    expectStamps(table, setFromRecord, record, kFirstTime + kFirstTime);
 }
 
 TEST_F(FlowstatSubTest, aCreationTimeThatIsNot0IsKept) {
-    platform.setTime(0x0102030405060708, 1);
     record.timeStampCreate = 1ULL << 63;
-    Bytes row(72, 0x5A);
-    MCAST6_DB_SetL2FlowStatSubItem(row.data(), &record);
-    EXPECT_EQ(1u, platform.clockReadings());
-    EXPECT_EQ(digits("0000000000000080 0807060504030201"), hex(std::span(row).subspan(56)));
+    expectStamps(table, setFromRecord, record, "0000000000000080" + kFirstTime);
 }
 
 TEST_F(FlowstatSubTest, getWritesEveryFieldItsConstantsAndNothingElse) {
-    EXPECT_EQ(table.readBack(), table.recordOf(MCAST6_DB_GetL2FlowStatSubItem));
-    EXPECT_THAT(platform.trace(), IsEmpty());
-    EXPECT_EQ(0u, platform.clockReadings());
+    expectRecord(table, MCAST6_DB_GetL2FlowStatSubItem);
 }
 
-TEST_F(FlowstatSubTest, theKeyHoldsTheAddressesInNetworkOrder) {
-    EXPECT_EQ(kKey, table.keyOf(MCAST6_DB_SetL2FlowStatSubKey));
-    EXPECT_THAT(platform.trace(), IsEmpty());
-}
+TEST_F(FlowstatSubTest, theKeyHoldsTheAddressesInNetworkOrder) { expectKey(table, MCAST6_DB_SetL2FlowStatSubKey); }
 
 TEST_F(FlowstatSubTest, theKeySetterAnswersWhatTheLastCopyOfAnAddressAnswers) {
-    Mcast6DbKeyDesc descriptor{};
-    uint8_t key[40] = {};
-    EXPECT_EQ(0u, MCAST6_DB_SetL2FlowStatSubKey(&descriptor, key, &record));
-    platform.answer("memcpy_s", 22);
-    EXPECT_EQ(0u, MCAST6_DB_SetL2FlowStatSubKey(&descriptor, key, &record));
-    platform.answer("memcpy_s", 0);
-    platform.answer("memcpy_s", 34);
-    EXPECT_EQ(34u, MCAST6_DB_SetL2FlowStatSubKey(&descriptor, key, &record));
-    EXPECT_EQ(0u, platform.pendingAnswers());
+    flow_stat_sub::expectTheLastCopyToBeAnswered(MCAST6_DB_SetL2FlowStatSubKey);
 }
 
 TEST_F(FlowstatSubTest, anObjectGetsBothStampsWhenAsked) {
@@ -284,10 +251,7 @@ TEST_F(FlowstatSubTest, aWriteToAFullTableAnswersItsCodeInSilence) {
 }
 
 TEST_F(FlowstatSubTest, aReadGivesAddrType2AndGetFlag0) {
-    platform.fillNextRead(recording::unhex(kStoredRow));
-    EXPECT_EQ(0u, MCAST6_DB_ReadL2FlowStatSub(&record));
-    EXPECT_EQ(2u, record.addrType);
-    EXPECT_EQ(0u, record.getFlag);
+    flow_stat_sub::expectReadConstants(MCAST6_DB_ReadL2FlowStatSub, 2, 0);
 }
 
 }  // namespace

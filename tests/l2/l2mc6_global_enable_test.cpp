@@ -55,19 +55,16 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
-#include <span>
 
 #include "mcast6_db/context.h"
 #include "tests/support/operation_test.h"
+#include "tests/support/table_claims.h"
 #include "tests/support/table_family.h"
 
 namespace mcast6::tests::l2mc6_global_enable {
 
 namespace {
 
-using recording::Bytes;
-using recording::hex;
-using recording::Recorder;
 using testing::IsEmpty;
 
 // -- a record with other bytes in each field, and what becomes of it
@@ -119,6 +116,7 @@ const Effect released = allOf({line("release l2mc6_global_enable obj1"), dfx(38)
 
 TableFamily<MldGlobalEntry> table({.name = "l2mc6_global_enable",
                                    .rowSize = 36,
+                                   .createStamp = 20,
                                    .key = kKey,
                                    .writtenRow = kWrittenRow,
                                    .storedRow = kStoredRow,
@@ -233,51 +231,25 @@ INSTANTIATE_TEST_SUITE_P(l2mc6_global_enable, EveryWayOut, testing::ValuesIn(ope
 
 // -- conversions
 
-class GlobalEnableTest : public testing::Test {
-protected:
-    void SetUp() override {
-        startOver();
-        fillSample(record);
-    }
-    void TearDown() override { platform.reset(); }
-
-    Recorder& platform = Recorder::instance();
-    MldGlobalEntry record;
-};
+class GlobalEnableTest : public SampleTest<MldGlobalEntry, fillSample> {};
 
 TEST_F(GlobalEnableTest, setWritesEveryFieldInItsPlaceAndNothingElse) {
-    EXPECT_EQ(kWrittenRow, table.rowOf(MCAST6_DB_SetMldGlbItem));
-    EXPECT_THAT(platform.trace(), IsEmpty());
+    expectRow(table, kWrittenRow, MCAST6_DB_SetMldGlbItem);
 }
 
 TEST_F(GlobalEnableTest, aCreationTimeOf0IsReplacedByTheTimeOfTheWrite) {
-    platform.setTime(0x0102030405060708, 1);
     record.timeStampCreate = 0;
-    Bytes row(36, 0x5A);
-    MCAST6_DB_SetMldGlbItem(&record, row.data());
-    EXPECT_EQ(1u, platform.clockReadings());
-    EXPECT_EQ(digits("0807060504030201 0807060504030201"), hex(std::span(row).subspan(20)));
+    expectStamps(table, MCAST6_DB_SetMldGlbItem, record, kFirstTime + kFirstTime);
 }
 
 TEST_F(GlobalEnableTest, aCreationTimeThatIsNot0IsKept) {
-    platform.setTime(0x0102030405060708, 1);
     record.timeStampCreate = 1ULL << 63;
-    Bytes row(36, 0x5A);
-    MCAST6_DB_SetMldGlbItem(&record, row.data());
-    EXPECT_EQ(1u, platform.clockReadings());
-    EXPECT_EQ(digits("0000000000000080 0807060504030201"), hex(std::span(row).subspan(20)));
+    expectStamps(table, MCAST6_DB_SetMldGlbItem, record, "0000000000000080" + kFirstTime);
 }
 
-TEST_F(GlobalEnableTest, getWritesEveryFieldAndNothingElse) {
-    EXPECT_EQ(table.readBack(), table.recordOf(MCAST6_DB_GetMldGlbItem));
-    EXPECT_THAT(platform.trace(), IsEmpty());
-    EXPECT_EQ(0u, platform.clockReadings());
-}
+TEST_F(GlobalEnableTest, getWritesEveryFieldAndNothingElse) { expectRecord(table, MCAST6_DB_GetMldGlbItem); }
 
-TEST_F(GlobalEnableTest, theKeyIsTheTwoWords) {
-    EXPECT_EQ(kKey, table.keyOf(MCAST6_DB_SetMldGlbKey));
-    EXPECT_THAT(platform.trace(), IsEmpty());
-}
+TEST_F(GlobalEnableTest, theKeyIsTheTwoWords) { expectKey(table, MCAST6_DB_SetMldGlbKey); }
 
 TEST_F(GlobalEnableTest, anObjectGetsBothStampsWhenAsked) {
     EXPECT_THAT(table.stampMismatches(MCAST6_DB_SetMldGlbTimeStamp), IsEmpty());

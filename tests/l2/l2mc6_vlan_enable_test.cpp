@@ -40,19 +40,16 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
-#include <span>
 
 #include "mcast6_db/context.h"
 #include "tests/support/operation_test.h"
+#include "tests/support/table_claims.h"
 #include "tests/support/table_family.h"
 
 namespace mcast6::tests::l2mc6_vlan_enable {
 
 namespace {
 
-using recording::Bytes;
-using recording::hex;
-using recording::Recorder;
 using testing::IsEmpty;
 
 // -- a record with other bytes in each field, and what becomes of it
@@ -134,6 +131,7 @@ const Effect released = allOf({line("release l2mc6_vlan_enable obj1"), dfx(44)})
 
 TableFamily<L2VlanEnableEntry> table({.name = "l2mc6_vlan_enable",
                                       .rowSize = 68,
+                                      .createStamp = 36,
                                       .key = kKey,
                                       .writtenRow = kWrittenRow,
                                       .storedRow = kStoredRow,
@@ -213,39 +211,20 @@ INSTANTIATE_TEST_SUITE_P(l2mc6_vlan_enable, EveryWayOut, testing::ValuesIn(opera
 
 // -- conversions
 
-class VlanEnableTest : public testing::Test {
-protected:
-    void SetUp() override {
-        startOver();
-        fillSample(record);
-    }
-    void TearDown() override { platform.reset(); }
-
-    Recorder& platform = Recorder::instance();
-    L2VlanEnableEntry record;
-};
+class VlanEnableTest : public SampleTest<L2VlanEnableEntry, fillSample> {};
 
 TEST_F(VlanEnableTest, setWritesEveryFieldInItsPlaceAndNothingElse) {
-    EXPECT_EQ(kWrittenRow, table.rowOf(MCAST6_DB_SetL2VlanEnableCfg));
-    EXPECT_THAT(platform.trace(), IsEmpty());
+    expectRow(table, kWrittenRow, MCAST6_DB_SetL2VlanEnableCfg);
 }
 
 TEST_F(VlanEnableTest, aCreationTimeOf0IsReplacedByTheTimeOfTheWrite) {
-    platform.setTime(0x0102030405060708, 1);
     record.timeStampCreate = 0;
-    Bytes row(68, 0x5A);
-    MCAST6_DB_SetL2VlanEnableCfg(&record, row.data());
-    EXPECT_EQ(1u, platform.clockReadings());
-    EXPECT_EQ(digits("0807060504030201 0807060504030201"), hex(std::span(row).subspan(36, 16)));
+    expectStamps(table, MCAST6_DB_SetL2VlanEnableCfg, record, kFirstTime + kFirstTime);
 }
 
 TEST_F(VlanEnableTest, aCreationTimeThatIsNot0IsKept) {
-    platform.setTime(0x0102030405060708, 1);
     record.timeStampCreate = 1ULL << 63;
-    Bytes row(68, 0x5A);
-    MCAST6_DB_SetL2VlanEnableCfg(&record, row.data());
-    EXPECT_EQ(1u, platform.clockReadings());
-    EXPECT_EQ(digits("0000000000000080 0807060504030201"), hex(std::span(row).subspan(36, 16)));
+    expectStamps(table, MCAST6_DB_SetL2VlanEnableCfg, record, "0000000000000080" + kFirstTime);
 }
 
 TEST_F(VlanEnableTest, theConversionOfReadsLeavesSpare1AndThatOfStepsClearsIt) {
@@ -256,10 +235,7 @@ TEST_F(VlanEnableTest, theConversionOfReadsLeavesSpare1AndThatOfStepsClearsIt) {
     EXPECT_EQ(0u, platform.clockReadings());
 }
 
-TEST_F(VlanEnableTest, theKeyTakesTheLow16BitsOfTheVlan) {
-    EXPECT_EQ(kKey, table.keyOf(MCAST6_DB_SetMldVlanKey));
-    EXPECT_THAT(platform.trace(), IsEmpty());
-}
+TEST_F(VlanEnableTest, theKeyTakesTheLow16BitsOfTheVlan) { expectKey(table, MCAST6_DB_SetMldVlanKey); }
 
 // -- edges
 

@@ -52,19 +52,16 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
-#include <span>
 
 #include "mcast6_db/context.h"
 #include "tests/support/operation_test.h"
+#include "tests/support/table_claims.h"
 #include "tests/support/table_family.h"
 
 namespace mcast6::tests::l2mc6_vlan_port {
 
 namespace {
 
-using recording::Bytes;
-using recording::hex;
-using recording::Recorder;
 using testing::IsEmpty;
 
 // -- a record with other bytes in each field, and what becomes of it
@@ -127,6 +124,7 @@ const Effect released = allOf({line("release l2mc6_vlan_port obj1"), dfx(22)});
 
 TableFamily<VlanPortEntry> table({.name = "l2mc6_vlan_port",
                                   .rowSize = 48,
+                                  .createStamp = 32,
                                   .key = kKey,
                                   .writtenRow = kWrittenRow,
                                   .storedRow = kStoredRow,
@@ -235,51 +233,25 @@ INSTANTIATE_TEST_SUITE_P(l2mc6_vlan_port, EveryWayOut, testing::ValuesIn(operati
 
 // -- conversions
 
-class VlanPortTest : public testing::Test {
-protected:
-    void SetUp() override {
-        startOver();
-        fillSample(record);
-    }
-    void TearDown() override { platform.reset(); }
-
-    Recorder& platform = Recorder::instance();
-    VlanPortEntry record;
-};
+class VlanPortTest : public SampleTest<VlanPortEntry, fillSample> {};
 
 TEST_F(VlanPortTest, setWritesEveryFieldInItsPlaceAndNothingElse) {
-    EXPECT_EQ(kWrittenRow, table.rowOf(MCAST6_DB_SetVlanPortItem));
-    EXPECT_THAT(platform.trace(), IsEmpty());
+    expectRow(table, kWrittenRow, MCAST6_DB_SetVlanPortItem);
 }
 
 TEST_F(VlanPortTest, setReadsTheClockOnceForBothStampsWhenNoCreationTimeIsGiven) {
-    platform.setTime(0x0102030405060708, 1);
     record.timeStampCreate = 0;
-    Bytes row(48, 0x5A);
-    MCAST6_DB_SetVlanPortItem(&record, row.data());
-    EXPECT_EQ(1u, platform.clockReadings());
-    EXPECT_EQ(digits("0807060504030201 0807060504030201"), hex(std::span(row).subspan(32)));
+    expectStamps(table, MCAST6_DB_SetVlanPortItem, record, kFirstTime + kFirstTime);
 }
 
 TEST_F(VlanPortTest, setKeepsACreationTimeThatIsGiven) {
-    platform.setTime(0x0102030405060708, 1);
     record.timeStampCreate = 1ULL << 63;
-    Bytes row(48, 0x5A);
-    MCAST6_DB_SetVlanPortItem(&record, row.data());
-    EXPECT_EQ(1u, platform.clockReadings());
-    EXPECT_EQ(digits("0000000000000080 0807060504030201"), hex(std::span(row).subspan(32)));
+    expectStamps(table, MCAST6_DB_SetVlanPortItem, record, "0000000000000080" + kFirstTime);
 }
 
-TEST_F(VlanPortTest, getWritesEveryFieldItsConstantsAndNothingElse) {
-    EXPECT_EQ(table.readBack(), table.recordOf(MCAST6_DB_GetVlanPortItem));
-    EXPECT_THAT(platform.trace(), IsEmpty());
-    EXPECT_EQ(0u, platform.clockReadings());
-}
+TEST_F(VlanPortTest, getWritesEveryFieldItsConstantsAndNothingElse) { expectRecord(table, MCAST6_DB_GetVlanPortItem); }
 
-TEST_F(VlanPortTest, theKeyTakesTheLow16BitsOfTheVlan) {
-    EXPECT_EQ(kKey, table.keyOf(MCAST6_DB_SetVlanPortKey));
-    EXPECT_THAT(platform.trace(), IsEmpty());
-}
+TEST_F(VlanPortTest, theKeyTakesTheLow16BitsOfTheVlan) { expectKey(table, MCAST6_DB_SetVlanPortKey); }
 
 TEST_F(VlanPortTest, anObjectGetsBothStampsWhenAsked) {
     EXPECT_THAT(table.stampMismatches(MCAST6_DB_SetVlanPortTimeStamp), IsEmpty());

@@ -60,6 +60,7 @@
 #include "tests/l3/scan_family.h"
 #include "tests/support/bytes.h"
 #include "tests/support/operation_test.h"
+#include "tests/support/table_claims.h"
 #include "tests/support/table_family.h"
 
 namespace mcast6::tests::l3mc6_elb {
@@ -126,6 +127,7 @@ const Effect released = allOf({line("release l3mc6_elb obj1"), dfx(240)});
 
 TableFamily<L3Mc6ElbEntry> table({.name = "l3mc6_elb",
                                   .rowSize = 148,
+                                  .createStamp = 132,
                                   .key = kKey,
                                   .writtenRow = withGaps(kSetRow, "00"),
                                   .storedRow = kStoredRow,
@@ -261,46 +263,23 @@ INSTANTIATE_TEST_SUITE_P(l3mc6_elb, EveryWayOut, testing::ValuesIn(operations), 
 
 // -- conversions
 
-class ElbTest : public testing::Test {
-protected:
-    void SetUp() override {
-        startOver();
-        fillSample(entry);
-    }
-    void TearDown() override { startOver(false); }
-
-    Recorder& platform = Recorder::instance();
-    L3Mc6ElbEntry entry;
-};
+class ElbTest : public SampleTest<L3Mc6ElbEntry, fillSample> {};
 
 TEST_F(ElbTest, setWritesEveryFieldInItsPlaceAndNothingElse) {
-    EXPECT_EQ(withGaps(kSetRow, "5a"), table.rowOf(MCAST6_DB_SetL3Elb));
-    EXPECT_THAT(platform.trace(), IsEmpty());
+    expectRow(table, withGaps(kSetRow, "5a"), MCAST6_DB_SetL3Elb);
 }
 
 TEST_F(ElbTest, setReadsTheClockOnceForBothStampsWhenNoCreationTimeIsGiven) {
-    platform.setTime(0x0102030405060708, 1);
-    entry.timeStampCreate = 0;
-    Bytes row(148, 0x5A);
-    EXPECT_EQ(0u, MCAST6_DB_SetL3Elb(&entry, row.data()));
-    EXPECT_EQ(1u, platform.clockReadings());
-    EXPECT_EQ(digits("0807060504030201 0807060504030201"), hex(std::span(row).subspan(132)));
+    record.timeStampCreate = 0;
+    expectStamps(table, MCAST6_DB_SetL3Elb, record, kFirstTime + kFirstTime);
 }
 
 TEST_F(ElbTest, setKeepsACreationTimeThatIsGivenAndNoSmoothTime) {
-    platform.setTime(0x0102030405060708, 1);
-    entry.timeStampCreate = 1ULL << 63;
-    Bytes row(148, 0x5A);
-    EXPECT_EQ(0u, MCAST6_DB_SetL3Elb(&entry, row.data()));
-    EXPECT_EQ(1u, platform.clockReadings());
-    EXPECT_EQ(digits("0000000000000080 0807060504030201"), hex(std::span(row).subspan(132)));
+    record.timeStampCreate = 1ULL << 63;
+    expectStamps(table, MCAST6_DB_SetL3Elb, record, "0000000000000080" + kFirstTime);
 }
 
-TEST_F(ElbTest, getWritesEveryFieldItsConstantsAndNothingElse) {
-    EXPECT_EQ(table.readBack(), table.recordOf(MCAST6_DB_GetL3Elb));
-    EXPECT_THAT(platform.trace(), IsEmpty());
-    EXPECT_EQ(0u, platform.clockReadings());
-}
+TEST_F(ElbTest, getWritesEveryFieldItsConstantsAndNothingElse) { expectRecord(table, MCAST6_DB_GetL3Elb); }
 
 // Lets each copy of a conversion fail in turn; only the last address's is told.
 template <class Convert>
@@ -323,21 +302,16 @@ void expectTheSourceAddressToBeAnswered(Recorder& platform, Convert convert) {
 
 TEST_F(ElbTest, conversionsAnswerTheResultOfTheSourceAddressesConversion) {
     Bytes row = unhex(kStoredRow);
-    expectTheSourceAddressToBeAnswered(platform, [&] { return MCAST6_DB_SetL3Elb(&entry, row.data()); });
-    expectTheSourceAddressToBeAnswered(platform, [&] { return MCAST6_DB_GetL3Elb(row.data(), &entry); });
+    expectTheSourceAddressToBeAnswered(platform, [&] { return MCAST6_DB_SetL3Elb(&record, row.data()); });
+    expectTheSourceAddressToBeAnswered(platform, [&] { return MCAST6_DB_GetL3Elb(row.data(), &record); });
 }
 
-TEST_F(ElbTest, theKeyIsVrVrfGroupSourceInterfaceAndElbFlagD) {
-    EXPECT_EQ(kKey, table.keyOf([](Mcast6DbKeyDesc* descriptor, void* key, const L3Mc6ElbEntry* given) {
-        MCAST6_DB_SetL3ElbKey(&descriptor->keyWord, key, given);
-    }));
-    EXPECT_THAT(platform.trace(), IsEmpty());
-}
+TEST_F(ElbTest, theKeyIsVrVrfGroupSourceInterfaceAndElbFlagD) { expectKey(table, MCAST6_DB_SetL3ElbKey); }
 
 TEST_F(ElbTest, theKeyOfTheMembersIsVrVrfGroupSourceAndTheLowByteOfElbFlagA) {
     uint32_t keyWord[2] = {0x5A5A5A5A, 0xE1E2E3E4};
     Bytes key(43, 0x5A);
-    MCAST6_DB_SetL3ElbCmdKey(&entry, keyWord, key.data() + 1);
+    MCAST6_DB_SetL3ElbCmdKey(&record, keyWord, key.data() + 1);
     EXPECT_EQ(kMembersKey, keyText(keyWord[0], inner(key)));
     EXPECT_EQ(0xE1E2E3E4u, keyWord[1]);
     EXPECT_THAT(platform.trace(), IsEmpty());
@@ -367,36 +341,19 @@ TEST_F(ElbTest, aFailedScanIsTriedAgainFromTheStepThatFailed) {
 }
 
 TEST_F(ElbTest, aLaterScanHasAKeyOfItsOwnAndTheIndexOfTheFirst) {
-    MCAST6_DB_ReleaseL3ElbIterator(scanMembers());
-    platform.takeTrace();
-    Mcast6DbRes* scan = MCAST6_DB_CreateL3ElbMcidIteratorFast(1, 2, {{3, 4, 5, 6}}, {{7, 8, 9, 10}});
-    ASSERT_NE(nullptr, scan);
-    EXPECT_EQ(platform.trace(),
-              (Trace{
-                  "reset_cache l3mc6_elb obj1",
-                  "reset_cache_iter iter1 key=01090029:" + digits("01000000 02000000 00000003000000040000000500000006"
-                                                                  "0000000700000008000000090000000a 01"),
-                  "property iter1 0 01000000",
-                  "alloc 16 -> block2",
-              }));
-    MCAST6_DB_ReleaseL3ElbIterator(scan);
+    scans.expectALaterScanToHaveItsOwnKey(
+        [] {
+            return MCAST6_DB_CreateL3ElbMcidIteratorFast(1, 2, {{3, 4, 5, 6}}, {{7, 8, 9, 10}});
+        },
+        "01000000 02000000 00000003000000040000000500000006 0000000700000008000000090000000a 01");
 }
 
 TEST_F(ElbTest, noObjectIsTheEmptyScanHandles) {
-    g_l3Elb6ScanDbHandle.inUse = 1;
-    MCAST6_DB_ReleaseL3ElbObject(0);
-    EXPECT_EQ(0u, g_l3Elb6ScanDbHandle.inUse);
-    EXPECT_THAT(platform.trace(), IsEmpty());
+    expectNoObjectToBeTheEmptyHandles(g_l3Elb6ScanDbHandle, MCAST6_DB_ReleaseL3ElbObject, {});
 }
 
 TEST_F(ElbTest, noObjectIsReleasedWhenTheScanHandleHasOne) {
-    Mcast6DbRes* scan = scanMembers();
-    ASSERT_NE(nullptr, scan);
-    platform.takeTrace();
-    MCAST6_DB_ReleaseL3ElbObject(0);
-    EXPECT_EQ(1u, g_l3Elb6ScanDbHandle.inUse);
-    EXPECT_EQ(platform.trace(), (Trace{"release l3mc6_elb none", "dfx 240"}));
-    MCAST6_DB_ReleaseL3ElbIterator(scan);
+    scans.expectNoObjectToBeReleasedWhileAScanIsOut(MCAST6_DB_ReleaseL3ElbObject);
 }
 
 TEST_F(ElbTest, theScansObjectMayBeGivenBackWithoutItsIterator) {
@@ -411,7 +368,7 @@ TEST_F(ElbTest, theScansObjectMayBeGivenBackWithoutItsIterator) {
 }
 
 TEST_F(ElbTest, theCachedObjectsOfReadsAndScansAreTwo) {
-    EXPECT_EQ(0u, MCAST6_DB_ReadL3ElbFast(&entry));
+    EXPECT_EQ(0u, MCAST6_DB_ReadL3ElbFast(&record));
     Mcast6DbRes* scan = scanMembers();
     ASSERT_NE(nullptr, scan);
     EXPECT_EQ("obj1", nameOf(g_l3Elb6DbReadObjCache));
@@ -422,15 +379,11 @@ TEST_F(ElbTest, theCachedObjectsOfReadsAndScansAreTwo) {
 // -- edges
 
 TEST_F(ElbTest, aMissingEntryIs15005ByKeyAnd60ByIterator) {
-    platform.answerAlways("db_read_obj_with_buf", 15005);
-    EXPECT_EQ(15005u, MCAST6_DB_ReadL3Elb(&entry));
-    EXPECT_EQ(15005u, MCAST6_DB_ReadL3ElbFast(&entry));
-    Mcast6DbRes* iterator = MCAST6_DB_CreateL3ElbAllIterator();
-    ASSERT_NE(nullptr, iterator);
-    EXPECT_EQ(60u, MCAST6_DB_GetL3ElbEntry(iterator, &entry));
-    MCAST6_DB_ReleaseL3ElbIterator(iterator);
-    EXPECT_THAT(platform.logFormats(), IsEmpty());
-    EXPECT_EQ(0u, g_mcast6DbErrStat[16][0]);
+    expectAbsentRead(table, MCAST6_DB_ReadL3Elb, 15005);
+    expectVanishedRecord(table, MCAST6_DB_GetL3ElbEntry, MCAST6_DB_ReleaseL3ElbIterator);
+    platform.answer("db_read_obj_with_buf", 15005);
+    EXPECT_EQ(15005u, MCAST6_DB_ReadL3ElbFast(&record));
+    expectSilence();
 }
 
 TEST_F(ElbTest, aLargeInstIdComesBackAsItsLow16BitsOfAVlan) {
@@ -438,17 +391,17 @@ TEST_F(ElbTest, aLargeInstIdComesBackAsItsLow16BitsOfAVlan) {
                                               {0x0001FFFFu, "ffff", 0xFFFFu},
                                               {0xFFFF0001u, "0100", 1u},
                                               {65535u, "ffff", 65535u}}) {
-        fillSample(entry);
-        entry.instId = given;
-        entry.instType = 1;
+        fillSample(record);
+        record.instId = given;
+        record.instType = 1;
         Bytes row(148);
-        MCAST6_DB_SetL3Elb(&entry, row.data());
+        MCAST6_DB_SetL3Elb(&record, row.data());
         EXPECT_EQ(stored, hex(std::span(row).subspan(46, 2)));
-        MCAST6_DB_GetL3Elb(row.data(), &entry);
-        EXPECT_EQ(back, entry.instId);
-        EXPECT_EQ(0u, entry.instType);
-        EXPECT_EQ(13u, entry.entryType);
-        EXPECT_EQ(2u, entry.addrType);
+        MCAST6_DB_GetL3Elb(row.data(), &record);
+        EXPECT_EQ(back, record.instId);
+        EXPECT_EQ(0u, record.instType);
+        EXPECT_EQ(13u, record.entryType);
+        EXPECT_EQ(2u, record.addrType);
     }
 }
 

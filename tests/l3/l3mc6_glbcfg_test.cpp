@@ -71,6 +71,7 @@
 
 #include "mcast6_db/context.h"
 #include "tests/support/operation_test.h"
+#include "tests/support/table_claims.h"
 #include "tests/support/table_family.h"
 
 namespace mcast6::tests::l3mc6_glbcfg {
@@ -81,7 +82,6 @@ using recording::Bytes;
 using recording::hex;
 using recording::Recorder;
 using recording::unhex;
-using testing::IsEmpty;
 
 // -- a record with other bytes in each field, and what becomes of it
 
@@ -390,42 +390,26 @@ INSTANTIATE_TEST_SUITE_P(l3mc6_glbcfg, EveryWayOut, testing::ValuesIn(operations
 
 // -- conversions
 
-class GlbCfgTest : public testing::Test {
-protected:
-    void SetUp() override {
-        startOver();
-        fillSample(record);
-    }
-    void TearDown() override { platform.reset(); }
-
-    Recorder& platform = Recorder::instance();
-    L3Mc6GlbCfgEntry record;
-};
+class GlbCfgTest : public SampleTest<L3Mc6GlbCfgEntry, fillSample> {};
 
 TEST_F(GlbCfgTest, setWritesEveryFieldInItsPlaceAndNothingElse) {
-    EXPECT_EQ(rowWith("34333231"), table.rowOf(MCAST6_DB_SetGlbCfg));
-    EXPECT_THAT(platform.trace(), IsEmpty());
+    expectRow(table, rowWith("34333231"), MCAST6_DB_SetGlbCfg);
 }
 
 TEST_F(GlbCfgTest, setReadsTheClockForEachStampTheCreationTimeFirst) {
-    platform.setTime(0x0102030405060708, 1);
+    startClock();
     Bytes row(48, 0x5A);
     MCAST6_DB_SetGlbCfg(&record, row.data());
     EXPECT_EQ(2u, platform.clockReadings());
-    EXPECT_EQ(digits("0807060504030201 0907060504030201"), hex(std::span(row).subspan(32)));
+    EXPECT_EQ(kFirstTime + kSecondTime, hex(std::span(row).subspan(32)));
 }
 
-TEST_F(GlbCfgTest, getWritesEveryFieldAndNothingElse) {
-    EXPECT_EQ(table.readBack(), table.recordOf(MCAST6_DB_GetGlbCfg));
-    EXPECT_THAT(platform.trace(), IsEmpty());
-    EXPECT_EQ(0u, platform.clockReadings());
-}
+TEST_F(GlbCfgTest, getWritesEveryFieldAndNothingElse) { expectRecord(table, MCAST6_DB_GetGlbCfg); }
 
 TEST_F(GlbCfgTest, theKeyIsTheThreeKeyWordsByteForByte) {
-    EXPECT_EQ(kKey, table.keyOf([](Mcast6DbKeyDesc* descriptor, void* key, const L3Mc6GlbCfgEntry* given) {
-        MCAST6_DB_SetGlbCfgPriKey(given, key, &descriptor->keyWord);
-    }));
-    EXPECT_THAT(platform.trace(), IsEmpty());
+    expectKey(table, [](uint32_t* keyWord, void* key, const L3Mc6GlbCfgEntry* given) {
+        MCAST6_DB_SetGlbCfgPriKey(given, key, keyWord);
+    });
 }
 
 // -- the global version

@@ -9,6 +9,7 @@
 #include "mcast6_db/l3mc6_mfib_query.h"
 #include "tests/l3/l3mc6_mfib_sample.h"
 #include "tests/support/operation_sweep.h"
+#include "tests/support/table_claims.h"
 
 namespace mcast6::tests::l3mc6_mfib {
 
@@ -16,21 +17,10 @@ namespace {
 
 using recording::Bytes;
 using recording::hex;
-using recording::Recorder;
 using recording::unhex;
 using testing::IsEmpty;
 
-class MfibTest : public testing::Test {
-protected:
-    void SetUp() override {
-        startOver();
-        fillSample(record);
-    }
-    void TearDown() override { startOver(false); }
-
-    Recorder& platform = Recorder::instance();
-    L3Mc6MfibEntry record;
-};
+class MfibTest : public SampleTest<L3Mc6MfibEntry, fillSample> {};
 
 // -- conversions; each exists under two names
 

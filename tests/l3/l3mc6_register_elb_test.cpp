@@ -47,6 +47,7 @@
 #include "tests/l3/l3_egress_sample.h"
 #include "tests/support/bytes.h"
 #include "tests/support/operation_test.h"
+#include "tests/support/table_claims.h"
 #include "tests/support/table_family.h"
 
 namespace mcast6::tests::l3mc6_register_elb {
@@ -55,7 +56,6 @@ namespace {
 
 using recording::Bytes;
 using recording::hex;
-using recording::Recorder;
 using recording::unhex;
 using testing::IsEmpty;
 
@@ -168,6 +168,7 @@ const Effect released = allOf({line("release l3mc6_register_elb obj1"), dfx(253)
 
 TableFamily<L3Mc6RegOifEntry> table({.name = "l3mc6_register_elb",
                                      .rowSize = 128,
+                                     .createStamp = 112,
                                      .key = kKey,
                                      .writtenRow = withGaps(kSetRow, "00"),
                                      .storedRow = kStoredRow,
@@ -274,14 +275,9 @@ INSTANTIATE_TEST_SUITE_P(l3mc6_register_elb, EveryWayOut, testing::ValuesIn(oper
 
 // -- conversions
 
-class RegisterElbTest : public testing::Test {
+class RegisterElbTest : public SampleTest<L3Mc6RegOifEntry, fillSample> {
 protected:
-    void SetUp() override {
-        startOver();
-        fillSample(record);
-        l3_egress::fillSample(entry);
-    }
-    void TearDown() override { platform.reset(); }
+    RegisterElbTest() { l3_egress::fillSample(entry); }
 
     // The sizes of all copies but those of addresses, sorted.
     Trace copies() {
@@ -291,41 +287,26 @@ protected:
         return lines;
     }
 
-    Recorder& platform = Recorder::instance();
-    L3Mc6RegOifEntry record;
     L3Mc6ElbEntry entry;
 };
 
 const Trace kCopiesOfBlocks{"memcpy_s 12 12", "memcpy_s 2 2", "memcpy_s 2 2", "memcpy_s 28 28"};
 
 TEST_F(RegisterElbTest, setWritesEveryFieldInItsPlaceAndNothingElse) {
-    EXPECT_EQ(withGaps(kSetRow, "5a"), table.rowOf(MCAST6_DB_SetRegistItem));
-    EXPECT_THAT(platform.trace(), IsEmpty());
+    expectRow(table, withGaps(kSetRow, "5a"), MCAST6_DB_SetRegistItem);
 }
 
 TEST_F(RegisterElbTest, setReadsTheClockOnceForBothStampsWhenNoCreationTimeIsGiven) {
-    platform.setTime(0x0102030405060708, 1);
     record.timeStampCreate = 0;
-    Bytes row(128, 0x5A);
-    MCAST6_DB_SetRegistItem(&record, row.data());
-    EXPECT_EQ(1u, platform.clockReadings());
-    EXPECT_EQ(digits("0807060504030201 0807060504030201"), hex(std::span(row).subspan(112)));
+    expectStamps(table, MCAST6_DB_SetRegistItem, record, kFirstTime + kFirstTime);
 }
 
 TEST_F(RegisterElbTest, setKeepsACreationTimeThatIsGiven) {
-    platform.setTime(0x0102030405060708, 1);
     record.timeStampCreate = 1ULL << 63;
-    Bytes row(128, 0x5A);
-    MCAST6_DB_SetRegistItem(&record, row.data());
-    EXPECT_EQ(1u, platform.clockReadings());
-    EXPECT_EQ(digits("0000000000000080 0807060504030201"), hex(std::span(row).subspan(112)));
+    expectStamps(table, MCAST6_DB_SetRegistItem, record, "0000000000000080" + kFirstTime);
 }
 
-TEST_F(RegisterElbTest, getWritesEveryFieldAndNothingElse) {
-    EXPECT_EQ(table.readBack(), table.recordOf(MCAST6_DB_GetRegistData));
-    EXPECT_THAT(platform.trace(), IsEmpty());
-    EXPECT_EQ(0u, platform.clockReadings());
-}
+TEST_F(RegisterElbTest, getWritesEveryFieldAndNothingElse) { expectRecord(table, MCAST6_DB_GetRegistData); }
 
 TEST_F(RegisterElbTest, conversionsCopyTheirBlocksWithMemcpyS) {
     platform.traceCopies(true);
@@ -337,10 +318,9 @@ TEST_F(RegisterElbTest, conversionsCopyTheirBlocksWithMemcpyS) {
 }
 
 TEST_F(RegisterElbTest, theKeyIsVrVrfGroupAndSourceByteForByte) {
-    EXPECT_EQ(kKey, table.keyOf([](Mcast6DbKeyDesc* descriptor, void* key, const L3Mc6RegOifEntry* given) {
-        MCAST6_DB_SetRegistKey(key, &descriptor->keyWord, given);
-    }));
-    EXPECT_THAT(platform.trace(), IsEmpty());
+    expectKey(table, [](uint32_t* keyWord, void* key, const L3Mc6RegOifEntry* given) {
+        MCAST6_DB_SetRegistKey(key, keyWord, given);
+    });
 }
 
 TEST_F(RegisterElbTest, regAttrBComesBackThroughIts64BitField) {

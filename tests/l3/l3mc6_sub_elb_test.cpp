@@ -44,6 +44,7 @@
 #include "tests/l3/scan_family.h"
 #include "tests/support/bytes.h"
 #include "tests/support/operation_test.h"
+#include "tests/support/table_claims.h"
 #include "tests/support/table_family.h"
 
 namespace mcast6::tests::l3mc6_sub_elb {
@@ -54,8 +55,6 @@ using l3_egress::fillSample;
 using l3_egress::kEntry;
 using recording::Bytes;
 using recording::hex;
-using recording::Recorder;
-using testing::IsEmpty;
 
 // -- what becomes of the sample
 
@@ -113,6 +112,7 @@ const Effect released = allOf({line("release l3mc6_sub_elb obj1"), dfx(247)});
 
 TableFamily<L3Mc6ElbEntryExt> table({.name = "l3mc6_sub_elb",
                                      .rowSize = 172,
+                                     .createStamp = 156,
                                      .key = kKey,
                                      .writtenRow = withGaps(kSetRow, "00"),
                                      .storedRow = kStoredRow,
@@ -200,56 +200,33 @@ INSTANTIATE_TEST_SUITE_P(l3mc6_sub_elb, EveryWayOut, testing::ValuesIn(operation
 
 // -- conversions
 
-class SubElbTest : public testing::Test {
-protected:
-    void SetUp() override {
-        startOver();
-        fillSample(record);
-    }
-    void TearDown() override { startOver(false); }
-
-    Recorder& platform = Recorder::instance();
-    L3Mc6ElbEntryExt record;
-};
+class SubElbTest : public SampleTest<L3Mc6ElbEntryExt, fillSample> {};
 
 TEST_F(SubElbTest, setWritesEveryFieldInItsPlaceAndNothingElse) {
-    EXPECT_EQ(withGaps(kSetRow, "5a"), table.rowOf(MCAST6_DB_SetL3SubElb));
-    EXPECT_THAT(platform.trace(), IsEmpty());
+    expectRow(table, withGaps(kSetRow, "5a"), MCAST6_DB_SetL3SubElb);
 }
 
 TEST_F(SubElbTest, setStampsARecordAsNewEachTime) {
-    platform.setTime(0x0102030405060708, 1);
+    startClock();
     Bytes row(172, 0x5A);
     MCAST6_DB_SetL3SubElb(&record, row.data());
     EXPECT_EQ(1u, platform.clockReadings());
-    EXPECT_EQ(digits("0807060504030201 0807060504030201"), hex(std::span(row).subspan(156)));
+    EXPECT_EQ(kFirstTime + kFirstTime, hex(std::span(row).subspan(156)));
     MCAST6_DB_GetL3SubElb(row.data(), &record);
     EXPECT_EQ(0x0102030405060708u, record.timeStampCreate);
     MCAST6_DB_SetL3SubElb(&record, row.data());
     EXPECT_EQ(2u, platform.clockReadings());
-    EXPECT_EQ(digits("0907060504030201 0907060504030201"), hex(std::span(row).subspan(156)));
+    EXPECT_EQ(kSecondTime + kSecondTime, hex(std::span(row).subspan(156)));
 }
 
-TEST_F(SubElbTest, getWritesEveryFieldItsConstantsAndNothingElse) {
-    EXPECT_EQ(table.readBack(), table.recordOf(MCAST6_DB_GetL3SubElb));
-    EXPECT_THAT(platform.trace(), IsEmpty());
-    EXPECT_EQ(0u, platform.clockReadings());
-}
+TEST_F(SubElbTest, getWritesEveryFieldItsConstantsAndNothingElse) { expectRecord(table, MCAST6_DB_GetL3SubElb); }
 
-TEST_F(SubElbTest, theKeyIsVrVrfGroupSourceSubInterfaceVlanAndElbFlagD) {
-    EXPECT_EQ(kKey, table.keyOf([](Mcast6DbKeyDesc* descriptor, void* key, const L3Mc6ElbEntryExt* given) {
-        MCAST6_DB_SetL3SubElbKey(&descriptor->keyWord, key, given);
-    }));
-    EXPECT_THAT(platform.trace(), IsEmpty());
-}
+TEST_F(SubElbTest, theKeyIsVrVrfGroupSourceSubInterfaceVlanAndElbFlagD) { expectKey(table, MCAST6_DB_SetL3SubElbKey); }
 
 // -- the scan handle, which nothing here fills
 
 TEST_F(SubElbTest, noObjectIsTheEmptyScanHandles) {
-    g_l3SubElb6ScanDbHandle.inUse = 1;
-    MCAST6_DB_ReleaseL3SubElbObject(0);
-    EXPECT_EQ(0u, g_l3SubElb6ScanDbHandle.inUse);
-    EXPECT_EQ(platform.trace(), (Trace{"dfx 247"}));
+    expectNoObjectToBeTheEmptyHandles(g_l3SubElb6ScanDbHandle, MCAST6_DB_ReleaseL3SubElbObject, {"dfx 247"});
 }
 
 TEST_F(SubElbTest, theScanHandlesObjectIsGivenBackAndCounted) {
@@ -296,15 +273,11 @@ TEST_F(SubElbTest, noOperationTouchesTheScanHandleOrTheLimitFlag) {
 // -- edges
 
 TEST_F(SubElbTest, aMissingRecordIs15005ByKeyAnd60ByIterator) {
-    platform.answerAlways("db_read_obj_with_buf", 15005);
-    EXPECT_EQ(15005u, MCAST6_DB_ReadL3SubElb(&record));
+    expectAbsentRead(table, MCAST6_DB_ReadL3SubElb, 15005);
+    expectVanishedRecord(table, MCAST6_DB_GetL3SubElbEntry, MCAST6_DB_ReleaseL3SubElbIterator);
+    platform.answer("db_read_obj_with_buf", 15005);
     EXPECT_EQ(15005u, MCAST6_DB_ReadL3SubElbFast(&record));
-    Mcast6DbRes* iterator = MCAST6_DB_CreateL3SubElbAllIterator();
-    ASSERT_NE(nullptr, iterator);
-    EXPECT_EQ(60u, MCAST6_DB_GetL3SubElbEntry(iterator, &record));
-    MCAST6_DB_ReleaseL3SubElbIterator(iterator);
-    EXPECT_THAT(platform.logFormats(), IsEmpty());
-    EXPECT_EQ(0u, g_mcast6DbErrStat[16][0]);
+    expectSilence();
 }
 
 TEST_F(SubElbTest, theReadCacheIsMadeOnceAndResetBeforeEachRead) {

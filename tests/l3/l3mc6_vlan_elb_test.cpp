@@ -59,13 +59,13 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
-#include <span>
 
 #include "mcast6_db/context.h"
 #include "tests/l3/l3_egress_sample.h"
 #include "tests/l3/scan_family.h"
 #include "tests/support/bytes.h"
 #include "tests/support/operation_test.h"
+#include "tests/support/table_claims.h"
 #include "tests/support/table_family.h"
 
 namespace mcast6::tests::l3mc6_vlan_elb {
@@ -75,9 +75,6 @@ namespace {
 using l3_egress::fillSample;
 using l3_egress::kEntry;
 using recording::Bytes;
-using recording::hex;
-using recording::Recorder;
-using testing::IsEmpty;
 
 // -- what becomes of the sample
 
@@ -150,6 +147,7 @@ const Effect released = allOf({line("release l3mc6_vlan_elb obj1"), dfx(282)});
 
 TableFamily<L3Mc6ElbEntryExt> table({.name = "l3mc6_vlan_elb",
                                      .rowSize = 168,
+                                     .createStamp = 152,
                                      .key = kKey,
                                      .writtenRow = withGaps(kSetRow, "00"),
                                      .storedRow = kStoredRow,
@@ -323,46 +321,23 @@ INSTANTIATE_TEST_SUITE_P(l3mc6_vlan_elb, EveryWayOut, testing::ValuesIn(operatio
 
 // -- conversions
 
-class VlanElbTest : public testing::Test {
-protected:
-    void SetUp() override {
-        startOver();
-        fillSample(record);
-    }
-    void TearDown() override { startOver(false); }
-
-    Recorder& platform = Recorder::instance();
-    L3Mc6ElbEntryExt record;
-};
+class VlanElbTest : public SampleTest<L3Mc6ElbEntryExt, fillSample> {};
 
 TEST_F(VlanElbTest, setWritesEveryFieldInItsPlaceAndNothingElse) {
-    EXPECT_EQ(withGaps(kSetRow, "5a"), table.rowOf(MCAST6_DB_SetVlanElbObj));
-    EXPECT_THAT(platform.trace(), IsEmpty());
+    expectRow(table, withGaps(kSetRow, "5a"), MCAST6_DB_SetVlanElbObj);
 }
 
 TEST_F(VlanElbTest, setReadsTheClockOnceForBothStampsWhenNoCreationTimeIsGiven) {
-    platform.setTime(0x0102030405060708, 1);
     record.timeStampCreate = 0;
-    Bytes row(168, 0x5A);
-    MCAST6_DB_SetVlanElbObj(&record, row.data());
-    EXPECT_EQ(1u, platform.clockReadings());
-    EXPECT_EQ(digits("0807060504030201 0807060504030201"), hex(std::span(row).subspan(152)));
+    expectStamps(table, MCAST6_DB_SetVlanElbObj, record, kFirstTime + kFirstTime);
 }
 
 TEST_F(VlanElbTest, setKeepsACreationTimeThatIsGivenAndNoSmoothTime) {
-    platform.setTime(0x0102030405060708, 1);
     record.timeStampCreate = 1ULL << 63;
-    Bytes row(168, 0x5A);
-    MCAST6_DB_SetVlanElbObj(&record, row.data());
-    EXPECT_EQ(1u, platform.clockReadings());
-    EXPECT_EQ(digits("0000000000000080 0807060504030201"), hex(std::span(row).subspan(152)));
+    expectStamps(table, MCAST6_DB_SetVlanElbObj, record, "0000000000000080" + kFirstTime);
 }
 
-TEST_F(VlanElbTest, getWritesEveryFieldItsConstantsAndNothingElse) {
-    EXPECT_EQ(table.readBack(), table.recordOf(MCAST6_DB_SetVlanElbEntry));
-    EXPECT_THAT(platform.trace(), IsEmpty());
-    EXPECT_EQ(0u, platform.clockReadings());
-}
+TEST_F(VlanElbTest, getWritesEveryFieldItsConstantsAndNothingElse) { expectRecord(table, MCAST6_DB_SetVlanElbEntry); }
 
 TEST_F(VlanElbTest, elbFlagDIsStoredAs1WhenItIs2AndComesBackAs2OrElse1) {
     Bytes row(168);
@@ -379,10 +354,9 @@ TEST_F(VlanElbTest, elbFlagDIsStoredAs1WhenItIs2AndComesBackAs2OrElse1) {
 }
 
 TEST_F(VlanElbTest, theKeyIsVrVrfGroupSourceInterfaceAndVlan) {
-    EXPECT_EQ(kKey, table.keyOf([](Mcast6DbKeyDesc* descriptor, void* key, const L3Mc6ElbEntryExt* given) {
-        MCAST6_DB_SetVlanElbKey(given, &descriptor->keyWord, key);
-    }));
-    EXPECT_THAT(platform.trace(), IsEmpty());
+    expectKey(table, [](uint32_t* keyWord, void* key, const L3Mc6ElbEntryExt* given) {
+        MCAST6_DB_SetVlanElbKey(given, keyWord, key);
+    });
 }
 
 // -- the scan handle
@@ -411,39 +385,20 @@ TEST_F(VlanElbTest, aFailedScanIsTriedAgainFromTheStepThatFailed) {
 }
 
 TEST_F(VlanElbTest, aLaterScanHasAKeyOfItsOwnAndTheIndexOfTheFirst) {
-    MCAST6_DB_ReleaseVlanElbIterator(scanEntry());
-    platform.takeTrace();
     L3Mc6MfibEntry entry = forwardingEntry();
     entry.vrId = 0x51525354;
     entry.sourceAddr = {};
-    Mcast6DbRes* scan = MCAST6_DB_CreateVlanElbMfibIterator(&entry, 1);
-    ASSERT_NE(nullptr, scan);
-    EXPECT_EQ(platform.trace(),
-              (Trace{
-                  "reset_cache l3mc6_vlan_elb obj1",
-                  "reset_cache_iter iter1 key=01090028:" + digits("54535251 08070605 1112131415161718191a1b1c1d1e1f20"
-                                                                  "00000000000000000000000000000000"),
-                  "property iter1 0 01000000",
-                  "alloc 16 -> block2",
-              }));
-    MCAST6_DB_ReleaseVlanElbIterator(scan);
+    scans.expectALaterScanToHaveItsOwnKey(
+        [&entry] { return MCAST6_DB_CreateVlanElbMfibIterator(&entry, 1); },
+        "54535251 08070605 1112131415161718191a1b1c1d1e1f20 00000000000000000000000000000000");
 }
 
 TEST_F(VlanElbTest, noObjectIsTheEmptyScanHandles) {
-    g_l3VlanElb6ScanDbHandle.inUse = 1;
-    MCAST6_DB_ReleaseVlanElbStatObject(0);
-    EXPECT_EQ(0u, g_l3VlanElb6ScanDbHandle.inUse);
-    EXPECT_EQ(platform.trace(), (Trace{"dfx 282"}));
+    expectNoObjectToBeTheEmptyHandles(g_l3VlanElb6ScanDbHandle, MCAST6_DB_ReleaseVlanElbStatObject, {"dfx 282"});
 }
 
 TEST_F(VlanElbTest, noObjectIsReleasedWhenTheScanHandleHasOne) {
-    Mcast6DbRes* scan = scanEntry();
-    ASSERT_NE(nullptr, scan);
-    platform.takeTrace();
-    MCAST6_DB_ReleaseVlanElbStatObject(0);
-    EXPECT_EQ(1u, g_l3VlanElb6ScanDbHandle.inUse);
-    EXPECT_EQ(platform.trace(), (Trace{"release l3mc6_vlan_elb none", "dfx 282"}));
-    MCAST6_DB_ReleaseVlanElbIterator(scan);
+    scans.expectNoObjectToBeReleasedWhileAScanIsOut(MCAST6_DB_ReleaseVlanElbStatObject);
 }
 
 TEST_F(VlanElbTest, noOperationTouchesTheReadCache) {
@@ -483,13 +438,8 @@ TEST_F(VlanElbTest, aRemovalThatTheEngineAnswersWith13044RecordsNothing) {
 }
 
 TEST_F(VlanElbTest, aMissingRecordIs60ByKeyAndByIterator) {
-    platform.answerAlways("db_read_obj_with_buf", 15005);
-    EXPECT_EQ(60u, MCAST6_DB_ReadVlanElb(&record));
-    Mcast6DbRes* iterator = MCAST6_DB_CreateVlanElbAllIterator();
-    ASSERT_NE(nullptr, iterator);
-    EXPECT_EQ(60u, MCAST6_DB_GetVlanElbEntry(iterator, &record));
-    MCAST6_DB_ReleaseVlanElbIterator(iterator);
-    EXPECT_THAT(platform.logFormats(), IsEmpty());
+    expectAbsentRead(table, MCAST6_DB_ReadVlanElb, 60);
+    expectVanishedRecord(table, MCAST6_DB_GetVlanElbEntry, MCAST6_DB_ReleaseVlanElbIterator);
 }
 
 }  // namespace

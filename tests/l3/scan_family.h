@@ -167,6 +167,15 @@ struct ScanFacts {
     Effects ordinaryFailed;    // of an ordinary iterator, after its object is gone
 };
 
+// An empty handle has object 0: who releases that gives it back, which tells 'told'.
+inline void expectNoObjectToBeTheEmptyHandles(Mcast6DbScanHandle& handle, void (*releaseObject)(Mcast6DbHandle),
+                                              const Trace& told) {
+    handle.inUse = 1;
+    releaseObject(0);
+    EXPECT_EQ(0u, handle.inUse);
+    EXPECT_EQ(told, recording::Recorder::instance().trace());
+}
+
 template <class Record>
 class FastScans {
 public:
@@ -342,6 +351,33 @@ public:
         Mcast6DbRes* const scan = facts.scan();
         ASSERT_NE(nullptr, scan);
         EXPECT_EQ("1 obj2 iter2", handleText());
+        facts.release(scan);
+    }
+
+    // A scan with another key, after one that is over.
+    void expectALaterScanToHaveItsOwnKey(const std::function<Mcast6DbRes*()>& laterScan, const std::string& key) {
+        facts.release(facts.scan());
+        platform().takeTrace();
+        Mcast6DbRes* const scan = laterScan();
+        ASSERT_NE(nullptr, scan);
+        EXPECT_EQ(platform().trace(), (Trace{
+                                          "reset_cache " + table_.facts.name + " obj1",
+                                          "reset_cache_iter iter1 key=" + facts.keyWord + ":" + digits(key),
+                                          "property iter1 0 01000000",
+                                          "alloc 16 -> block2",
+                                      }));
+        facts.release(scan);
+    }
+
+    // Object 0 is not the handle's when that has one.
+    void expectNoObjectToBeReleasedWhileAScanIsOut(void (*releaseObject)(Mcast6DbHandle)) {
+        Mcast6DbRes* const scan = facts.scan();
+        ASSERT_NE(nullptr, scan);
+        platform().takeTrace();
+        releaseObject(0);
+        EXPECT_EQ(1u, facts.handle->inUse);
+        EXPECT_EQ(platform().trace(),
+                  (Trace{"release " + table_.facts.name + " none", "dfx " + std::to_string(facts.releasedCounter)}));
         facts.release(scan);
     }
 
