@@ -95,21 +95,7 @@ struct Tolerated {
     Effects write, smooth, remove;
 };
 
-struct Functions {
-    int64_t (*stamp)(int32_t, void*);
-    void (*set)(const Entry*, void*);
-    void (*get)(const void*, Entry*);
-    Mcast6DbCreateFunc createObject;
-    void (*releaseObject)(Mcast6DbHandle);
-    uint32_t (*read)(Entry*);
-    uint32_t (*write)(const Entry*);
-    uint32_t (*updateSmoothVersion)(const Entry*);
-    uint32_t (*remove)(const Entry*);
-    uint32_t (*getEntry)(Mcast6DbRes*, Entry*);
-    Mcast6DbRes* (*createIterator)(const Mcast6DbKeyDesc*, const void*);
-    Mcast6DbRes* (*createIteratorOfAll)();
-    void (*releaseIterator)(Mcast6DbRes*);
-};
+using Functions = MemberFunctions<Entry>;
 
 // An iterator over some records, and the key that it gives to the engine.
 struct Filter {

@@ -56,24 +56,6 @@ struct Messages {
     const char *nextFailed, *entryFailed;
 };
 
-// 'get' answers nothing, or the code of an address conversion.
-template <class Entry, class GetResult>
-struct Functions {
-    int64_t (*stamp)(int32_t, void*);
-    void (*set)(const Entry*, void*);
-    GetResult (*get)(const void*, Entry*);
-    Mcast6DbCreateFunc createObject;
-    void (*releaseObject)(Mcast6DbHandle);
-    uint32_t (*read)(Entry*);
-    uint32_t (*write)(const Entry*);
-    uint32_t (*updateSmoothVersion)(const Entry*);
-    uint32_t (*remove)(const Entry*);
-    uint32_t (*getEntry)(Mcast6DbRes*, Entry*);
-    Mcast6DbRes* (*createIterator)(const Mcast6DbKeyDesc*, const void*);
-    Mcast6DbRes* (*createIteratorOfAll)();
-    void (*releaseIterator)(Mcast6DbRes*);
-};
-
 // An iterator over some records, made from the sample or from arguments of its own, and the key that the engine gets.
 template <class Entry>
 struct Filter {
@@ -105,7 +87,7 @@ struct Literals {
     Counters counters;
     Kpis kpis;
     Messages messages;
-    Functions<Entry, GetResult> functions;
+    MemberFunctions<Entry, GetResult> functions;
     std::vector<Filter<Entry>> filters;
 };
 

@@ -175,6 +175,25 @@ void expectTolerance(const TableFamily<Record>& table, uint32_t (*function)(cons
 // 'told' is what a family tells of one of its tables: the name, sizes, bytes, counters and functions that are used here.
 // The samples have bytes that tell their offsets (see bytes.h).
 
+// Of a table of egress members. 'get' answers nothing, or the code of an address conversion.
+template <class Entry, class GetResult = void>
+struct MemberFunctions {
+    int64_t (*stamp)(int32_t, void*);
+    void (*set)(const Entry*, void*);
+    GetResult (*get)(const void*, Entry*);
+    Mcast6DbCreateFunc createObject;
+    void (*releaseObject)(Mcast6DbHandle);
+    uint32_t (*read)(Entry*);
+    uint32_t (*write)(const Entry*);
+    uint32_t (*updateSmoothVersion)(const Entry*);
+    uint32_t (*remove)(const Entry*);
+    uint32_t (*getEntry)(Mcast6DbRes*, Entry*);
+    Mcast6DbRes* (*createIterator)(const Mcast6DbKeyDesc*, const void*);
+    Mcast6DbRes* (*createIteratorOfAll)();
+    void (*releaseIterator)(Mcast6DbRes*);
+};
+
+// 'createFailed' as in TableFacts.
 template <class Told>
 TableFacts factsOf(const Told& told, Effects createFailed) {
     return {.name = told.name,
