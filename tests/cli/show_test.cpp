@@ -99,7 +99,7 @@ class Filters : public testing::TestWithParam<const char*> {};
 TEST_P(Filters, show_and_count_what_the_capture_has) {
     const std::vector<Route> routes = routesOf(GetParam());
     std::vector<Question> questions;
-    const size_t stride = routes.size() < 20 ? 1 : routes.size() / 20;
+    const size_t stride = routes.size() < 20 ? 1 : routes.size() / 10;
     for (size_t position = 0; position < routes.size(); position += stride) {
         for (const Question& question : questionsAbout(routes[position])) questions.push_back(question);
     }
