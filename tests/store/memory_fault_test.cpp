@@ -44,6 +44,7 @@ thread_local bool g_hasFailed = false;
     return block;
 }
 [[gnu::noinline]] void operator delete(void* block) noexcept { std::free(block); }
+void operator delete(void* block, size_t) noexcept;  // clang declares this one only when asked to
 [[gnu::noinline]] void operator delete(void* block, size_t) noexcept { std::free(block); }
 
 extern "C" void* mmap(void* address, size_t size, int protection, int flags, int file, off_t offset) noexcept {
