@@ -2,6 +2,7 @@
 // what MCAST6_DB_SetAddress and MCAST6_DB_GetAddress do, for the conversions to take in whole.
 #pragma once
 
+#include <bit>
 #include <cstdint>
 #include <cstring>
 
@@ -9,6 +10,8 @@
 #include "mcast6_platform/host.h"
 
 namespace mcast6 {
+
+static_assert(std::endian::native == std::endian::little, "turning words, and joining halves of keys, relies on it");
 
 // An address with the bytes of each word in the other order. It is turned in registers by halves, as which it is also
 // copied and looked for: stored word by word, a half could not be loaded before it has reached the cache.
