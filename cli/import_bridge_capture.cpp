@@ -54,20 +54,11 @@ BridgeSettings readBridge(const Json& settings) {
 }
 
 Device readDevice(const Json& entry) {
-    Device device;
-    device.index = numberMember(entry, "ifindex");
-    device.name = textMember(entry, "ifname");
-    device.master = textOr(entry, "master");
+    Device device{readLink(entry), false, {}, {}, {}};
     const Json& linkInfo = objectMember(entry, "linkinfo");
-    const Json& settings = objectMember(linkInfo, "info_data");
-    device.kind = textOr(linkInfo, "info_kind");
     device.fastLeave = truthMember(objectMember(linkInfo, "info_slave_data"), "fastleave");
-    if (device.kind == "bridge") device.bridge = readBridge(settings);
-    if (device.kind == "vxlan") device.vxlan = readTunnel(device.kind, settings);
-    if (device.kind == "vlan") {
-        device.vlanTag = static_cast<uint16_t>(numberMember(settings, "id"));
-        device.lower = textOr(entry, "link");
-    }
+    if (device.kind == "bridge") device.bridge = readBridge(objectMember(linkInfo, "info_data"));
+    if (device.kind == "vlan") device.lower = textOr(entry, "link");
     return device;
 }
 
@@ -181,7 +172,7 @@ Tags Devices::tagsOf(const Device& port, uint32_t vlanId) const {
     if (port.kind == "vlan") {
         const auto below = byName_.find(port.lower);
         const bool isDouble = below != byName_.end() && below->second.kind == "vlan";
-        return isDouble ? Tags{below->second.vlanTag, port.vlanTag, true} : Tags{port.vlanTag, 0, true};
+        return isDouble ? Tags{below->second.vlanId, port.vlanId, true} : Tags{port.vlanId, 0, true};
     }
     const bool tagged = !port.vlans.empty() && std::none_of(port.vlans.begin(), port.vlans.end(),
                                                             [](const auto& vlan) { return vlan.second.untagged; });
@@ -196,7 +187,8 @@ GroupRow readGroupRow(const Json& entry, Devices& devices) {
     const Device& device = devices.named("dev", deviceName);
     row.group = readGroup(entry);
     row.source = readSource(entry);
-    if (device.vxlan) throw Skipped("a row of a VXLAN device's own, whose far ends the capture does not have");
+    if (device.vxlan() != nullptr)
+        throw Skipped("a row of a VXLAN device's own, whose far ends the capture does not have");
     row.bridge = &devices.bridgeNamed("dev", deviceName);
     if (!isMulticastAddress(row.group)) {
         throw Refused(fmt::format("the group {} is not a multicast address", addressText(row.group)));

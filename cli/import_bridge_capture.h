@@ -8,7 +8,6 @@
 
 #include "cli/json_input.h"
 #include "cli/link_table.h"
-#include "cli/tunnel.h"
 #include "mcast6_db/types.h"
 
 namespace mcast6::ctl {
@@ -33,17 +32,14 @@ struct VlanMembership {
 };
 
 // A link: a bridge, a port of one, or neither.
-struct Device {
-    uint32_t index = 0;
-    std::string name;
-    std::string kind;
-    std::string master;  // the bridge that it is a port of
+struct Device : Link {
     bool fastLeave = false;
-    std::string lower;     // of a VLAN device, the one below
-    uint16_t vlanTag = 0;  // of a VLAN device
+    std::string lower;  // of a VLAN device, the one below
     std::optional<BridgeSettings> bridge;
-    std::optional<Tunnel> vxlan;
     std::map<uint32_t, VlanMembership> vlans;
+
+    // Null unless it is a VXLAN device.
+    const Tunnel* vxlan() const { return kind == "vxlan" ? &*tunnel : nullptr; }
 };
 
 // How a datagram leaves a port. A tagged port with no outer tag has several VLANs.

@@ -248,9 +248,9 @@ void BridgeTables::routerPort(const Device& bridge, const Device& port, uint32_t
         record.rtAttr = kind;
         return record;
     };
-    if (port.vxlan) {
+    if (const Tunnel* tunnel = port.vxlan()) {
         TunnelRoute record = fill(TunnelRoute{});
-        record.rtKeyWord3 = port.vxlan->id;
+        record.rtKeyWord3 = tunnel->id;
         return bring(kTunnelRoute, record);
     }
     Route record = fill(Route{});
@@ -289,7 +289,7 @@ void BridgeTables::member(const GroupRow& row, const Tags& tags) {
     }
     record.vrId = kBridgeDomainVr;
     record.bdId = row.bridge->index;
-    if (const auto& tunnel = row.port->vxlan) {
+    if (const Tunnel* tunnel = row.port->vxlan()) {
         record.vxlanByte = tunnel->underlay;
         record.vxlanWord1 = tunnel->id;
         record.vxlanWord2 = tunnel->udpPort;

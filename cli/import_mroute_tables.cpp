@@ -148,7 +148,7 @@ Domain bridgeMember(const Entry& entry, const Link& link) {
 
 Domain tunnelMember(const Entry& entry, const Link& link) {
     Domain record = keyOf<Domain>(entry);
-    record.bdElbAttr4 = link.bridge;
+    record.bdElbAttr4 = link.bridgeIndex;
     record.bdElbAttr5 = link.index;
     record.tnlAttr1 = link.tunnel->id;
     record.tnlAttr2 = link.index;

@@ -18,6 +18,8 @@ uint16_t readVlanId(const Json& settings) {
     return static_cast<uint16_t>(vlanId);
 }
 
+}  // namespace
+
 Link readLink(const Json& entry) {
     Link link;
     link.index = numberMember(entry, "ifindex");
@@ -33,8 +35,6 @@ Link readLink(const Json& entry) {
     link.isRegister = type == "pimreg" || (type.empty() && link.name.starts_with("pim6reg"));
     return link;
 }
-
-}  // namespace
 
 LinkTable LinkTable::fromFile(const std::string& path) { return fromEntries(path, readJsonList(path, "links")); }
 
@@ -52,7 +52,7 @@ LinkTable LinkTable::fromEntries(const std::string& path, const Json& entries) {
     }
     for (auto& named : table.byName_) {
         const Link* master = table.byName(named.second.master);
-        if (master != nullptr && master->kind == "bridge") named.second.bridge = master->index;
+        if (master != nullptr && master->kind == "bridge") named.second.bridgeIndex = master->index;
     }
     return table;
 }

@@ -14,13 +14,16 @@ namespace mcast6::ctl {
 struct Link {
     uint32_t index = 0;
     std::string name;
-    std::string kind;         // "bridge", "vlan", "vxlan", ...; empty where the link list does not tell
-    bool isRegister = false;  // the PIM register interface of a routing table: pim6reg, pim6regTABLE
-    uint16_t vlanId = 0;      // of a VLAN device
-    std::string master;       // the link that it is a port of
-    uint32_t bridge = 0;      // the index of that link where it is a bridge; 0: none
+    std::string kind;          // "bridge", "vlan", "vxlan", ...; empty where the link list does not tell
+    bool isRegister = false;   // the PIM register interface of a routing table: pim6reg, pim6regTABLE
+    uint16_t vlanId = 0;       // of a VLAN device
+    std::string master;        // the link that it is a port of
+    uint32_t bridgeIndex = 0;  // of that link where it is a bridge; 0: none
     std::optional<Tunnel> tunnel;
 };
+
+// One link of a list, without bridgeIndex, for which the others are needed. Throws Refused.
+Link readLink(const nlohmann::json& entry);
 
 class LinkTable {
 public:
