@@ -48,8 +48,6 @@ struct FieldSetters {
 
 // A getter that fails leaves its member as it is.
 
-// leaves its member as it is.
-
 // A scalar, or bytes copied as long as the engine says, up to the member's width; the copy's code counts too.
 template <auto kGetter, auto kMember>
 struct Gets {

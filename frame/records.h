@@ -40,7 +40,10 @@ uint32_t readWithOwnObject(typename Table::Record* record) {
     return code;
 }
 
-template <class Table, const ReadOutcomes& kOn = Table::onRead>
+// Whether the object of a read goes back after the row is converted, or before.
+enum class Conversion { beforeRelease, afterRelease };
+
+template <class Table, Conversion kConversion = Conversion::beforeRelease, const ReadOutcomes& kOn = Table::onRead>
 uint32_t readRecord(typename Table::Record* record) {
     static_assert(
         releasesEach(0, kOn.nullRecord, kOn.createFailed) && releasesEach(1, kOn.found, kOn.absent, kOn.readFailed),
@@ -56,8 +59,10 @@ uint32_t readRecord(typename Table::Record* record) {
     step.code = readRow<Table>(step.object, *record, row);
     if (step.code == kNoSuchObject) return conclude<Table, kOn, &ReadOutcomes::absent>(step);
     if (step.code != kOk) return conclude<Table, kOn, &ReadOutcomes::readFailed>(step);
-    Table::get(row.data(), record);
-    return conclude<Table, kOn, &ReadOutcomes::found>(step);
+    if constexpr (kConversion == Conversion::beforeRelease) Table::get(row.data(), record);
+    const uint32_t result = conclude<Table, kOn, &ReadOutcomes::found>(step);
+    if constexpr (kConversion == Conversion::afterRelease) Table::get(row.data(), record);
+    return result;
 }
 
 // A write from the object on: converts, sets all fields, writes, and releases the object on every way out.

@@ -20,7 +20,8 @@
  * in g_mcast6DbErrStat by table number and error kind ("records kind 2").
  *
  * Ownership: records, keys and counts belong to the caller and are only used during the call. An iterator handle that an
- * operation returns belongs to the caller, who gives it back to the release operation of the same table.
+ * operation returns belongs to the caller, who gives it back to the release operation of the same table. The two sides of
+ * a conversion do not overlap.
  *
  * Threads: the library starts none and takes no lock. What it keeps is written without synchronisation: a host calls the
  * operations that use cached objects or scan handles ("one thread at a time") from one thread at a time, and takes the

@@ -217,7 +217,7 @@ uint32_t MCAST6_DB_CreateL2Elb6Object(uint32_t objType, uint32_t connType, Mcast
 
 void MCAST6_DB_ReleaseL2Elb6Object(Mcast6DbHandle object) { releaseObject<Table, kReleased>(object); }
 
-uint32_t MCAST6_DB_ReadL2Elb6(L2Elb6Entry* record) { return readRecord<Table>(record); }
+uint32_t MCAST6_DB_ReadL2Elb6(L2Elb6Entry* record) { return readRecord<Table, Conversion::afterRelease>(record); }
 
 uint32_t MCAST6_DB_WriteL2Elb6(const L2Elb6Entry* record) { return writeRecord<Table>(record); }
 

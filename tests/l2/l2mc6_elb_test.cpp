@@ -66,6 +66,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cerrno>
 
 #include "mcast6_db/context.h"
@@ -399,6 +400,18 @@ TEST_F(L2ElbTest, setAnswersTheResultOfTheCopyOfElbData1) {
         EXPECT_EQ(0u, platform.pendingAnswers());
     }
     EXPECT_EQ(1u, answered);
+}
+
+TEST_F(L2ElbTest, aReadGivesItsObjectBackBeforeItConvertsTheRow) {
+    platform.traceCopies(true);
+    platform.fillNextRead(unhex(kStoredRow));
+    ASSERT_EQ(0u, MCAST6_DB_ReadL2Elb6(&record));
+    const Trace trace = platform.takeTrace();
+    const auto release = std::find(trace.begin(), trace.end(), "release l2mc6_elb obj1");
+    ASSERT_NE(trace.end(), release);
+    EXPECT_EQ(2, std::count(trace.begin(), release, "memcpy_s 16 16"));  // both addresses of the key
+    EXPECT_EQ(0, std::count(trace.begin(), release, "memcpy_s 28 28"));
+    EXPECT_EQ(1, std::count(release, trace.end(), "memcpy_s 28 28"));
 }
 
 TEST_F(L2ElbTest, getWritesEveryFieldItsConstantsAndNothingElse) {
