@@ -11,18 +11,10 @@ namespace mcast6::host {
 // Sizes above this are taken for negative numbers gone astray; such an area is not touched.
 inline constexpr size_t kMostBytes = SIZE_MAX >> 1;
 
-// Addresses are most of what is copied. They are moved without a call, and by halves, as which they were often stored a
-// moment ago.
-inline constexpr size_t kAddressBytes = 16;
-
-inline void copyAddress(void* destination, const void* source) {
-    uint64_t high;
-    uint64_t low;
-    std::memcpy(&high, source, sizeof high);
-    std::memcpy(&low, static_cast<const char*>(source) + sizeof high, sizeof low);
-    asm("" : "+r"(high), "+r"(low));  // else compilers make one move of it
-    std::memcpy(destination, &high, sizeof high);
-    std::memcpy(static_cast<char*>(destination) + sizeof high, &low, sizeof low);
+// Whether areas of this length at these two places overlap.
+inline bool overlap(const void* one, const void* other, size_t length) {
+    const auto distance = reinterpret_cast<uintptr_t>(one) - reinterpret_cast<uintptr_t>(other);
+    return distance + (length - 1) <= 2 * (length - 1);
 }
 
 // Apart from the way of a copy that is done, which so needs no stack.
@@ -31,20 +23,29 @@ inline void copyAddress(void* destination, const void* source) {
     return error;
 }
 
-inline int boundedCopy(void* destination, size_t destinationSize, const void* source, size_t count) {
+[[gnu::always_inline]] inline int checkAndCopy(void* destination, size_t destinationSize, const void* source,
+                                               size_t count) {
     if (destination == nullptr) return EINVAL;
     if (destinationSize > kMostBytes) return ERANGE;
     if (source == nullptr) return refuse(destination, destinationSize, EINVAL);
     if (count > destinationSize) return refuse(destination, destinationSize, ERANGE);
-    const uintptr_t to = reinterpret_cast<uintptr_t>(destination);
-    const uintptr_t from = reinterpret_cast<uintptr_t>(source);
-    if (count != 0 && (to > from ? to - from : from - to) < count) return refuse(destination, destinationSize, EINVAL);
-    if (count == kAddressBytes) {
-        copyAddress(destination, source);
-    } else if (count != 0) {
-        std::memcpy(destination, source, count);
-    }
+    if (count == 0) return 0;
+    if (overlap(destination, source, count)) return refuse(destination, destinationSize, EINVAL);
+    std::memcpy(destination, source, count);
     return 0;
+}
+
+// Apart from the copy of an address, which so needs no register but its arguments.
+[[gnu::noinline]] inline int copyOfAnyLength(void* destination, size_t destinationSize, const void* source,
+                                             size_t count) {
+    return checkAndCopy(destination, destinationSize, source, count);
+}
+
+// Addresses are most of what is copied. With their length told, no call is needed, and half of the work.
+inline int boundedCopy(void* destination, size_t destinationSize, const void* source, size_t count) {
+    constexpr size_t kAddressBytes = 16;
+    if (count != kAddressBytes) return copyOfAnyLength(destination, destinationSize, source, count);
+    return checkAndCopy(destination, destinationSize, source, kAddressBytes);
 }
 
 }  // namespace mcast6::host
