@@ -8,18 +8,24 @@ namespace mcast6::store::memory {
 namespace {
 
 // Groups and sources come from the network: nobody outside shall be able to choose keys that collide.
-uint64_t processSeed() {
-    static const uint64_t value = [] {
+struct Secrets {
+    uint64_t seed;
+    uint64_t secret;
+};
+
+const Secrets& ofProcess() {
+    static const Secrets secrets = [] {
         std::random_device random;
-        return uint64_t{random()} << 32 | random();
+        const auto word = [&] { return uint64_t{random()} << 32 | random(); };
+        return Secrets{.seed = word() | 1, .secret = word()};
     }();
-    return value;
+    return secrets;
 }
 
 }  // namespace
 
 KeyShape::KeyShape(const schema::Key& description)
-    : schemaKey(&description), keyLength(description.length()), hashSeed(processSeed()) {
+    : schemaKey(&description), keyLength(description.length()), seed(ofProcess().seed), secret(ofProcess().secret) {
     uint16_t at = 0;
     for (const schema::KeyPart& part : description.parts()) {
         if (part.isConstant) {
@@ -54,6 +60,7 @@ void KeyShape::cutRuns() {
     foursBegin = cut(8);
     onesBegin = cut(4);
     piecesEnd = cut(1);
+    if (!hasConstants && foursBegin == piecesEnd) words = static_cast<size_t>(piecesEnd - pieces.data());
 }
 
 bool KeyShape::hasItsConstants(const std::byte* given) const {

@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <utility>
 
 #include "platform/schema/schema.h"
 
@@ -45,14 +46,10 @@ public:
     }
 
     // Whether the row has this key. Constants in the key are not looked at: see accepts().
-    bool matches(const std::byte* row, const std::byte* key) const {
-        return same(row, key, [](const Piece& piece) { return piece.at; });
-    }
+    bool matches(const std::byte* row, const std::byte* key) const { return same<InKey>(row, key); }
 
     // Whether two rows have the same key.
-    bool sameKey(const std::byte* row, const std::byte* other) const {
-        return same(row, other, [](const Piece& piece) { return piece.offset; });
-    }
+    bool sameKey(const std::byte* row, const std::byte* other) const { return same<InRow>(row, other); }
 
     // Has the bytes brought that matches() looks at.
     void prefetch(const std::byte* row) const {
@@ -66,12 +63,8 @@ public:
     bool accepts(const std::byte* key) const { return !hasConstants || hasItsConstants(key); }
 
     // Of a key, and of the key of a row. Constants do not count. Never 0.
-    uint32_t hash(const std::byte* key) const {
-        return hashed(key, [](const Piece& piece) { return piece.at; });
-    }
-    uint32_t hashOf(const std::byte* row) const {
-        return hashed(row, [](const Piece& piece) { return piece.offset; });
-    }
+    uint32_t hash(const std::byte* key) const { return hashed<InKey>(key); }
+    uint32_t hashOf(const std::byte* row) const { return hashed<InRow>(row); }
 
     // The key in a form whose bytes compare as its values do, and back: scalars lie most significant byte first.
     void flip(const std::byte* key, std::byte* flipped) const;
@@ -92,38 +85,86 @@ private:
         uint16_t at;
     };
 
-    // Compares the pieces of a row with those that stand at(piece) in 'other'.
-    template <class At>
-    bool same(const std::byte* row, const std::byte* other, const At& at) const {
+    // Where the pieces of a key lie, in a key and in a row. Where it is whole words, 'word' tells it sooner.
+    struct InKey {
+        static size_t word(const KeyShape& /*shape*/, size_t i) { return i * sizeof(uint64_t); }
+        static size_t piece(const Piece& piece) { return piece.at; }
+    };
+    struct InRow {
+        static size_t word(const KeyShape& shape, size_t i) { return shape.pieces[i].offset; }
+        static size_t piece(const Piece& piece) { return piece.offset; }
+    };
+
+    // Calls f with as many indexes as the key has words, to be written out; without any for a key of other pieces.
+    template <class F>
+    auto forWords(const F& f) const {
+        if (words == 5) return f(std::make_index_sequence<5>());
+        if (words == 3) return f(std::make_index_sequence<3>());
+        if (words == 1) return f(std::make_index_sequence<1>());
+        return f(std::make_index_sequence<0>());
+    }
+
+    // Compares the key of a row with that in 'other'.
+    template <class In>
+    bool same(const std::byte* row, const std::byte* other) const {
+        return forWords([&]<size_t... kWord>(std::index_sequence<kWord...>) {
+            if constexpr (sizeof...(kWord) == 0) return samePieces<In>(row, other);
+            return ((load64(row + InRow::word(*this, kWord)) == load64(other + In::word(*this, kWord))) && ...);
+        });
+    }
+
+    template <class In>
+    bool samePieces(const std::byte* row, const std::byte* other) const {
         const Piece* piece = pieces.data();
         for (; piece != foursBegin; ++piece) {
-            if (load64(row + piece->offset) != load64(other + at(*piece))) return false;
+            if (load64(row + piece->offset) != load64(other + In::piece(*piece))) return false;
         }
         for (; piece != onesBegin; ++piece) {
-            if (load32(row + piece->offset) != load32(other + at(*piece))) return false;
+            if (load32(row + piece->offset) != load32(other + In::piece(*piece))) return false;
         }
         for (; piece != piecesEnd; ++piece) {
-            if (row[piece->offset] != other[at(*piece)]) return false;
+            if (row[piece->offset] != other[In::piece(*piece)]) return false;
         }
         return true;
     }
 
-    // Each piece is mixed in by a multiplication whose halves are folded, which spreads every bit over all.
-    static uint64_t mixed(uint64_t state, uint64_t word) {
+    // The halves of a product, folded: every bit of both factors spreads over all.
+    static uint64_t folded(uint64_t left, uint64_t right) {
         __extension__ using Wide = unsigned __int128;
-        const Wide product = static_cast<Wide>(state ^ word) * 0x9E3779B97F4A7C15U;
+        const Wide product = static_cast<Wide>(left) * right;
         return static_cast<uint64_t>(product >> 64) ^ static_cast<uint64_t>(product);
     }
 
-    template <class At>
-    uint32_t hashed(const std::byte* from, const At& at) const {
-        uint64_t state = hashSeed;
+    // One word or two on top of what was mixed before. Both factors are blinded: one that is 0 would silence the other.
+    uint64_t mixed(uint64_t before, uint64_t first, uint64_t second = 0) const {
+        return folded(secret ^ first, before ^ second);
+    }
+
+    template <class In>
+    uint32_t hashed(const std::byte* from) const {
+        const uint64_t mix = forWords([&]<size_t... kWord>(std::index_sequence<kWord...>) {
+            if constexpr (sizeof...(kWord) == 0) return mixedPieces<In>(from);
+            return mixedWords(seed, load64(from + In::word(*this, kWord))...);
+        });
+        return static_cast<uint32_t>(mix >> 32) | 1;  // never 0
+    }
+
+    // All words on top of 'before', by twos.
+    uint64_t mixedWords(uint64_t before) const { return before; }
+    uint64_t mixedWords(uint64_t before, uint64_t word) const { return mixed(before, word); }
+    template <class... Words>
+    uint64_t mixedWords(uint64_t before, uint64_t first, uint64_t second, Words... others) const {
+        return mixedWords(mixed(before, first, second), others...);
+    }
+
+    template <class In>
+    uint64_t mixedPieces(const std::byte* from) const {
+        uint64_t mix = seed;
         const Piece* piece = pieces.data();
-        for (; piece != foursBegin; ++piece) state = mixed(state, load64(from + at(*piece)));
-        for (; piece != onesBegin; ++piece) state = mixed(state, load32(from + at(*piece)));
-        for (; piece != piecesEnd; ++piece) state = mixed(state, std::to_integer<uint64_t>(from[at(*piece)]));
-        const auto folded = static_cast<uint32_t>(mixed(state, hashSeed >> 32) >> 32);
-        return folded != 0 ? folded : 1;
+        for (; piece != foursBegin; ++piece) mix = mixed(mix, load64(from + In::piece(*piece)));
+        for (; piece != onesBegin; ++piece) mix = mixed(mix, load32(from + In::piece(*piece)));
+        for (; piece != piecesEnd; ++piece) mix = mixed(mix, std::to_integer<uint64_t>(from[In::piece(*piece)]));
+        return mix;
     }
 
     bool hasItsConstants(const std::byte* key) const;
@@ -140,7 +181,9 @@ private:
     const Piece* foursBegin = nullptr;
     const Piece* onesBegin = nullptr;
     const Piece* piecesEnd = nullptr;
-    const uint64_t hashSeed;
+    size_t words = 0;  // how many, of a key without constants that is whole words; else 0
+    const uint64_t seed;
+    const uint64_t secret;
 };
 
 }  // namespace mcast6::store::memory
