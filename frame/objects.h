@@ -24,14 +24,15 @@ void releaseObject(Mcast6DbHandle object) {
 template <class Table, const CacheOutcomes& kOn>
 uint32_t obtainCached(uint32_t objType, uint32_t connType, Mcast6DbHandle* slot, const Mcast6DbCacheFuncs& funcs) {
     static_assert(releasesEach(0, kOn.createFailed, kOn.resetFailed), "cached objects are never released");
-    Step step{.object = *slot, .objType = objType, .connType = connType};
-    if (step.object == 0) {
-        step.code = funcs.create(objType, connType, &step.object);
+    Mcast6DbHandle object = *slot;
+    Step step{.objType = objType, .connType = connType};
+    if (object == 0) {
+        step.code = funcs.create(objType, connType, &object);
         if (step.code != kOk) return conclude<Table, kOn, &CacheOutcomes::createFailed>(step);
     }
-    step.code = funcs.reset(step.object);
+    step.code = funcs.reset(object);
     if (step.code != kOk) return conclude<Table, kOn, &CacheOutcomes::resetFailed>(step);
-    *slot = step.object;
+    *slot = object;
     return kOk;
 }
 

@@ -156,10 +156,12 @@ uint32_t MCAST6_DB_CreateL3MfibObjCache(uint32_t objType, uint32_t connType, Mca
     return obtainCached<Table, Table::onCache>(objType, connType, slot, Table::cache);
 }
 
-uint32_t MCAST6_DB_ReadL3MfibFast(L3Mc6MfibEntry* record) {
-    const uint32_t code = MCAST6_DB_CreateL3MfibObjCache(kReadObject, kConnType, &g_l3Mfib6DbReadObjCache);
+// Taken in whole, as it is what forwarding waits for.
+[[gnu::flatten]] uint32_t MCAST6_DB_ReadL3MfibFast(L3Mc6MfibEntry* record) {
+    const uint32_t code =
+        obtainCached<Table, Table::onCache>(kReadObject, kConnType, &g_l3Mfib6DbReadObjCache, Table::cache);
     if (code != kOk) return conclude<Table, Table::onFastRead, &GivenObjectOutcomes::createFailed>({.code = code});
-    return MCAST6_DB_ReadL3MfibEntry(record, g_l3Mfib6DbReadObjCache);
+    return keyedRead<Table, Table::onKeyedRead>(record, g_l3Mfib6DbReadObjCache);
 }
 
 uint32_t MCAST6_DB_ReadL3MfibFastTemp(L3Mc6MfibEntry* record) { return MCAST6_DB_ReadL3MfibFast(record); }

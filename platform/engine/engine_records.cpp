@@ -19,17 +19,30 @@ uint32_t checkKeyedCall(const Object* object, ObjType wanted, const void* keyDes
 // A count is 64 bits wide in a place that is declared, and maybe aligned, as 32.
 void fillCount(uint32_t* count, uint64_t records) { std::memcpy(count, &records, sizeof records); }
 
-uint32_t readByKey(store::Store& store, Object& object, const void* key, void* buffer) {
-    const TableFacts& facts = *object.facts;
-    std::byte* row = static_cast<std::byte*>(buffer);
-    const uint32_t code = codeOf(store.get(facts.id, keyBytes(key), row), MCAST6_DB_NO_SUCH_RECORD);
+uint32_t readByKey(store::Store& store, const Object& object, const void* key, void* buffer) {
+    const store::Answer answer = store.get(object.facts->id, keyBytes(key), static_cast<std::byte*>(buffer));
+    return codeOf(answer, MCAST6_DB_NO_SUCH_RECORD);
+}
+
+// The same, and keeps the record for the getters. Apart, like a read at a position: then a read by way of a cache object,
+// which keeps nothing, saves no registers for them.
+[[gnu::noinline]] uint32_t readAndKeep(store::Store& store, Object& object, const void* key, void* buffer) {
+    const uint32_t code = readByKey(store, object, key, buffer);
     if (code != MCAST6_DB_OK) return code;
-    std::memcpy(object.row.data(), row, facts.recordSize);
+    std::memcpy(object.row.data(), buffer, object.facts->recordSize);
     object.hasRead = true;
     return MCAST6_DB_OK;
 }
 
-uint32_t readAtPosition(Object& object, void* buffer) {
+// What is wrong with a place for a record of the object's table.
+uint32_t checkBuffer(const Object& object, const void* buffer, uint32_t length) {
+    if (buffer == nullptr) return MCAST6_DB_BAD_ARGUMENT;
+    return length == object.facts->recordSize ? MCAST6_DB_OK : MCAST6_DB_BAD_LENGTH;
+}
+
+[[gnu::noinline]] uint32_t readAtPosition(const Object& object, void* buffer, uint32_t length) {
+    if (object.type != ObjType::iterate) return MCAST6_DB_BAD_OPERATION;
+    if (const uint32_t wrong = checkBuffer(object, buffer, length); wrong != MCAST6_DB_OK) return wrong;
     if (object.lastStepped == nullptr) return MCAST6_DB_BAD_OPERATION;
     if (object.lastStepped->place != Iterator::Place::onRecord) return MCAST6_DB_NO_SUCH_RECORD;
     return codeOf(object.lastStepped->scan->read(static_cast<std::byte*>(buffer)), MCAST6_DB_NO_SUCH_RECORD);
@@ -70,17 +83,14 @@ uint32_t Engine::remove(uint64_t object, const void* keyDesc, const void* key) n
 uint32_t Engine::read(uint64_t object, const void* keyDesc, const void* key, void* buffer, uint32_t length) noexcept {
     return guarded([&] {
         Object* reader = objects_.find(object);
-        const bool isPositional = keyDesc == nullptr && key == nullptr;
-        if (reader == nullptr) return uint32_t{MCAST6_DB_BAD_HANDLE};
-        if (isPositional) {
-            if (reader->type != ObjType::iterate) return uint32_t{MCAST6_DB_BAD_OPERATION};
-        } else {
-            const uint32_t wrong = checkKeyedCall(reader, ObjType::read, keyDesc, key);
-            if (wrong != MCAST6_DB_OK) return wrong;
+        uint32_t wrong = checkKeyedCall(reader, ObjType::read, keyDesc, key);
+        if (wrong == MCAST6_DB_OK) wrong = checkBuffer(*reader, buffer, length);
+        if (wrong == MCAST6_DB_OK) {
+            return reader->isCache ? readByKey(*store_, *reader, key, buffer)
+                                   : readAndKeep(*store_, *reader, key, buffer);
         }
-        if (buffer == nullptr) return uint32_t{MCAST6_DB_BAD_ARGUMENT};
-        if (length != reader->facts->recordSize) return uint32_t{MCAST6_DB_BAD_LENGTH};
-        return isPositional ? readAtPosition(*reader, buffer) : readByKey(*store_, *reader, key, buffer);
+        const bool isPositional = reader != nullptr && keyDesc == nullptr && key == nullptr;
+        return isPositional ? readAtPosition(*reader, buffer, length) : wrong;
     });
 }
 

@@ -100,10 +100,9 @@ public:
 
     // The live value that 'handle' names, or null.
     Value* find(uint64_t handle) const {
-        if (((handle ^ prefix_) >> kNonceShift) != 0) return nullptr;
         Value* value = at(static_cast<uint32_t>(handle & kSlotMask));
         if (value == nullptr || value->handle.load(std::memory_order_acquire) != handle) return nullptr;
-        return value;
+        return handle != 0 ? value : nullptr;
     }
 
     // A slot for the caller alone, or null when there is no memory or no slot left.
@@ -154,8 +153,13 @@ private:
     }
     static constexpr uint32_t firstSlot(unsigned chunk) { return chunkSize(chunk) - kFirstChunk; }
 
-    // The slot with this number, or null when the table has not grown so far.
+    // The slot with this number, or null when the table has not grown so far. Few processes have more objects at a time
+    // than the first chunk holds.
     Value* at(uint32_t slot) const {
+        if (slot < kFirstChunk) [[likely]] {
+            Value* const values = chunks_[0].load(std::memory_order_acquire);
+            return values != nullptr ? values + slot : nullptr;
+        }
         const unsigned chunk = chunkOf(slot);
         if (chunk >= kChunks) return nullptr;
         Value* values = chunks_[chunk].load(std::memory_order_acquire);
@@ -164,6 +168,7 @@ private:
 
     // The same for a slot that is known to be there.
     Value& existing(uint32_t slot) const {
+        if (slot < kFirstChunk) return chunks_[0].load(std::memory_order_acquire)[slot];
         const unsigned chunk = chunkOf(slot);
         return chunks_[chunk].load(std::memory_order_acquire)[slot - firstSlot(chunk)];
     }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <array>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -42,8 +43,8 @@ struct Statement {
 };
 
 // An object. 'row' holds, of the fields in 'fieldsSet', what was set (types write and update); the record that was read
-// (type read, once 'hasRead'); the fields that the getters fetched (type iterate).
-struct alignas(64) Object : HandleSlot {
+// (type read, once 'hasRead', which a cache object never has); the fields that the getters fetched (type iterate).
+struct alignas(128) Object : HandleSlot {
     const TableFacts* facts = nullptr;
     uint64_t fieldsSet = 0;
     Iterator* iterators = nullptr;
@@ -54,5 +55,6 @@ struct alignas(64) Object : HandleSlot {
     alignas(64) std::array<std::byte, schema::kMaxRecordSize> row;  // on whole lines of the cache
     Statement statement;
 };
+static_assert(std::has_single_bit(sizeof(Object)), "so that finding one by its slot is a shift");
 
 }  // namespace mcast6::engine

@@ -295,6 +295,37 @@ TEST_P(Objects, OnlyACacheObjectIsResetAsOne) {
     EXPECT_EQ(engine.resetCacheObject(kRoute, cache), 0U) << "it stays a cache object";
 }
 
+TEST_P(Objects, ACacheObjectKeepsNothingOfWhatItReadsByKey) {
+    const Route route{.vr = 1, .id = 2, .version = 3};
+    ASSERT_EQ(write(route), 0U);
+    uint64_t cache = 0;
+    ASSERT_EQ(engine.createCacheObject(kRoute, kRead, 0, &cache), MCAST6_DB_OK);
+    Route read;
+    EXPECT_EQ(engine.read(cache, &kRouteKey, join(1U, 2U).data(), &read, sizeof read), MCAST6_DB_OK);
+    EXPECT_EQ(read, route);
+    uint32_t version = 9;
+    EXPECT_EQ(engine.getField(kRoute, kVersion, cache, &version), MCAST6_DB_BAD_OPERATION);
+    EXPECT_EQ(version, 9U);
+}
+
+TEST_P(Objects, ManyAtATimeAreToldApart) {
+    constexpr uint32_t kMany = 300;  // more than the first slots
+    for (uint32_t id = 0; id < kMany; ++id) ASSERT_EQ(write(Route{.vr = 1, .id = id, .version = id}), 0U);
+    std::vector<uint64_t> readers(kMany);
+    for (uint64_t& reader : readers) reader = object(kRead);
+    for (uint32_t id = 0; id < kMany; ++id) {
+        Route read;
+        EXPECT_EQ(engine.read(readers[id], &kRouteKey, join(1U, id).data(), &read, sizeof read), MCAST6_DB_OK);
+    }
+    for (uint32_t id = 0; id < kMany; ++id) EXPECT_EQ(get<uint32_t>(readers[id], kVersion), id);
+    for (uint32_t id = 0; id < kMany; id += 2) engine.releaseObject(kRoute, readers[id]);
+    for (uint32_t id = 0; id < kMany; ++id) {
+        uint32_t version = 0;
+        const uint32_t expected = id % 2 == 0 ? MCAST6_DB_BAD_HANDLE : MCAST6_DB_OK;
+        EXPECT_EQ(engine.getField(kRoute, kVersion, readers[id], &version), expected) << id;
+    }
+}
+
 INSTANTIATE_TEST_SUITE_P(Stores, Objects, ::testing::ValuesIn(kStores), storeName);
 
 }  // namespace

@@ -8,7 +8,8 @@
  *   object         made by db_create_<table>_obj for one purpose, its object type (see below), and released by
  *                  db_release_<table>_object. Field setters and db_set_<table>_all_fields fill it before a write or an
  *                  update; reading and stepping fill it for the field getters.
- *   cache object   the same, made by db_create_<table>_cache_object to be kept and reset before each use.
+ *   cache object   the same, made by db_create_<table>_cache_object to be kept and reset before each use. Reading by
+ *                  key fills the caller's buffer alone: getters on a cache object have nothing to tell after it.
  *   root iterator  a position in a table or in one index of it. It belongs to the object it was made on and is
  *                  released with that object; it has no release call of its own.
  *   statement      a question put together on an object (db_create_stmt, db_append_stmt_condition), from which

@@ -53,6 +53,12 @@ private:
 
     using IndexKeys = std::array<KeyLookup, kIndexes>;
 
+    // A record's slot and row; Slabs::kNone and null where there is none.
+    struct Cell {
+        uint32_t slot;
+        const std::byte* row;
+    };
+
     struct Gap {
         uint16_t offset;
         uint16_t width;
@@ -62,7 +68,9 @@ private:
     void prefetchAddition(uint64_t which, IndexKeys& keys) const;
     void prefetchRemoval(uint32_t slot, uint64_t which, IndexKeys& keys) const;
     bool reserveKeys(uint64_t which, IndexKeys& keys);
-    uint32_t findSlot(const std::byte* key, uint32_t hash) const;
+    Cell find(const std::byte* key, uint32_t hash) const;
+    Answer copyOut(const std::byte* key, std::byte* row) const;
+    [[gnu::noinline]] Answer getShared(const std::byte* key, std::byte* row) const;
     Answer insert(const std::byte* row, uint32_t hash, IndexKeys& keys);
     bool change(uint32_t slot, const std::byte* row, uint64_t which);
     void store(uint32_t slot, const std::byte* row);

@@ -11,6 +11,9 @@
 
 namespace mcast6::store::memory {
 
+// Whether the process has one thread.
+inline bool isAlone() { return __libc_single_threaded != 0; }
+
 class TableLock {
 public:
     TableLock() {
@@ -34,7 +37,7 @@ private:
 template <int (*kTake)(pthread_rwlock_t*)>
 class LockGuard {
 public:
-    explicit LockGuard(TableLock& lock) : taken(__libc_single_threaded != 0 ? nullptr : &lock.rwlock) {
+    explicit LockGuard(TableLock& lock) : taken(isAlone() ? nullptr : &lock.rwlock) {
         if (taken != nullptr) kTake(taken);
     }
     LockGuard(const LockGuard&) = delete;
