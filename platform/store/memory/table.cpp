@@ -58,7 +58,6 @@ Answer Table::put(const std::byte* row) {
     primary.prefetch(hash);
     IndexKeys keys;
     hashKeys(row, allIndexes, keys);
-    prefetchAddition(allIndexes, keys);
     const uint32_t place = primary.find(hash, [&](uint32_t slot) { return primaryKey.sameKey(slabs.row(slot), row); });
     if (place == SlotHash::kNone) return insert(row, hash, keys);
     if (schema.presentWrite == schema::PresentWrite::refused) return Answer::present;
@@ -67,6 +66,7 @@ Answer Table::put(const std::byte* row) {
 
 Answer Table::insert(const std::byte* row, uint32_t hash, IndexKeys& keys) {
     if (schema.capacity != 0 && slabs.records() >= schema.capacity) return Answer::full;
+    prefetchAddition(allIndexes, keys);
     if (!slabs.reserve() || !primary.reserve(hash) || !reserveKeys(allIndexes, keys)) return Answer::noMemory;
     const uint32_t slot = slabs.take();
     store(slot, row);
