@@ -60,7 +60,10 @@ void KeyShape::cutRuns() {
     foursBegin = cut(8);
     onesBegin = cut(4);
     piecesEnd = cut(1);
-    if (!hasConstants && foursBegin == piecesEnd) words = static_cast<size_t>(piecesEnd - pieces.data());
+    if (!hasConstants && onesBegin == piecesEnd) {
+        pattern =
+            patternOf(static_cast<size_t>(foursBegin - pieces.data()), static_cast<size_t>(onesBegin - foursBegin));
+    }
 }
 
 bool KeyShape::hasItsConstants(const std::byte* given) const {

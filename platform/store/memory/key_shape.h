@@ -85,7 +85,7 @@ private:
         uint16_t at;
     };
 
-    // Where the pieces of a key lie, in a key and in a row. Where it is whole words, 'word' tells it sooner.
+    // Where the pieces of a key lie, in a key and in a row. In a key of whole words that need not be looked up.
     struct InKey {
         static size_t word(const KeyShape& /*shape*/, size_t i) { return i * sizeof(uint64_t); }
         static size_t piece(const Piece& piece) { return piece.at; }
@@ -95,22 +95,58 @@ private:
         static size_t piece(const Piece& piece) { return piece.offset; }
     };
 
-    // Calls f with as many indexes as the key has words, to be written out; without any for a key of other pieces.
+    // Most keys have one of these patterns: so many pieces of eight bytes, then so many of four, and no constants.
+    static constexpr uint32_t patternOf(size_t eights, size_t fours) {
+        return static_cast<uint32_t>(eights << 8 | fours);
+    }
+    template <size_t kCount>
+    using Numbers = std::make_index_sequence<kCount>;
+
+    // Calls f with the numbers of the pieces of eight and of four, to be written out for each pattern; with none for
+    // any other key.
     template <class F>
-    auto forWords(const F& f) const {
-        if (words == 5) return f(std::make_index_sequence<5>());
-        if (words == 3) return f(std::make_index_sequence<3>());
-        if (words == 1) return f(std::make_index_sequence<1>());
-        return f(std::make_index_sequence<0>());
+    auto forPattern(const F& f) const {
+        if (pattern == patternOf(5, 0)) return f(Numbers<5>(), Numbers<0>());  // what forwarding looks routes up by
+        switch (pattern) {
+            case patternOf(3, 0):
+                return f(Numbers<3>(), Numbers<0>());
+            case patternOf(3, 1):
+                return f(Numbers<3>(), Numbers<1>());
+            case patternOf(1, 0):
+                return f(Numbers<1>(), Numbers<0>());
+            case patternOf(1, 1):
+                return f(Numbers<1>(), Numbers<1>());
+            case patternOf(0, 1):
+                return f(Numbers<0>(), Numbers<1>());
+            case patternOf(0, 2):
+                return f(Numbers<0>(), Numbers<2>());
+            default:
+                return f(Numbers<0>(), Numbers<0>());
+        }
+    }
+
+    // The pieces of a pattern, of 'kEights' and 'kFours' in all.
+    template <class In, size_t kFours>
+    uint64_t eight(const std::byte* from, size_t i) const {
+        return load64(from + (kFours == 0 ? In::word(*this, i) : In::piece(pieces[i])));
+    }
+    template <class In, size_t kEights>
+    uint64_t four(const std::byte* from, size_t i) const {
+        return load32(from + In::piece(pieces[kEights + i]));
     }
 
     // Compares the key of a row with that in 'other'.
     template <class In>
     bool same(const std::byte* row, const std::byte* other) const {
-        return forWords([&]<size_t... kWord>(std::index_sequence<kWord...>) {
-            if constexpr (sizeof...(kWord) == 0) return samePieces<In>(row, other);
-            return ((load64(row + InRow::word(*this, kWord)) == load64(other + In::word(*this, kWord))) && ...);
-        });
+        const auto compare = [&]<size_t... kEight, size_t... kFour>(std::index_sequence<kEight...>,
+                                                                    std::index_sequence<kFour...>) {
+            constexpr size_t kEights = sizeof...(kEight);
+            constexpr size_t kFours = sizeof...(kFour);
+            if constexpr (kEights + kFours == 0) return samePieces<In>(row, other);
+            return ((eight<InRow, kFours>(row, kEight) == eight<In, kFours>(other, kEight)) && ...) &&
+                   ((four<InRow, kEights>(row, kFour) == four<In, kEights>(other, kFour)) && ...);
+        };
+        return forPattern(compare);
     }
 
     template <class In>
@@ -142,11 +178,14 @@ private:
 
     template <class In>
     uint32_t hashed(const std::byte* from) const {
-        const uint64_t mix = forWords([&]<size_t... kWord>(std::index_sequence<kWord...>) {
-            if constexpr (sizeof...(kWord) == 0) return mixedPieces<In>(from);
-            return mixedWords(seed, load64(from + In::word(*this, kWord))...);
-        });
-        return static_cast<uint32_t>(mix >> 32) | 1;  // never 0
+        const auto mix = [&]<size_t... kEight, size_t... kFour>(std::index_sequence<kEight...>,
+                                                                std::index_sequence<kFour...>) {
+            constexpr size_t kEights = sizeof...(kEight);
+            constexpr size_t kFours = sizeof...(kFour);
+            if constexpr (kEights + kFours == 0) return mixedPieces<In>(from);
+            return mixedWords(seed, eight<In, kFours>(from, kEight)..., four<In, kEights>(from, kFour)...);
+        };
+        return static_cast<uint32_t>(forPattern(mix) >> 32) | 1;  // never 0
     }
 
     // All words on top of 'before', by twos.
@@ -181,7 +220,7 @@ private:
     const Piece* foursBegin = nullptr;
     const Piece* onesBegin = nullptr;
     const Piece* piecesEnd = nullptr;
-    size_t words = 0;  // how many, of a key without constants that is whole words; else 0
+    uint32_t pattern = 0;  // of a key without constants and single bytes; else 0
     const uint64_t seed;
     const uint64_t secret;
 };
