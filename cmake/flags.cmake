@@ -33,7 +33,7 @@ set(CMAKE_CXX_FLAGS_SANITIZED "-O1 -g1")
 set(MCAST6_FAST_CALLS -fno-plt)
 
 # The platform's library is optimised as a whole when it is linked: an operation of the engine comes through four source
-# files, and is one function then. The objects hold code too, for programs that link them one by one, as tests do.
+# files, and is one function then. The objects hold code too, which is what all others link.
 set(MCAST6_LINK_TIME "")
 if(CMAKE_CXX_COMPILER_ID STREQUAL GNU AND CMAKE_BUILD_TYPE STREQUAL Release)
   set(MCAST6_LINK_TIME -flto=auto -ffat-lto-objects)
