@@ -14,7 +14,8 @@ namespace mcast6 {
 static_assert(std::endian::native == std::endian::little, "turning words, and joining halves of keys, relies on it");
 
 // An address with the bytes of each word in the other order. It is turned in one vector register, as which it is also
-// copied: a processor that begins the next search while a record is on its way from memory runs out of others first.
+// copied: a processor that begins the next search while a record is on its way from memory runs out of integer registers
+// first.
 struct TurnedAddress {
     using Halfwords = uint16_t __attribute__((vector_size(sizeof(Mcast6Ipv6Addr))));
 

@@ -12,7 +12,7 @@ namespace mcast6::engine {
 
 // 'absent' is what the operation says of a record that is not there.
 inline uint32_t codeOf(store::Answer answer, uint32_t absent) {
-    if (answer == store::Answer::done) return MCAST6_DB_OK;  // sooner than by a switch
+    if (answer == store::Answer::done) return MCAST6_DB_OK;  // most answers, without the switch
     switch (answer) {
         case store::Answer::done:
             return MCAST6_DB_OK;

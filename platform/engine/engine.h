@@ -20,6 +20,7 @@
 //   - an update object takes no field of the primary key: its setter answers MCAST6_DB_BAD_OPERATION, and all-fields
 //     leaves those fields out. A write or an update on which nothing was set answers MCAST6_DB_BAD_OPERATION;
 //   - fields of a write that were not set are zero;
+//   - a keyed read by a cache object fills the caller's buffer alone: its getters answer MCAST6_DB_BAD_OPERATION;
 //   - a getter on an iterate object fetches its field from the record at the position, and answers 15005 when it is gone;
 //     what earlier getters fetched stays as it was;
 //   - a reset drops all iterators of an object, but a cache object that is reset as such keeps its cached ones, which

@@ -11,7 +11,7 @@ namespace mcast6::host {
 // Sizes above this are taken for negative numbers gone astray; such an area is not touched.
 inline constexpr size_t kMostBytes = SIZE_MAX >> 1;
 
-// Whether areas of this length at these two places overlap.
+// Whether areas of this length, which is not 0, overlap at these two places.
 inline bool overlap(const void* one, const void* other, size_t length) {
     const auto distance = reinterpret_cast<uintptr_t>(one) - reinterpret_cast<uintptr_t>(other);
     return distance + (length - 1) <= 2 * (length - 1);

@@ -17,7 +17,7 @@ const Secrets& ofProcess() {
     static const Secrets secrets = [] {
         std::random_device random;
         const auto word = [&] { return uint64_t{random()} << 32 | random(); };
-        return Secrets{.seed = word() | 1, .secret = word()};
+        return Secrets{.seed = word() | 1, .secret = word()};  // the seed is a factor: not 0
     }();
     return secrets;
 }

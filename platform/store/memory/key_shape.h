@@ -85,7 +85,8 @@ private:
         uint16_t at;
     };
 
-    // Where the pieces of a key lie, in a key and in a row. In a key of whole words that need not be looked up.
+    // Where the pieces of a key lie, in a key and in a row. Where a pattern has no fours that need not be looked up in a
+    // key: its runs are whole words then, and follow each other from the key's first byte on.
     struct InKey {
         static size_t word(const KeyShape& /*shape*/, size_t i) { return i * sizeof(uint64_t); }
         static size_t piece(const Piece& piece) { return piece.at; }
@@ -106,7 +107,7 @@ private:
     // any other key.
     template <class F>
     auto forPattern(const F& f) const {
-        if (pattern == patternOf(5, 0)) return f(Numbers<5>(), Numbers<0>());  // what forwarding looks routes up by
+        if (pattern == patternOf(5, 0)) return f(Numbers<5>(), Numbers<0>());  // the primary key of most large tables
         switch (pattern) {
             case patternOf(3, 0):
                 return f(Numbers<3>(), Numbers<0>());
@@ -164,7 +165,7 @@ private:
         return true;
     }
 
-    // The halves of a product, folded: every bit of both factors spreads over all.
+    // The halves of a product, folded.
     static uint64_t folded(uint64_t left, uint64_t right) {
         __extension__ using Wide = unsigned __int128;
         const Wide product = static_cast<Wide>(left) * right;
@@ -182,11 +183,16 @@ private:
                                                                 std::index_sequence<kFour...>) {
             constexpr size_t kEights = sizeof...(kEight);
             constexpr size_t kFours = sizeof...(kFour);
-            if constexpr (kEights + kFours == 0) return mixedPieces<In>(from);
-            return mixedWords(seed, eight<In, kFours>(from, kEight)..., four<In, kEights>(from, kFour)...);
+            if constexpr (kEights + kFours == 0) return spread(mixedPieces<In>(from));
+            const uint64_t product =
+                mixedWords(seed, eight<In, kFours>(from, kEight)..., four<In, kEights>(from, kFour)...);
+            return kEights < 5 ? spread(product) : product;  // three times folded, with the end of an address
         };
-        return static_cast<uint32_t>(forPattern(mix) >> 32) | 1;  // never 0
+        return static_cast<uint32_t>(forPattern(mix) >> 32) | 1;  // never 0; places follow from the upper bits
     }
+
+    // Small numbers leave the upper bits of one product to the luck of the secrets.
+    uint64_t spread(uint64_t mix) const { return folded(mix, seed); }
 
     // All words on top of 'before', by twos.
     uint64_t mixedWords(uint64_t before) const { return before; }

@@ -143,8 +143,8 @@ void Table::overlay(std::byte* row, const std::byte* from, uint64_t fields) cons
     });
 }
 
-inline Answer Table::copyOut(const std::byte* key, std::byte* row) const {
-    const Cell found = find(key, primaryKey.hash(key));
+inline Answer Table::copyOut(const std::byte* key, uint32_t hash, std::byte* row) const {
+    const Cell found = find(key, hash);
     if (found.row == nullptr) return Answer::absent;
     std::memcpy(row, found.row, schema.recordSize);
     return Answer::done;
@@ -154,13 +154,13 @@ inline Answer Table::copyOut(const std::byte* key, std::byte* row) const {
 // second while the memory for the first is on its way.
 [[gnu::flatten]] Answer Table::get(const std::byte* key, std::byte* row) const {
     if (!primaryKey.accepts(key)) return Answer::absent;
-    if (isAlone()) return copyOut(key, row);
-    return getShared(key, row);
+    const uint32_t hash = primaryKey.hash(key);
+    return isAlone() ? copyOut(key, hash, row) : getShared(key, hash, row);
 }
 
-Answer Table::getShared(const std::byte* key, std::byte* row) const {
+Answer Table::getShared(const std::byte* key, uint32_t hash, std::byte* row) const {
     const ReadGuard guard(lock);
-    return copyOut(key, row);
+    return copyOut(key, hash, row);
 }
 
 Answer Table::patch(const std::byte* key, const std::byte* row, uint64_t fields) {

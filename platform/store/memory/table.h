@@ -65,12 +65,12 @@ private:
     };
 
     void hashKeys(const std::byte* row, uint64_t which, IndexKeys& keys) const;
-    void prefetchAddition(uint64_t which, IndexKeys& keys) const;
+    void prefetchAddition(uint64_t which, IndexKeys& keys) const;  // finds where reserveKeys() begins
     void prefetchRemoval(uint32_t slot, uint64_t which, IndexKeys& keys) const;
     bool reserveKeys(uint64_t which, IndexKeys& keys);
     Cell find(const std::byte* key, uint32_t hash) const;
-    Answer copyOut(const std::byte* key, std::byte* row) const;
-    [[gnu::noinline]] Answer getShared(const std::byte* key, std::byte* row) const;
+    Answer copyOut(const std::byte* key, uint32_t hash, std::byte* row) const;
+    [[gnu::noinline]] Answer getShared(const std::byte* key, uint32_t hash, std::byte* row) const;
     Answer insert(const std::byte* row, uint32_t hash, IndexKeys& keys);
     bool change(uint32_t slot, const std::byte* row, uint64_t which);
     void store(uint32_t slot, const std::byte* row);
