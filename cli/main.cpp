@@ -3,10 +3,10 @@
 #include <string>
 #include <vector>
 
-#include "cli/command_line.h"
 #include "cli/failure.h"
-#include "cli/library_log.h"
-#include "cli/output.h"
+#include "cli/options/command_line.h"
+#include "cli/output/library_log.h"
+#include "cli/output/output.h"
 #include "mcast6_platform/platform.h"
 
 namespace {

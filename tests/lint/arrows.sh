@@ -20,7 +20,7 @@ allowedFor() {
     platform/store/*) echo '^platform/(store|schema|include)/' ;;
     platform/host/*) echo '^platform/(host|schema|include)/' ;;
     platform/*) echo '^platform/' ;;
-    cli/*) echo '^(cli|include|platform/include)/' ;;
+    cli/*) echo '^(cli|kernel|include|platform/include)/' ;;
     examples/*) echo '^(include|platform/include)/' ;;
     bench/*) echo '^(bench|include|platform)/' ;;
     *) echo '^' ;;

@@ -5,7 +5,7 @@
 #include <map>
 #include <stdexcept>
 
-#include "cli/library_log.h"
+#include "cli/output/library_log.h"
 #include "mcast6_platform/platform.h"
 #include "tests/support/process_state.h"
 

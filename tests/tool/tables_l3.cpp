@@ -2,7 +2,7 @@
 #include <algorithm>
 #include <iterator>
 
-#include "cli/forwarding_process.h"
+#include "cli/commands/forwarding_process.h"
 #include "mcast6_db/l3mc6_bd_tag_elb.h"
 #include "mcast6_db/l3mc6_bd_tnl_elb.h"
 #include "mcast6_db/l3mc6_bd_untag_elb.h"

@@ -7,9 +7,9 @@
 #include <algorithm>
 #include <cstdio>
 
-#include "cli/command.h"
 #include "cli/failure.h"
-#include "cli/library_log.h"
+#include "cli/options/command.h"
+#include "cli/output/library_log.h"
 
 namespace mcast6::ctl::test {
 namespace {

@@ -1,0 +1,82 @@
+#include "cli/options/command.h"
+
+#include <fmt/format.h>
+
+#include <utility>
+
+#include "kernel/text.h"
+
+namespace mcast6::ctl {
+
+OptionSpec valueOption(std::string name, std::string placeholder, std::string help) {
+    return {OptionKind::kValue, std::move(name), std::move(placeholder), std::move(help)};
+}
+
+OptionSpec flagOption(std::string name, std::string help) {
+    return {OptionKind::kFlag, std::move(name), "", std::move(help)};
+}
+
+OptionSpec positional(std::string name, std::string help) {
+    return {OptionKind::kPositional, std::move(name), "", std::move(help), true};
+}
+
+OptionSpec required(OptionSpec option) {
+    option.required = true;
+    return option;
+}
+
+const std::string& Arguments::text(const std::string& name) const {
+    static const std::string kNone;
+    const auto found = texts_.find(name);
+    return found == texts_.end() ? kNone : found->second;
+}
+
+uint32_t Arguments::number(const std::string& name, uint32_t otherwise) const {
+    return has(name) ? readNumber(name, text(name)) : otherwise;
+}
+
+uint32_t Arguments::routingTable(const std::string& name, uint32_t otherwise) const {
+    return has(name) ? readRoutingTable(name, text(name)) : otherwise;
+}
+
+uint32_t readNumber(const std::string& option, const std::string& text, uint32_t largest) {
+    if (const auto number = parseNumber(text); number && *number <= largest) return *number;
+    throw UsageError(fmt::format("--{}: '{}' is not a number from 0 to {}", option, text, largest));
+}
+
+uint32_t readRoutingTable(const std::string& option, const std::string& text) {
+    if (const auto table = parseRoutingTable(text)) return *table;
+    throw UsageError(fmt::format("--{}: '{}' is neither a number nor main, default or local", option, text));
+}
+
+Mcast6Ipv6Addr readAddress(const std::string& option, const std::string& text) {
+    if (text == "any") return {};
+    if (const auto address = parseAddress(text)) return *address;
+    throw UsageError(fmt::format("--{}: '{}' is not an IPv6 address", option, text));
+}
+
+uint32_t readInterface(const std::string& option, const std::string& text, const LinkTable& links) {
+    if (const auto number = parseNumber(text)) return *number;
+    if (const Link* link = links.byName(text)) return link->index;
+    throw Failure(links.empty() ? fmt::format("--{}: no link list was imported that tells the index of '{}'; "
+                                              "give the interface's number",
+                                              option, text)
+                                : fmt::format("--{}: the imported link list has no interface '{}'", option, text));
+}
+
+const Commands& allCommands() {
+    static const Commands kCommands = [] {
+        Commands commands;
+        addImportMroute(commands);
+        addImportBridge(commands);
+        addL3Tables(commands);
+        addBdEnable(commands);
+        addL2Tables(commands);
+        addStats(commands);
+        addScript(commands);
+        return commands;
+    }();
+    return kCommands;
+}
+
+}  // namespace mcast6::ctl

@@ -1,0 +1,115 @@
+// bd-enable: the layer-2 multicast (MLD snooping) switch of each bridge domain. The tool takes the key's two words as
+// virtual router (keyId1) and bridge domain (keyId2).
+#include <fmt/format.h>
+
+#include "cli/options/command.h"
+#include "cli/tables/l2.h"
+#include "cli/tables/table.h"
+#include "cli/tables/table_commands.h"
+#include "mcast6_db/l2mc6_bd_enable.h"
+
+namespace mcast6::ctl {
+namespace {
+
+using E = L2McBdEnableEntry;
+constexpr uint32_t kIpv6 = 2;  // addrType
+
+uint32_t readByKey(E* record) {
+    record->addrType = kIpv6;
+    return MCAST6_DB_ReadL2McBdEnable(record);
+}
+
+// clang-format off
+const Table<E> kTable{
+    .name = "bd-enable",
+    .databaseName = "l2mc6_bd_enable",
+    .holds = "MLD snooping switches of bridge domains",
+    .columns = {
+        column("VR", "keyId1", &E::keyId1),
+        column("BD", "keyId2", &E::keyId2, ColumnKind::kBridge),
+        column<E>("SNOOPING", "l2mcEnable", [](const E& record) -> Value { return record.l2mcEnable != 0; }),
+        column("MLD", "mldVersion", &E::mldVersion),
+        column("STATUS", "serviceStatus", &E::serviceStatus),
+        column("ERROR", "errCode", &E::errCode),
+        column("VERSION", "smoothVersion", &E::smoothVersion),
+        column("WRITTEN (UTC)", "timeStampCreate", &E::timeStampCreate, ColumnKind::kTime),
+        column("CONFIRMED (UTC)", "timeStampSmooth", &E::timeStampSmooth, ColumnKind::kTime),
+    },
+    .filters = {
+        numberFilter("vr", "Virtual router", &E::keyId1),
+        interfaceFilter("bd", "Bridge domain: its number, or the bridge of the last import", &E::keyId2),
+    },
+    .queries = {
+        {"key", {"vr", "bd"}, nullptr, nullptr, nullptr, readByKey},
+        {"walk of the whole table", {},
+         [](const E&) { return MCAST6_DB_CreateL2McBdEnableIter(); }, MCAST6_DB_ReleaseL2McBdEnableIterator},
+    },
+    .step = MCAST6_DB_GetL2McBdEnableEntry,
+    .absentCodes = {MCAST6_DB_NO_RECORD},
+    .smoothVersion = &E::smoothVersion,
+    .remove = MCAST6_DB_DeleteL2McBdEnable,
+    .links = &Tool::bridgeLinks,
+};
+// clang-format on
+
+E keyOf(const Arguments& arguments) {
+    E key{};
+    key.keyId1 = arguments.number("vr", 0);
+    key.keyId2 = arguments.number("bd", 0);
+    key.addrType = kIpv6;
+    return key;
+}
+
+std::string nameOf(const E& key) { return fmt::format("bridge domain {} of VR {}", key.keyId2, key.keyId1); }
+
+// Writes a new entry; of one that is there, changes what was given and leaves the rest.
+void setEntry(Tool& tool, const Arguments& arguments) {
+    if (arguments.has("on") == arguments.has("off")) throw UsageError("give one of --on and --off");
+    E record = keyOf(arguments);
+    record.mldVersion = 2;
+    const std::string name = nameOf(record);
+    const bool known = readRecord(kTable, &record);
+    record.l2mcEnable = arguments.has("on") ? 1 : 0;
+    record.mldVersion = arguments.number("mld-version", record.mldVersion);
+    record.smoothVersion = arguments.number("smooth-version", record.smoothVersion);
+    if (arguments.has("mld-version") && record.mldVersion != 1 && record.mldVersion != 2) {
+        throw UsageError(fmt::format("--mld-version: '{}' is neither 1 nor 2", arguments.text("mld-version")));
+    }
+    const uint32_t code = known ? MCAST6_DB_UpdateL2BdEnableCfg(&record) : MCAST6_DB_WriteL2McBdEnable(&record);
+    if (code != MCAST6_DB_SUCCESS) throw libraryFailure(fmt::format("bd-enable: setting {}", name), code);
+    if (!tool.settings.json) return printLine(fmt::format("bd-enable: {} {}", known ? "changed" : "added", name));
+    JsonWriter json;
+    json.beginObject().member("table", kTable.databaseName).member("new", !known).endObject();
+    printLine(json.take());
+}
+
+}  // namespace
+
+StoredTable bdEnableTable() {
+    StoredTable table = storedTable(kTable);
+    table.addCommands = nullptr;
+    return table;
+}
+
+void addBdEnable(Commands& commands) {
+    addTableCommands(commands, kTable);
+    const OptionSpec bridgeDomain = required(valueOption("bd", "N", "Bridge domain"));
+    const OptionSpec router = valueOption("vr", "N", "Virtual router, 0 unless given");
+    commands.push_back({"set",
+                        kTable.name,
+                        "Switch MLD snooping of a bridge domain on or off",
+                        {bridgeDomain, router, flagOption("on", "Snooping on"), flagOption("off", "Snooping off"),
+                         valueOption("mld-version", "1|2", "MLD version; 2 for a new entry unless given"),
+                         valueOption("smooth-version", "N", "Smooth version; 0 for a new entry unless given")},
+                        setEntry});
+    commands.push_back({"delete",
+                        kTable.name,
+                        "Delete the switch of one bridge domain",
+                        {bridgeDomain, router},
+                        [](Tool& tool, const Arguments& arguments) {
+                            const E key = keyOf(arguments);
+                            deleteRecord(tool, kTable, key, nameOf(key));
+                        }});
+}
+
+}  // namespace mcast6::ctl
