@@ -1,35 +1,36 @@
 /* mcast6db: the database access library for IPv6 multicast tables.
  *
- * A process of the multicast software loads this library to keep its state in the device's object database. Every table
- * has a module, a group of operations that convert between the caller's record and the packed database record, and
- * drive the database engine to read, write, update, smooth (re-stamp a kept record with the current smooth version
- * after a switchover), delete, walk and count.
+ * A process of the multicast software loads this library to keep its state in the device's object database. Each table
+ * has a module: a group of operations that convert between the caller's record and the packed database record, and that
+ * call the database engine to read, write, update, smooth, delete, walk and count records. To smooth is to re-stamp the
+ * records that are still valid with the current smooth version after a restart or switchover; records that keep an
+ * older version are then stale.
  *
  * Order of calls
- *   1. MCAST6_DB_InitMem, if the host brings its own allocator (before any iterator is made);
+ *   1. MCAST6_DB_InitMem, if the host has its own allocator (before any iterator is created);
  *   2. MCAST6_DB_RegCallBack with the log callback, which also clears the error statistics;
  *   3. any operation of any table. There is no tear-down: what the library keeps for itself (cached engine objects, the
- *      remembered source process ids) lives as long as the process; iterator handles are released by the caller.
+ *      last source process ids) lives as long as the process. The caller releases iterator handles.
  *
- * Results: 0 is success, MCAST6_DB_FAILED (1) a null parameter or, where an operation says so, any failure,
- * MCAST6_DB_NO_RECORD (60) no such record or the end of an iteration. Any other value is the database engine's own code,
- * passed through. Each operation lists what it returns.
+ * Results: 0 is success. MCAST6_DB_FAILED (1) means a null parameter or, where an operation says so, any failure.
+ * MCAST6_DB_NO_RECORD (60) means no such record or the end of an iteration. Any other value is the database engine's
+ * own code, passed through. Each operation lists what it returns.
  *
- * Reports: a failure is told three ways, each independent of the others. The log callback gets a line; the host's
- * diagnostic counters and key performance indicators move ("counts 455", "KPI 93" below); database failures are added up
+ * Reports: a failure is reported in three independent ways. The log callback receives a line. The host's diagnostic
+ * counters and key performance indicators are incremented ("counts 455", "KPI 93" below). Database failures are counted
  * in g_mcast6DbErrStat by table number and error kind ("records kind 2").
  *
- * Ownership: records, keys and counts belong to the caller and are only used during the call. An iterator handle that an
- * operation returns belongs to the caller, who gives it back to the release operation of the same table. The two sides of
- * a conversion do not overlap.
+ * Ownership: records, keys and counts belong to the caller and are used only during the call. An iterator handle that
+ * an operation returns belongs to the caller, who passes it to the release operation of the same table. The source and
+ * the destination of a conversion must not overlap.
  *
- * Threads: the library starts none and takes no lock. What it keeps is written without synchronisation: a host calls the
- * operations that use cached objects or scan handles ("one thread at a time") from one thread at a time, and takes the
- * remembered source process id and the error statistics for what the last writers left. Otherwise operations may run side
- * by side as far as the engine allows.
+ * Threads: the library starts no threads and takes no locks. Its own state is written without synchronisation: a host
+ * calls the operations that use cached objects or scan handles ("one thread at a time") from one thread at a time. The
+ * last source process id is that of the last writer, and the error statistics may lose a count when two threads add at
+ * once. Other operations may run concurrently as far as the engine allows.
  *
- * Addresses are four 32-bit words in host order in records, 16 bytes in network order in the database. Times are seconds
- * since 1970 in 64 bits.
+ * Addresses are four 32-bit words in host order in records, and 16 bytes in network order in the database. Times are
+ * seconds since 1970 in 64 bits.
  */
 #ifndef MCAST6_DB_H
 #define MCAST6_DB_H

@@ -20,7 +20,7 @@ typedef struct FlowStatSubEntry {
     uint32_t cfgWord2;
     uint32_t cfgWord3;
     uint32_t smoothVersion;
-    uint64_t timeStampCreate; /* seconds; the time of the last write, but where the other table is given one */
+    uint64_t timeStampCreate; /* seconds; the time of the last write, unless l2mc6_flowstat_sub is given one */
     uint64_t timeStampSmooth; /* seconds; the time of the last write or update */
 } FlowStatSubEntry;
 

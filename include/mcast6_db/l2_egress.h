@@ -11,8 +11,8 @@ extern "C" {
 #pragma pack(push, 4)
 
 /* The caller's record, 332 bytes, packed to 4: an outgoing interface or tunnel of a forwarding entry. Each table stores
- * some of the members; the header of the table tells which, and which constants it writes when it reads. Members named
- * 'host' are neither stored nor touched by any. */
+ * some of the members; the header of the table says which, and which constants it writes when it reads. No table stores
+ * or changes the members named 'host'. */
 typedef struct L2Elb6Entry {
     uint32_t vrId;
     uint32_t vrfId;
@@ -59,7 +59,7 @@ typedef struct L2Elb6Entry {
     uint8_t svcCtxNormalPrio[12]; /* opaque */
     uint8_t serviceStatus[2];     /* opaque */
     uint8_t errCode[2];           /* opaque */
-    uint64_t timeStampCreate;     /* seconds; the time of the last write, whatever the caller put there */
+    uint64_t timeStampCreate;     /* seconds; the time of the last write, the caller's value is ignored */
     uint64_t timeStampSmooth;     /* seconds; the time of the last write or update */
     uint8_t host5[60];
     uint32_t elbWord1;
@@ -68,7 +68,7 @@ typedef struct L2Elb6Entry {
 
 #pragma pack(pop)
 
-/* Names an entry of a bridge domain, whose members an iterator walks. 48 bytes. */
+/* Names a forwarding entry of a bridge domain, whose members an iterator walks. 48 bytes. */
 typedef struct L2McBdElbKey {
     uint32_t vrId;
     uint32_t spare1;

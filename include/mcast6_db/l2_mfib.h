@@ -17,9 +17,10 @@ typedef struct L2Mc6MfibEntry {
     uint32_t domainId;         /* key; bridge domain or VLAN */
     uint32_t vrId;             /* key */
     uint32_t vrfId;
-    uint8_t
-        groupMaskLen; /* stored by the VLAN table; reads back as 0 from the other, but not where it reads by field */
-    uint8_t sourceMaskLen; /* as groupMaskLen */
+    /* The VLAN table stores the mask lengths. From the bridge domain table they read back as 0; reading single fields
+     * leaves them unchanged there. */
+    uint8_t groupMaskLen;
+    uint8_t sourceMaskLen;
     uint32_t pathFlags;
     uint32_t mcId;
     uint64_t mcidVersion;
@@ -32,7 +33,7 @@ typedef struct L2Mc6MfibEntry {
     uint8_t serviceStatus[2]; /* opaque */
     uint32_t hppErrCode;      /* 5: hash conflict */
     uint32_t enpErrCode;
-    uint64_t timeStampCreate; /* seconds; the time of the last write, whatever the caller put there */
+    uint64_t timeStampCreate; /* seconds; the time of the last write, the caller's value is ignored */
     uint64_t timeStampSmooth; /* seconds; the time of the last write or update */
 } L2Mc6MfibEntry;
 

@@ -29,7 +29,7 @@ typedef struct L2McBdRtEntry {
     uint64_t timeStampSmooth; /* seconds; the time of the last write or update */
 } L2McBdRtEntry;
 
-/* Sets on an engine object what an update changes: 0, or the OR of the engine's codes. */
+/* Sets the fields of an update on an engine object. Returns 0, or the OR of the engine's codes. */
 typedef uint32_t (*L2McBdRtItemSetter)(uint64_t object, const L2McBdRtEntry *record);
 
 #ifdef __cplusplus

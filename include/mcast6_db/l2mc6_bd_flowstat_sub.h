@@ -21,13 +21,13 @@ MCAST6_API void MCAST6_DB_GetL2McBdFlowstatSub(const void *row, FlowStatSubEntry
  * not 0. */
 MCAST6_API void MCAST6_DB_SetStructL2McBdFlowstatSubTimeStamp(uint32_t flag, void *row);
 
-/* Writes the key word of the primary key, 0x00010028, into the descriptor's first word and the 40-byte key of 'record' to
- * 'key'. The rest of the descriptor is the caller's to zero. None may be null. Returns the result of the second address's
+/* Writes the key word of the primary key, 0x00010028, into the descriptor's first word and the 40-byte key of 'record'
+ * to 'key'. The caller zeroes the rest of the descriptor. None may be null. Returns the result of the second address's
  * copy, 0. */
 MCAST6_API uint32_t MCAST6_DB_SetL2McBdFlowstatSubKey(Mcast6DbKeyDesc *descriptor, void *key,
                                                       const FlowStatSubEntry *record);
 
-/* Makes an engine object, which the caller releases.
+/* Creates an engine object, which the caller releases.
  *   0      done; counts 390
  *   other  the engine's code; counts 391 */
 MCAST6_API uint32_t MCAST6_DB_CreateL2McBdFlowstatSubObject(uint32_t objType, uint32_t connType,
@@ -66,11 +66,11 @@ MCAST6_API uint32_t MCAST6_DB_DeleteL2McBdFlowstatSub(const FlowStatSubEntry *re
  *   0      a record
  *   1      'iterator' or 'record' is null, or the engine failed; logged; a failed step records kind 9, a failed read
  *          kind 0
- *   60     the end, or the record vanished meanwhile */
+ *   60     the end, or the record was removed in the meantime */
 MCAST6_API uint32_t MCAST6_DB_GetL2McBdFlowstatSubEntry(Mcast6DbRes *iterator, FlowStatSubEntry *record);
 
-/* Iterators that the caller releases with MCAST6_DB_ReleaseL2McBdFlowstatSubIterator. Null when one could not be made;
- * counts 398; logged, but for the common constructor. */
+/* Iterators that the caller releases with MCAST6_DB_ReleaseL2McBdFlowstatSubIterator. Null when one could not be
+ * created; counts 398; logged, except by the common constructor. */
 
 /* Over the records that match 'key', or over all when both are null. */
 MCAST6_API Mcast6DbRes *MCAST6_DB_CreateL2McBdFlowstatSubIterCommon(const Mcast6DbKeyDesc *descriptor, const void *key);
@@ -81,7 +81,7 @@ MCAST6_API Mcast6DbRes *MCAST6_DB_CreateL2McBdFlowstatSubIterBySrcPid(const Flow
 /* Over all records. */
 MCAST6_API Mcast6DbRes *MCAST6_DB_CreateL2McBdFlowstatSubIter(void);
 
-/* Releases an iterator with its object (counts 392). Null: nothing happens. */
+/* Releases an iterator with its object (counts 392). A null iterator is ignored. */
 MCAST6_API void MCAST6_DB_ReleaseL2McBdFlowstatSubIterator(Mcast6DbRes *iterator);
 
 #ifdef __cplusplus

@@ -1,5 +1,5 @@
-/* l2mc6_bd_mfib: the layer-2 forwarding entries of bridge domains. Table number 27, but for the
- * allocation of the sorted iterator and the object of the hash-conflict count, which record under 8. */
+/* l2mc6_bd_mfib: the layer-2 forwarding entries of bridge domains. Table number 27; a failed allocation of the sorted
+ * iterator and a failed object of the hash-conflict count are recorded under 8. */
 #ifndef MCAST6_DB_L2MC6_BD_MFIB_H
 #define MCAST6_DB_L2MC6_BD_MFIB_H
 
@@ -32,8 +32,8 @@ MCAST6_API uint32_t MCAST6_DB_SetL2BdMfib6(const L2Mc6MfibEntry *record, void *r
  * serviceStatus, 0. */
 MCAST6_API uint32_t MCAST6_DB_GetL2BdMfib6(const void *row, L2Mc6MfibEntry *record);
 
-/* Read fields from the record that 'object' stands on; neither argument is checked. A field whose getter fails stays
- * as it was. */
+/* These read fields from the record at the current position of 'object'. Neither argument is checked. A member whose
+ * getter fails is unchanged. */
 
 /* Both service contexts. Returns the OR of the codes of the getters and copies. */
 MCAST6_API uint32_t MCAST6_DB_GetL2mcBdMfib6SvcCtx(Mcast6DbHandle object, L2Mc6MfibEntry *record);
@@ -41,11 +41,11 @@ MCAST6_API uint32_t MCAST6_DB_GetL2mcBdMfib6SvcCtx(Mcast6DbHandle object, L2Mc6M
 /* Both addresses; addrType becomes 2, domainType 1. Returns the code of the source address's getter alone. */
 MCAST6_API uint32_t MCAST6_DB_GetL2mcBdMfib6Addr(Mcast6DbHandle object, L2Mc6MfibEntry *record);
 
-/* All fields but the mask lengths, which stay as they were. A failure, of the service contexts and the group not, is
- * logged with the OR of the codes. 'record' null: nothing happens. */
+/* All fields except the mask lengths, which are unchanged. Failures are logged with the OR of the codes, except those
+ * of the service contexts and of the group address. A null 'record' is ignored. */
 MCAST6_API void MCAST6_DB_GetL2BdMfib6Item(Mcast6DbHandle object, L2Mc6MfibEntry *record);
 
-/* Makes an engine object, which the caller releases.
+/* Creates an engine object, which the caller releases.
  *   0      done; counts 473
  *   1      the engine failed; logged with its code */
 MCAST6_API uint32_t MCAST6_DB_CreateL2BdMfib6Object(uint32_t objType, uint32_t connType, Mcast6DbHandle *object);
@@ -65,14 +65,14 @@ MCAST6_API uint32_t MCAST6_DB_ReadL2BdMfib6Entry(L2Mc6MfibEntry *record, Mcast6D
  *   60     no such record */
 MCAST6_API uint32_t MCAST6_DB_ReadL2BdMfib6(L2Mc6MfibEntry *record);
 
-/* Makes '*slot' hold an object that is ready for use: makes one when the slot is 0, resets the one it holds
- * otherwise. Not for concurrent calls on one slot.
+/* Ensures that '*slot' holds an object ready for use: creates one if the slot is 0, resets the one it holds otherwise.
+ * Not for concurrent calls on one slot.
  *   0      done
- *   1      the engine failed; logged; the slot is as it was */
+ *   1      the engine failed; logged; the slot is unchanged */
 MCAST6_API uint32_t MCAST6_DB_CreateL2BdMfib6ObjectCache(uint32_t objType, uint32_t connType, Mcast6DbHandle *slot);
 
-/* Reads as MCAST6_DB_ReadL2BdMfib6 does, with the kept object g_l2Mfib6BdDbReadObjCache; 'record' must not be null. One
- * thread at a time. Results as there; an object that cannot be had is logged as well. */
+/* Reads as MCAST6_DB_ReadL2BdMfib6 does, with the cached object g_l2Mfib6BdDbReadObjCache; 'record' must not be null.
+ * One thread at a time. Results are the same; an object that cannot be obtained is logged as well. */
 MCAST6_API uint32_t MCAST6_DB_ReadL2BdMfib6Fast(L2Mc6MfibEntry *record);
 
 /* Writes 'record'; both time stamps become the current time.
@@ -90,47 +90,48 @@ MCAST6_API uint32_t MCAST6_DB_UpdateL2BdMfib6SmoothVersion(const L2Mc6MfibEntry 
  *   1      'record' is null, or a step failed; KPI 210; logged; a failed removal records kind 4 */
 MCAST6_API uint32_t MCAST6_DB_DeleteL2BdMfib6(const L2Mc6MfibEntry *record);
 
-/* Steps 'iterator' and fills 'record' with the next record, read whole.
+/* Steps 'iterator' and fills 'record' with the next record, read as a whole row.
  *   0      a record
  *   1      'iterator' or 'record' is null, or the engine failed; the engine's failures are logged; a failed step
  *          records kind 9, a failed read kind 0
- *   60     the end, or the record vanished meanwhile */
+ *   60     the end, or the record was removed in the meantime */
 MCAST6_API uint32_t MCAST6_DB_GetL2BdMfib6Entry(Mcast6DbRes *iterator, L2Mc6MfibEntry *record);
 
 /* Steps 'iterator' and fills 'record' with the next record, read by MCAST6_DB_GetL2BdMfib6Item; 'record' may be null.
- *   0      a step, whatever the read said
+ *   0      the iterator moved, whether or not the read succeeded
  *   1      'iterator' is null, or the step failed; a failed step is logged, nothing is recorded
  *   60     the end */
 MCAST6_API uint32_t MCAST6_DB_GetNextL2BdMfib6(Mcast6DbRes *iterator, L2Mc6MfibEntry *record);
 
 /* Iterators that the caller owns and releases with MCAST6_DB_ReleaseL2BdMfib6Iterator. Null when one could not be
- * made; a failed allocation records kind 8, under table 8 for the sorted iterator. */
+ * created; a failed allocation records kind 8, under table 8 for the sorted iterator. */
 
 /* Over all records. Failures are logged; a failed root iterator records kind 7. */
 MCAST6_API Mcast6DbRes *MCAST6_DB_CreateL2BdMfib6Iter(void);
 
-/* Over the records of one VR, group and bridge domain. A failed property or allocation is logged; an object that
- * could not be made is logged and records kind 0. */
+/* Over the records of one VR, group and bridge domain. A failed property or allocation is logged; an object that could
+ * not be created is logged and records kind 0. */
 MCAST6_API Mcast6DbRes *MCAST6_DB_Createl2BdMfib6IterByGrpAddr(uint32_t vrId, uint32_t bdId,
                                                                const Mcast6Ipv6Addr *groupAddr);
 
-/* Over the records that a process wrote. Reports as the one before. */
+/* Over the records that a process wrote. Failures are reported as for the iterator before. */
 MCAST6_API Mcast6DbRes *MCAST6_DB_CreateL2BdMfib6IterBySrcPid(uint32_t appSrcPid);
 
-/* Over the records of one VR and bridge domain. Reports as the one before. */
+/* Over the records of one VR and bridge domain. Failures are reported as for the iterator before. */
 MCAST6_API Mcast6DbRes *MCAST6_DB_CreateL2BdMfib6IterByBdId(uint32_t vrId, uint32_t bdId);
 
-/* Over all records, in the order of their bridge domain. A failed property or allocation, and an object that could
- * not be made, is logged. */
+/* Over all records, in the order of their bridge domain. A failed property or allocation, and an object that could not
+ * be created, is logged. */
 MCAST6_API Mcast6DbRes *MCAST6_DB_l2BdMfib6_ScanGetBdIterSorted(void);
 
-/* Over the records with error code 5, a hash conflict, into a handle of the caller's, written on success only.
- * Release its object with MCAST6_DB_ReleaseL2BdMfib6Object; the handle itself is the caller's memory.
+/* Over the records with error code 5, a hash conflict, into a handle that the caller provides; it is written on success
+ * only. Release its object with MCAST6_DB_ReleaseL2BdMfib6Object; the memory of the handle is the caller's.
  *   0      done
- *   1      a step failed; a failed property is logged; an object that could not be made is logged and records kind 0 */
+ *   1      a step failed; a failed property is logged; an object that could not be created is logged and records kind
+ *          0 */
 MCAST6_API uint32_t MCAST6_DB_CreateL2BdMfib6IterByErrCode(Mcast6DbRes *resource);
 
-/* Releases an iterator with its object. Null: nothing happens. */
+/* Releases an iterator with its object. A null iterator is ignored. */
 MCAST6_API void MCAST6_DB_ReleaseL2BdMfib6Iterator(Mcast6DbRes *iterator);
 
 /* Counts all records; '*count' (not null) is written on success only.
@@ -138,14 +139,14 @@ MCAST6_API void MCAST6_DB_ReleaseL2BdMfib6Iterator(Mcast6DbRes *iterator);
  *   1      a step failed */
 MCAST6_API uint32_t MCAST6_DB_GetL2BdMfib6Count(uint32_t *count);
 
-/* Returns the number of records of one VR and bridge domain: 0 when the count fails (logged, records kind 0; 15005
- * neither), and 1 when no object can be made (records kind 0), which looks like a count of 1. */
+/* Returns the number of records of one VR and bridge domain: 0 when the count fails (logged, records kind 0; 15005 does
+ * neither), and 1 when no object can be created (records kind 0), which cannot be told from a count of 1. */
 MCAST6_API uint32_t MCAST6_DB_L2BdMfib6CountByBdId(uint32_t vrId, uint32_t bdId);
 
 /* Counts the records with error code 5, a hash conflict. '*count' (not null) is 0 after a failed count.
  *   0      done
- *   1      the object could not be made ('*count' stays; logged; records kind 0 under table 8), or the count failed
- *          (logged, 15005 as 0; records kind 0) */
+ *   1      the object could not be created ('*count' is unchanged; logged; records kind 0 under table 8), or the count
+ *          failed (logged, with 0 in place of 15005; records kind 0) */
 MCAST6_API uint32_t MCAST6_DB_GetL2BdMfib6HashConflictTotalNum(uint32_t *count);
 
 #ifdef __cplusplus

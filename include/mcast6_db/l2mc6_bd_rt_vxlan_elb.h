@@ -31,7 +31,7 @@ typedef struct L2McBdRtVxlanEntry {
     uint64_t timeStampSmooth; /* seconds; the time of the last write or update */
 } L2McBdRtVxlanEntry;
 
-/* Sets on an engine object what an update changes: 0, or the OR of the engine's codes. */
+/* Sets the fields of an update on an engine object. Returns 0, or the OR of the engine's codes. */
 typedef uint32_t (*L2McBdRtVxlanItemSetter)(uint64_t object, const L2McBdRtVxlanEntry *record);
 
 /* Stamps the 64-byte database record 'row': the creation time with that of 'record' or, when that is 0, the current
@@ -44,7 +44,7 @@ MCAST6_API void MCAST6_DB_SetL2Mc6BdRtVxlanElb(const L2McBdRtVxlanEntry *record,
 /* Converts the 64-byte database record 'row' into 'record'. Neither may be null. */
 MCAST6_API void MCAST6_DB_GetL2Mc6BdRtVxlanElb(const void *row, L2McBdRtVxlanEntry *record);
 
-/* Makes an engine object, which the caller releases.
+/* Creates an engine object, which the caller releases.
  *   0      done; counts 519
  *   other  the engine's code; counts 518 */
 MCAST6_API uint32_t MCAST6_DB_CreateL2Mc6BdRtVxlanElbObject(uint32_t objType, uint32_t connType,
@@ -66,15 +66,15 @@ MCAST6_API uint32_t MCAST6_DB_ReadL2Mc6BdRtVxlanElb(L2McBdRtVxlanEntry *record);
  *   other  the engine's code; logged; counts 521; a failed write records kind 2 */
 MCAST6_API uint32_t MCAST6_DB_WriteL2Mc6BdRtVxlanElb(const L2McBdRtVxlanEntry *record);
 
-/* Item setters for the updates: smoothVersion and the smooth time; or these and serviceStatus and errCode. No argument is
- * checked.
+/* Item setters for the updates: smoothVersion and the smooth time; or these and serviceStatus and errCode. No argument
+ * is checked.
  *   0      done
  *   other  the OR of the engine's codes; every setter is called in any case */
 MCAST6_API uint32_t MCAST6_DB_SetUpdateL2Mc6BdRtVxlanElbSmthItem(Mcast6DbHandle object,
                                                                  const L2McBdRtVxlanEntry *record);
 MCAST6_API uint32_t MCAST6_DB_SetUpdateL2Mc6BdRtVxlanElbItem(Mcast6DbHandle object, const L2McBdRtVxlanEntry *record);
 
-/* Updates the stored record with the key of 'record' in what 'itemSetter' (not null) sets.
+/* Updates the fields of the stored record with the key of 'record' that 'itemSetter' (not null) sets.
  *   0      done, or the engine answered 13044 (records kind 1)
  *   1      'record' is null; logged
  *   other  what 'itemSetter' returned, or the engine's code; logged; a failed update records kind 6 */
@@ -99,11 +99,11 @@ MCAST6_API uint32_t MCAST6_DB_DeleteL2Mc6BdRtVxlanElb(const L2McBdRtVxlanEntry *
  *   0      a record
  *   1      'iterator' or 'record' is null, or the engine failed (logged); a failed step records kind 9, a failed
  *          read kind 0
- *   60     the end, or the record vanished meanwhile */
+ *   60     the end, or the record was removed in the meantime */
 MCAST6_API uint32_t MCAST6_DB_GetL2Mc6BdRtVxlanElbEntry(Mcast6DbRes *iterator, L2McBdRtVxlanEntry *record);
 
-/* Iterators that the caller releases with MCAST6_DB_ReleaseL2Mc6BdRtVxlanElbIterator. Null when one could not be made;
- * counts 525; logged, but for the common constructor. */
+/* Iterators that the caller releases with MCAST6_DB_ReleaseL2Mc6BdRtVxlanElbIterator. Null when one could not be
+ * created; counts 525; logged, except by the common constructor. */
 
 /* Over the records that match 'key', or over all when both are null. */
 MCAST6_API Mcast6DbRes *MCAST6_DB_CreateL2Mc6BdRtVxlanElbIterCommon(const Mcast6DbKeyDesc *descriptor, const void *key);
@@ -114,7 +114,7 @@ MCAST6_API Mcast6DbRes *MCAST6_DB_CreateL2Mc6BdRtVxlanElbIterBySrcPid(const L2Mc
 /* Over all records. */
 MCAST6_API Mcast6DbRes *MCAST6_DB_CreateL2Mc6BdRtVxlanElbIter(void);
 
-/* Releases an iterator with its object (counts 520). Null: nothing happens. */
+/* Releases an iterator with its object (counts 520). A null iterator is ignored. */
 MCAST6_API void MCAST6_DB_ReleaseL2Mc6BdRtVxlanElbIterator(Mcast6DbRes *iterator);
 
 #ifdef __cplusplus

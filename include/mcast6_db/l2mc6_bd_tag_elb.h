@@ -1,9 +1,9 @@
 /* l2mc6_bd_tag_elb: the outgoing interfaces of bridge domains that send tagged frames. Table number 21.
  *
- * Of L2Elb6Entry the table stores: vrId, bdId, groupAddr, sourceAddr, outIfIndex, tagVid1 and tagVid2, which are the key;
- * vrfId, fwdIfExtType, fwdIfKind, isSelfBoard, elbByte1, egressAttr, pathFlags, mcId, mcidVersion, mfibVersion, appSrcPid,
- * appVersion, smoothVersion, elbWord1, elbWord2, elbData1, both service contexts, serviceStatus, errCode and both time stamps.
- * Reading sets fwdIfType to fwdIfKind, fixedWord1 to 2 and fixedWord2 to 7.
+ * Of L2Elb6Entry the table stores: vrId, bdId, groupAddr, sourceAddr, outIfIndex, tagVid1 and tagVid2, which are the
+ * key; vrfId, fwdIfExtType, fwdIfKind, isSelfBoard, elbByte1, egressAttr, pathFlags, mcId, mcidVersion, mfibVersion,
+ * appSrcPid, appVersion, smoothVersion, elbWord1, elbWord2, elbData1, both service contexts, serviceStatus, errCode and
+ * both time stamps. Reading sets fwdIfType to fwdIfKind, fixedWord1 to 2 and fixedWord2 to 7.
  */
 #ifndef MCAST6_DB_L2MC6_BD_TAG_ELB_H
 #define MCAST6_DB_L2MC6_BD_TAG_ELB_H
@@ -16,12 +16,12 @@
 extern "C" {
 #endif
 
-/* Stamps the 180-byte database record 'row' with the current time: the smooth time, and the creation time when 'flag' is
- * not 0. Returns the time. */
+/* Stamps the 180-byte database record 'row' with the current time: the smooth time, and the creation time when 'flag'
+ * is not 0. Returns the time. */
 MCAST6_API int64_t MCAST6_DB_SetStructL2McBdTagElbTimeStamp(int32_t flag, void *row);
 
-/* Converts 'record' into the 180-byte database record 'row'; both time stamps become the current time. Reserved bytes are
- * left as they are. Neither may be null. */
+/* Converts 'record' into the 180-byte database record 'row'; both time stamps become the current time. Reserved bytes
+ * are unchanged. Neither may be null. */
 MCAST6_API void MCAST6_DB_SetL2McBdTagElb(const L2Elb6Entry *record, void *row);
 
 /* Converts the 180-byte database record 'row' into 'record'. Neither may be null. */
@@ -30,7 +30,7 @@ MCAST6_API void MCAST6_DB_GetL2McBdTagElb(const void *row, L2Elb6Entry *record);
 /* Writes the key word of the primary key, 0x00010030, and the 48-byte key of 'record'. None may be null. */
 MCAST6_API void MCAST6_DB_SetL2McBdTagElbKey(uint32_t *keyWord, void *key, const L2Elb6Entry *record);
 
-/* Makes an engine object, which the caller releases.
+/* Creates an engine object, which the caller releases.
  *   0      done; counts 336
  *   other  the engine's code; counts 335 */
 MCAST6_API uint32_t MCAST6_DB_CreateL2McBdTagElbObject(uint32_t objType, uint32_t connType, Mcast6DbHandle *object);
@@ -67,10 +67,10 @@ MCAST6_API uint32_t MCAST6_DB_DeleteL2McBdTagElb(const L2Elb6Entry *record);
  *   0      a record
  *   1      'iterator' or 'record' is null, or the engine failed; the engine's failures are logged; a failed step
  *          records kind 9, a failed read kind 0
- *   60     the end, or the record vanished meanwhile */
+ *   60     the end, or the record was removed in the meantime */
 MCAST6_API uint32_t MCAST6_DB_GetL2McBdTagElbEntry(Mcast6DbRes *iterator, L2Elb6Entry *record);
 
-/* Iterators that the caller releases with MCAST6_DB_ReleaseL2BdTagElbIter. Null when one could not be made; counts
+/* Iterators that the caller releases with MCAST6_DB_ReleaseL2BdTagElbIter. Null when one could not be created; counts
  * 342. Only the iterator over all records logs that. */
 
 /* Over the records that match 'key', or over all when both are null. */
@@ -91,7 +91,7 @@ MCAST6_API Mcast6DbRes *MCAST6_DB_CreateL2McBdTagElbSourceIter(const L2McBdElbKe
 /* Over all records. */
 MCAST6_API Mcast6DbRes *MCAST6_DB_CreateL2BdTagElbIter(void);
 
-/* Releases an iterator with its object (counts 337). Null: nothing happens. */
+/* Releases an iterator with its object (counts 337). A null iterator is ignored. */
 MCAST6_API void MCAST6_DB_ReleaseL2BdTagElbIter(Mcast6DbRes *iterator);
 
 #ifdef __cplusplus

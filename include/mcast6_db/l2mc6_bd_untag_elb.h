@@ -1,9 +1,9 @@
 /* l2mc6_bd_untag_elb: the outgoing interfaces of bridge domains that send untagged frames. Table number 22.
  *
- * Of L2Elb6Entry the table stores: vrId, bdId, groupAddr, sourceAddr and outIfIndex, which are the key;
- * vrfId, fwdIfExtType, fwdIfKind, isSelfBoard, elbByte1, egressAttr, pathFlags, mcId, mcidVersion, mfibVersion, appSrcPid,
- * appVersion, smoothVersion, both service contexts, serviceStatus, errCode and both time stamps.
- * Reading sets fwdIfType to fwdIfKind, fixedWord1 to 1 and fixedWord2 to 8.
+ * Of L2Elb6Entry the table stores: vrId, bdId, groupAddr, sourceAddr and outIfIndex, which are the key; vrfId,
+ * fwdIfExtType, fwdIfKind, isSelfBoard, elbByte1, egressAttr, pathFlags, mcId, mcidVersion, mfibVersion, appSrcPid,
+ * appVersion, smoothVersion, both service contexts, serviceStatus, errCode and both time stamps. Reading sets fwdIfType
+ * to fwdIfKind, fixedWord1 to 1 and fixedWord2 to 8.
  */
 #ifndef MCAST6_DB_L2MC6_BD_UNTAG_ELB_H
 #define MCAST6_DB_L2MC6_BD_UNTAG_ELB_H
@@ -16,18 +16,18 @@
 extern "C" {
 #endif
 
-/* Stamps the 152-byte database record 'row' with the current time: the smooth time, and the creation time when 'flag' is
- * not 0. Returns the time. */
+/* Stamps the 152-byte database record 'row' with the current time: the smooth time, and the creation time when 'flag'
+ * is not 0. Returns the time. */
 MCAST6_API int64_t MCAST6_DB_SetStructL2McBdUntagElbTimeStamp(int32_t flag, void *row);
 
-/* Converts 'record' into the 152-byte database record 'row'; both time stamps become the current time. Reserved bytes are
- * left as they are. Neither may be null. */
+/* Converts 'record' into the 152-byte database record 'row'; both time stamps become the current time. Reserved bytes
+ * are unchanged. Neither may be null. */
 MCAST6_API void MCAST6_DB_SetL2McBdUntagElb(const L2Elb6Entry *record, void *row);
 
 /* Converts the 152-byte database record 'row' into 'record'. Neither may be null. */
 MCAST6_API void MCAST6_DB_GetL2McBdUntagElb(const void *row, L2Elb6Entry *record);
 
-/* Makes an engine object, which the caller releases.
+/* Creates an engine object, which the caller releases.
  *   0      done; counts 344
  *   other  the engine's code; counts 343 */
 MCAST6_API uint32_t MCAST6_DB_CreateL2McBdUntagElbObject(uint32_t objType, uint32_t connType, Mcast6DbHandle *object);
@@ -62,12 +62,12 @@ MCAST6_API uint32_t MCAST6_DB_DeleteL2McBdUntagElb(const L2Elb6Entry *record);
 
 /* Steps 'iterator' and fills 'record' with the next record.
  *   0      a record
- *   1      'iterator' or 'record' is null (a null iterator with a record prints a debug line), or the engine failed; the
- *          engine's failures are logged; a failed step records kind 9, a failed read kind 0
- *   60     the end, or the record vanished meanwhile */
+ *   1      'iterator' or 'record' is null (a null iterator with a record prints a debug line), or the engine failed;
+ *          the engine's failures are logged; a failed step records kind 9, a failed read kind 0
+ *   60     the end, or the record was removed in the meantime */
 MCAST6_API uint32_t MCAST6_DB_GetL2McBdUntagElbEntry(Mcast6DbRes *iterator, L2Elb6Entry *record);
 
-/* Iterators that the caller releases with MCAST6_DB_ReleaseL2BdUntagElbIter. Null when one could not be made; counts
+/* Iterators that the caller releases with MCAST6_DB_ReleaseL2BdUntagElbIter. Null when one could not be created; counts
  * 350. Only the iterator over all records logs that. */
 
 /* Over the records that match 'key', or over all when both are null. */
@@ -88,7 +88,7 @@ MCAST6_API Mcast6DbRes *MCAST6_DB_CreateL2McBdUntagElbSourceIterator(const L2McB
 /* Over all records. */
 MCAST6_API Mcast6DbRes *MCAST6_DB_CreateL2BdUntagElbIter(void);
 
-/* Releases an iterator with its object (counts 345). Null: nothing happens. */
+/* Releases an iterator with its object (counts 345). A null iterator is ignored. */
 MCAST6_API void MCAST6_DB_ReleaseL2BdUntagElbIter(Mcast6DbRes *iterator);
 
 #ifdef __cplusplus

@@ -20,7 +20,7 @@ MCAST6_API void MCAST6_DB_SetL2McBdUntagRt(const L2McBdRtEntry *record, void *ro
 /* Converts the 52-byte database record 'row' into 'record'. Neither may be null. */
 MCAST6_API void MCAST6_DB_GetL2McBdUntagRt(const void *row, L2McBdRtEntry *record);
 
-/* Makes an engine object, which the caller releases.
+/* Creates an engine object, which the caller releases.
  *   0      done; counts 412
  *   other  the engine's code; counts 413 */
 MCAST6_API uint32_t MCAST6_DB_CreateL2McBdUntagRtObject(uint32_t objType, uint32_t connType, Mcast6DbHandle *object);
@@ -41,14 +41,14 @@ MCAST6_API uint32_t MCAST6_DB_ReadL2McBdUntagRt(L2McBdRtEntry *record);
  *   other  the engine's code; logged; counts 416; a failed write records kind 2 */
 MCAST6_API uint32_t MCAST6_DB_WriteL2McBdUntagRt(const L2McBdRtEntry *record);
 
-/* Item setters for the updates: smoothVersion and the smooth time; or these and serviceStatus and errCode. No argument is
- * checked.
+/* Item setters for the updates: smoothVersion and the smooth time; or these and serviceStatus and errCode. No argument
+ * is checked.
  *   0      done
  *   other  the OR of the engine's codes; every setter is called in any case */
 MCAST6_API uint32_t MCAST6_DB_SetUpdateL2McBdUntagRtSmthItem(Mcast6DbHandle object, const L2McBdRtEntry *record);
 MCAST6_API uint32_t MCAST6_DB_SetUpdateL2McBdUntagRtItem(Mcast6DbHandle object, const L2McBdRtEntry *record);
 
-/* Updates the stored record with the key of 'record' in what 'itemSetter' (not null) sets.
+/* Updates the fields of the stored record with the key of 'record' that 'itemSetter' (not null) sets.
  *   0      done, or the engine answered 13044 (records kind 1)
  *   1      'record' is null; logged
  *   other  what 'itemSetter' returned, or the engine's code; logged; a failed update records kind 6 */
@@ -68,13 +68,13 @@ MCAST6_API uint32_t MCAST6_DB_DeleteL2McBdUntagRt(const L2McBdRtEntry *record);
 
 /* Steps 'iterator' and fills 'record' with the next record.
  *   0      a record
- *   1      'iterator' or 'record' is null (logged), or the engine failed (logged); a failed step records kind 9, a failed
- *          read kind 0
- *   60     the end, or the record vanished meanwhile */
+ *   1      'iterator' or 'record' is null (logged), or the engine failed (logged); a failed step records kind 9, a
+ *          failed read kind 0
+ *   60     the end, or the record was removed in the meantime */
 MCAST6_API uint32_t MCAST6_DB_GetL2McBdUntagRtEntry(Mcast6DbRes *iterator, L2McBdRtEntry *record);
 
-/* Iterators that the caller releases with MCAST6_DB_ReleaseL2McBdUntagRtIterator. Null when one could not be made;
- * counts 419; logged, but for the common constructor. */
+/* Iterators that the caller releases with MCAST6_DB_ReleaseL2McBdUntagRtIterator. Null when one could not be created;
+ * counts 419; logged, except by the common constructor. */
 
 /* Over the records that match 'key', or over all when both are null. */
 MCAST6_API Mcast6DbRes *MCAST6_DB_CreateL2McBdUntagRtIterCommon(const Mcast6DbKeyDesc *descriptor, const void *key);
@@ -82,7 +82,7 @@ MCAST6_API Mcast6DbRes *MCAST6_DB_CreateL2McBdUntagRtIterCommon(const Mcast6DbKe
 /* Over all records. */
 MCAST6_API Mcast6DbRes *MCAST6_DB_CreateL2McBdUntagRtIter(void);
 
-/* Releases an iterator with its object (counts 414). Null: nothing happens. */
+/* Releases an iterator with its object (counts 414). A null iterator is ignored. */
 MCAST6_API void MCAST6_DB_ReleaseL2McBdUntagRtIterator(Mcast6DbRes *iterator);
 
 #ifdef __cplusplus

@@ -1,9 +1,9 @@
 /* l2mc6_bd_vxlan_elb: the VXLAN tunnel members of bridge domain entries. Table number 30.
  *
  * Of L2Elb6Entry the table stores: vrId, bdId, groupAddr, sourceAddr, vxlanByte, vxlanWord1, which are the key;
- * vxlanWord0, vxlanWord2, vxlanWords3to6, vrfId, vxlanByte2, outIfIndex, fwdIfType, isSelfBoard, vxlanFlag, pathFlags, mcId,
- * mcidVersion, mfibVersion, appSrcPid, appVersion, smoothVersion, elbData1, both service contexts, serviceStatus, errCode
- * and both time stamps. Reading sets fwdIfKind to fwdIfType, fixedWord1 to 3 and fixedWord2 to 9.
+ * vxlanWord0, vxlanWord2, vxlanWords3to6, vrfId, vxlanByte2, outIfIndex, fwdIfType, isSelfBoard, vxlanFlag, pathFlags,
+ * mcId, mcidVersion, mfibVersion, appSrcPid, appVersion, smoothVersion, elbData1, both service contexts, serviceStatus,
+ * errCode and both time stamps. Reading sets fwdIfKind to fwdIfType, fixedWord1 to 3 and fixedWord2 to 9.
  */
 #ifndef MCAST6_DB_L2MC6_BD_VXLAN_ELB_H
 #define MCAST6_DB_L2MC6_BD_VXLAN_ELB_H
@@ -21,18 +21,18 @@ typedef struct L2McBdVxlanVsgKey {
     uint32_t word[4];
 } L2McBdVxlanVsgKey;
 
-/* Stamps the 204-byte database record 'row' with the current time: the smooth time, and the creation time when 'flag' is
- * not 0. Returns the time. */
+/* Stamps the 204-byte database record 'row' with the current time: the smooth time, and the creation time when 'flag'
+ * is not 0. Returns the time. */
 MCAST6_API int64_t MCAST6_DB_SetStructL2Mc6BdVxlanElbTimeStamp(int32_t flag, void *row);
 
-/* Converts 'record' into the 204-byte database record 'row'; both time stamps become the current time. Reserved bytes are
- * left as they are. Neither may be null. */
+/* Converts 'record' into the 204-byte database record 'row'; both time stamps become the current time. Reserved bytes
+ * are unchanged. Neither may be null. */
 MCAST6_API void MCAST6_DB_SetL2Mc6BdVxlanElb(const L2Elb6Entry *record, void *row);
 
 /* Converts the 204-byte database record 'row' into 'record'. Neither may be null. */
 MCAST6_API void MCAST6_DB_GetL2Mc6BdVxlanElb(const void *row, L2Elb6Entry *record);
 
-/* Makes an engine object, which the caller releases.
+/* Creates an engine object, which the caller releases.
  *   0      done; counts 503
  *   other  the engine's code; counts 504 */
 MCAST6_API uint32_t MCAST6_DB_CreateL2Mc6BdVxlanElbObject(uint32_t objType, uint32_t connType, Mcast6DbHandle *object);
@@ -69,10 +69,11 @@ MCAST6_API uint32_t MCAST6_DB_DeleteL2Mc6BdVxlanElb(const L2Elb6Entry *record);
  *   0      a record
  *   1      'iterator' or 'record' is null, or the engine failed; the engine's failures are logged; a failed step
  *          records kind 9, a failed read kind 0
- *   60     the end, or the record vanished meanwhile */
+ *   60     the end, or the record was removed in the meantime */
 MCAST6_API uint32_t MCAST6_DB_GetL2Mc6BdVxlanElbEntry(Mcast6DbRes *iterator, L2Elb6Entry *record);
 
-/* Iterators that the caller releases with MCAST6_DB_ReleaseL2Mc6BdVxlanElbIterator. Null when one could not be made; counts
+/* Iterators that the caller releases with MCAST6_DB_ReleaseL2Mc6BdVxlanElbIterator. Null when one could not be created;
+ * counts
  * 510. Only the iterator over all records logs that. */
 
 /* Over the records that match 'key', or over all when both are null. */
@@ -101,7 +102,7 @@ MCAST6_API Mcast6DbRes *MCAST6_DB_CreateL2Mc6VxlanElbIterByTnlVsg(uint32_t vrId,
 /* Over all records. */
 MCAST6_API Mcast6DbRes *MCAST6_DB_CreateL2Mc6BdVxlanElbIter(void);
 
-/* Releases an iterator with its object (counts 505). Null: nothing happens. */
+/* Releases an iterator with its object (counts 505). A null iterator is ignored. */
 MCAST6_API void MCAST6_DB_ReleaseL2Mc6BdVxlanElbIterator(Mcast6DbRes *iterator);
 
 /* Counts. '*count' is written on success only; no pointer may be null. Nothing is recorded.

@@ -1,9 +1,10 @@
-/* l2mc6_bd_vxlan_sub_elb: the VXLAN tunnel members of bridge domain entries that are bound to an interface. Table number 31.
+/* l2mc6_bd_vxlan_sub_elb: the VXLAN tunnel members of bridge domain entries that are bound to an interface. Table
+ * number 31.
  *
- * Of L2Elb6Entry the table stores: vrId, bdId, groupAddr, sourceAddr, vxlanByte, vxlanWord1 and outIfIndex, which are the key;
- * vxlanWord0, vxlanWord2, vxlanWords3to6, vrfId, fwdIfType, isSelfBoard, vxlanFlag, pathFlags, mcId,
- * mcidVersion, mfibVersion, appSrcPid, appVersion, smoothVersion, elbData1, both service contexts, serviceStatus, errCode
- * and both time stamps. Reading sets fwdIfKind to fwdIfType, fixedWord1 to 8 and fixedWord2 to 10.
+ * Of L2Elb6Entry the table stores: vrId, bdId, groupAddr, sourceAddr, vxlanByte, vxlanWord1 and outIfIndex, which are
+ * the key; vxlanWord0, vxlanWord2, vxlanWords3to6, vrfId, fwdIfType, isSelfBoard, vxlanFlag, pathFlags, mcId,
+ * mcidVersion, mfibVersion, appSrcPid, appVersion, smoothVersion, elbData1, both service contexts, serviceStatus,
+ * errCode and both time stamps. Reading sets fwdIfKind to fwdIfType, fixedWord1 to 8 and fixedWord2 to 10.
  */
 #ifndef MCAST6_DB_L2MC6_BD_VXLAN_SUB_ELB_H
 #define MCAST6_DB_L2MC6_BD_VXLAN_SUB_ELB_H
@@ -16,12 +17,12 @@
 extern "C" {
 #endif
 
-/* Stamps the 192-byte database record 'row' with the current time: the smooth time, and the creation time when 'flag' is
- * not 0. Returns the time. */
+/* Stamps the 192-byte database record 'row' with the current time: the smooth time, and the creation time when 'flag'
+ * is not 0. Returns the time. */
 MCAST6_API int64_t MCAST6_DB_SetStructL2Mc6BdVxlanSubElbTimeStamp(int32_t flag, void *row);
 
-/* Converts 'record' into the 192-byte database record 'row'; both time stamps become the current time. Reserved bytes are
- * left as they are. Neither may be null. */
+/* Converts 'record' into the 192-byte database record 'row'; both time stamps become the current time. Reserved bytes
+ * are unchanged. Neither may be null. */
 MCAST6_API void MCAST6_DB_SetL2McBdVxlanSubElb(const L2Elb6Entry *record, void *row);
 
 /* Converts the 192-byte database record 'row' into 'record'. Neither may be null. */
@@ -30,7 +31,7 @@ MCAST6_API void MCAST6_DB_GetL2Mc6BdVxlanSubElb(const void *row, L2Elb6Entry *re
 /* Writes the key word of the primary key, 0x00010034, and the 52-byte key of 'record'. None may be null. */
 MCAST6_API void MCAST6_DB_SetL2Mc6BdVxlanSubElbKey(uint32_t *keyWord, void *key, const L2Elb6Entry *record);
 
-/* Makes an engine object, which the caller releases.
+/* Creates an engine object, which the caller releases.
  *   0      done; counts 511
  *   other  the engine's code; counts 512 */
 MCAST6_API uint32_t MCAST6_DB_CreateL2Mc6BdVxlanSubElbObject(uint32_t objType, uint32_t connType,
@@ -68,10 +69,11 @@ MCAST6_API uint32_t MCAST6_DB_DeleteL2Mc6BdVxlanSubElb(const L2Elb6Entry *record
  *   0      a record
  *   1      'iterator' or 'record' is null, or the engine failed; the engine's failures are logged; a failed step
  *          records kind 9, a failed read kind 0
- *   60     the end, or the record vanished meanwhile */
+ *   60     the end, or the record was removed in the meantime */
 MCAST6_API uint32_t MCAST6_DB_GetL2Mc6BdVxlanSubElbEntry(Mcast6DbRes *iterator, L2Elb6Entry *record);
 
-/* Iterators that the caller releases with MCAST6_DB_ReleaseL2Mc6BdVxlanSubElbIterator. Null when one could not be made; counts
+/* Iterators that the caller releases with MCAST6_DB_ReleaseL2Mc6BdVxlanSubElbIterator. Null when one could not be
+ * created; counts
  * 517. Only the iterator over all records logs that. */
 
 /* Over the records that match 'key', or over all when both are null. */
@@ -95,7 +97,7 @@ MCAST6_API Mcast6DbRes *MCAST6_DB_CreateL2Mc6BdVxlanSubElbIteratorByBd(uint32_t 
 /* Over all records. */
 MCAST6_API Mcast6DbRes *MCAST6_DB_CreateL2Mc6BdVxlanSubElbIter(void);
 
-/* Releases an iterator with its object (counts 380). Null: nothing happens. */
+/* Releases an iterator with its object (counts 380). A null iterator is ignored. */
 MCAST6_API void MCAST6_DB_ReleaseL2Mc6BdVxlanSubElbIterator(Mcast6DbRes *iterator);
 
 #ifdef __cplusplus

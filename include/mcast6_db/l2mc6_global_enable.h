@@ -1,4 +1,4 @@
-/* l2mc6_global_enable: the global MLD switches. Table number 3, recorded by the iterator's allocation alone. */
+/* l2mc6_global_enable: the global MLD switches. Table number 3; only a failed iterator allocation is recorded. */
 #ifndef MCAST6_DB_L2MC6_GLOBAL_ENABLE_H
 #define MCAST6_DB_L2MC6_GLOBAL_ENABLE_H
 
@@ -27,16 +27,16 @@ MCAST6_API void MCAST6_DB_SetMldGlbItem(const MldGlobalEntry *record, void *row)
 /* Converts the 36-byte database record 'row' into 'record'. Neither may be null. */
 MCAST6_API void MCAST6_DB_GetMldGlbItem(const void *row, MldGlobalEntry *record);
 
-/* Writes the key word of the primary key, 0x00010008, into the descriptor's first word and the 8-byte key of 'record' to
- * 'key'. The rest of the descriptor is the caller's to zero. None may be null. */
+/* Writes the key word of the primary key, 0x00010008, into the descriptor's first word and the 8-byte key of 'record'
+ * to 'key'. The caller zeroes the rest of the descriptor. None may be null. */
 MCAST6_API void MCAST6_DB_SetMldGlbKey(Mcast6DbKeyDesc *descriptor, void *key, const MldGlobalEntry *record);
 
 /* Sets the smooth time stamp of 'object' to the current time, and the creation time as well when 'flag' is not 0.
  *   0      done
- *   other  the OR of the engine's codes; a failed setter does not keep the other from being called */
+ *   other  the OR of the engine's codes; a failed setter does not stop the other */
 MCAST6_API uint32_t MCAST6_DB_SetMldGlbTimeStamp(Mcast6DbHandle object, uint32_t flag);
 
-/* Makes an engine object, which the caller releases.
+/* Creates an engine object, which the caller releases.
  *   0      done; counts 37
  *   1      the engine failed; logged with its code */
 MCAST6_API uint32_t MCAST6_DB_CreateMldGlobalObject(uint32_t objType, uint32_t connType, Mcast6DbHandle *object);
@@ -71,22 +71,22 @@ MCAST6_API uint32_t MCAST6_DB_ReadMldGlobal(MldGlobalEntry *record);
  *   1      'record' is null, or a step failed; KPI 52; a failed removal is logged */
 MCAST6_API uint32_t MCAST6_DB_RemoveMldGlobal(const MldGlobalEntry *record);
 
-/* Makes an iterator over all records, which the caller releases with MCAST6_DB_ReleaseMldGlbCfgIter. Null when it could
- * not be made: a failed property is logged, a failed allocation is logged and recorded as kind 8. */
+/* Creates an iterator over all records, which the caller releases with MCAST6_DB_ReleaseMldGlbCfgIter. Null when it
+ * could not be created: a failed property is logged, a failed allocation is logged and recorded as kind 8. */
 MCAST6_API Mcast6DbRes *MCAST6_DB_CreateMldGlbCfgIter(void);
 
 /* Steps 'iterator' and fills 'record' with the next record.
  *   0      a record
  *   1      'iterator' or 'record' is null, or the engine failed; the engine's failures are logged
- *   60     the end, or the record vanished meanwhile */
+ *   60     the end, or the record was removed in the meantime */
 MCAST6_API uint32_t MCAST6_DB_GetMldGlbEntry(Mcast6DbRes *iterator, MldGlobalEntry *record);
 
-/* Releases an iterator with its object (counts 38). Null: nothing happens. */
+/* Releases an iterator with its object (counts 38). A null iterator is ignored. */
 MCAST6_API void MCAST6_DB_ReleaseMldGlbCfgIter(Mcast6DbRes *iterator);
 
 /* Counts all records; '*count' (not null) is written on success only.
  *   0      done
- *   1      the object could not be made
+ *   1      the object could not be created
  *   other  the engine's code; not logged */
 MCAST6_API uint32_t MCAST6_DB_GetMldGlbCfgCount(uint32_t *count);
 

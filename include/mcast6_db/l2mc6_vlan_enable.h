@@ -1,5 +1,5 @@
-/* l2mc6_vlan_enable: the MLD switches of each VLAN. Table number 14, recorded by the iterator's step alone. There is no
- * update. */
+/* l2mc6_vlan_enable: the MLD switches of each VLAN. Table number 14; only a failed iterator step is recorded. There is
+ * no update. */
 #ifndef MCAST6_DB_L2MC6_VLAN_ENABLE_H
 #define MCAST6_DB_L2MC6_VLAN_ENABLE_H
 
@@ -30,8 +30,8 @@ typedef struct L2VlanEnableEntry {
     uint8_t attrC[12];
 } L2VlanEnableEntry;
 
-/* Writes the key word of the primary key, 0x0001000A, into the descriptor's first word and the 10-byte key of 'record' to
- * 'key'. The rest of the descriptor is the caller's to zero. None may be null. */
+/* Writes the key word of the primary key, 0x0001000A, into the descriptor's first word and the 10-byte key of 'record'
+ * to 'key'. The caller zeroes the rest of the descriptor. None may be null. */
 MCAST6_API void MCAST6_DB_SetMldVlanKey(Mcast6DbKeyDesc *descriptor, void *key, const L2VlanEnableEntry *record);
 
 /* Converts 'record' into the 68-byte database record 'row'. Neither may be null. */
@@ -40,7 +40,7 @@ MCAST6_API void MCAST6_DB_SetL2VlanEnableCfg(const L2VlanEnableEntry *record, vo
 /* Converts the 68-byte database record 'row' into 'record'. Neither may be null. */
 MCAST6_API void MCAST6_DB_GetVlanEnableCfg(const void *row, L2VlanEnableEntry *record);
 
-/* Makes an engine object, which the caller releases.
+/* Creates an engine object, which the caller releases.
  *   0      done; counts 43
  *   1      the engine failed; logged with its code */
 MCAST6_API uint32_t MCAST6_DB_CreateL2VlanEnableObject(uint32_t objType, uint32_t connType, Mcast6DbHandle *object);
@@ -56,7 +56,7 @@ MCAST6_API uint32_t MCAST6_DB_ReadL2VlanEnableCfg(L2VlanEnableEntry *record);
 
 /* Writes 'record'.
  *   0      written, or the engine answered 13044; KPI 65
- *   1      'record' is null, or a step failed; KPI 66; logged, but for failed setters */
+ *   1      'record' is null, or a step failed; KPI 66; logged, except for failed setters */
 MCAST6_API uint32_t MCAST6_DB_WriteL2VlanEnableCfg(const L2VlanEnableEntry *record);
 
 /* Removes the record with the key of 'record'.
@@ -64,8 +64,8 @@ MCAST6_API uint32_t MCAST6_DB_WriteL2VlanEnableCfg(const L2VlanEnableEntry *reco
  *   1      'record' is null, or a step failed; the engine's 13044 (no such record) is a failure too; KPI 68; logged */
 MCAST6_API uint32_t MCAST6_DB_DelL2VlanEnableCfg(const L2VlanEnableEntry *record);
 
-/* Makes an iterator over all records, which the caller releases with MCAST6_DB_ReleaseMldVlanIter. Null when it could not
- * be made; a failed property is logged. */
+/* Creates an iterator over all records, which the caller releases with MCAST6_DB_ReleaseMldVlanIter. Null when it could
+ * not be created; a failed property is logged. */
 MCAST6_API Mcast6DbRes *MCAST6_DB_CreateMldVlanCfgIter(void);
 
 /* Converts the 68-byte database record 'row' into 'record' as MCAST6_DB_GetVlanEnableCfg does, and sets spare1 to 0. */
@@ -73,12 +73,12 @@ MCAST6_API void MCAST6_GetMldVlanData(const void *row, L2VlanEnableEntry *record
 
 /* Steps 'iterator' and fills 'record' with the next record, by MCAST6_GetMldVlanData.
  *   0      a record
- *   1      'iterator' or 'record' is null, or the engine failed; the engine's failures are logged; a failed step records
- *          kind 9
- *   60     the end, or the record vanished meanwhile */
+ *   1      'iterator' or 'record' is null, or the engine failed; the engine's failures are logged; a failed step
+ *          records kind 9
+ *   60     the end, or the record was removed in the meantime */
 MCAST6_API uint32_t MCAST6_DB_GetMldVlanEntry(Mcast6DbRes *iterator, L2VlanEnableEntry *record);
 
-/* Releases an iterator with its object (counts 44). Null: nothing happens. */
+/* Releases an iterator with its object (counts 44). A null iterator is ignored. */
 MCAST6_API void MCAST6_DB_ReleaseMldVlanIter(Mcast6DbRes *iterator);
 
 #ifdef __cplusplus

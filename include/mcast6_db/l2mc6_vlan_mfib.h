@@ -31,8 +31,8 @@ MCAST6_API uint32_t MCAST6_DB_SetVlanMfib6(const L2Mc6MfibEntry *record, void *r
  * serviceStatus, 0. */
 MCAST6_API uint32_t MCAST6_DB_GetVlanMfib6(const void *row, L2Mc6MfibEntry *record);
 
-/* Read fields from the record that 'object' stands on; neither argument is checked. A field whose getter fails stays
- * as it was. */
+/* These read fields from the record at the current position of 'object'. Neither argument is checked. A member whose
+ * getter fails is unchanged. */
 
 /* Both service contexts. Returns the OR of the codes of the getters and copies. */
 MCAST6_API uint32_t MCAST6_DB_GetVlanMfib6SvcCtx(Mcast6DbHandle object, L2Mc6MfibEntry *record);
@@ -40,11 +40,11 @@ MCAST6_API uint32_t MCAST6_DB_GetVlanMfib6SvcCtx(Mcast6DbHandle object, L2Mc6Mfi
 /* Both addresses; addrType becomes 2, domainType 0. Returns the code of the source address's getter alone. */
 MCAST6_API uint32_t MCAST6_DB_GetVlanMfib6Addr(Mcast6DbHandle object, L2Mc6MfibEntry *record);
 
-/* All fields. A failure, of the service contexts and the group not, is logged with the OR of the codes. 'record' null:
- * nothing happens. */
+/* All fields. Failures are logged with the OR of the codes, except those of the service contexts and of the group
+ * address. A null 'record' is ignored. */
 MCAST6_API void MCAST6_DB_GetVlanMfib6Item(Mcast6DbHandle object, L2Mc6MfibEntry *record);
 
-/* Makes an engine object, which the caller releases.
+/* Creates an engine object, which the caller releases.
  *   0      done; counts 0, the success code
  *   1      the engine failed; logged with its code */
 MCAST6_API uint32_t MCAST6_DB_CreateL2Mfib6Object(uint32_t objType, uint32_t connType, Mcast6DbHandle *object);
@@ -64,14 +64,14 @@ MCAST6_API uint32_t MCAST6_DB_ReadVlanMfib6Entry(L2Mc6MfibEntry *record, Mcast6D
  *   60     no such record */
 MCAST6_API uint32_t MCAST6_DB_ReadVlanMfib6(L2Mc6MfibEntry *record);
 
-/* Makes '*slot' hold an object that is ready for use: makes one when the slot is 0, resets the one it holds
- * otherwise. Not for concurrent calls on one slot.
+/* Ensures that '*slot' holds an object ready for use: creates one if the slot is 0, resets the one it holds otherwise.
+ * Not for concurrent calls on one slot.
  *   0      done
- *   1      the engine failed; logged; the slot is as it was */
+ *   1      the engine failed; logged; the slot is unchanged */
 MCAST6_API uint32_t MCAST6_DB_CreateL2Mfib6ObjectCache(uint32_t objType, uint32_t connType, Mcast6DbHandle *slot);
 
-/* Reads as MCAST6_DB_ReadVlanMfib6 does, with the kept object g_l2Mfib6DbReadObjCache; 'record' must not be null. One
- * thread at a time. Results as there; an object that cannot be had is logged as well. */
+/* Reads as MCAST6_DB_ReadVlanMfib6 does, with the cached object g_l2Mfib6DbReadObjCache; 'record' must not be null. One
+ * thread at a time. Results are the same; an object that cannot be obtained is logged as well. */
 MCAST6_API uint32_t MCAST6_DB_ReadVlanMfib6Fast(L2Mc6MfibEntry *record);
 
 /* Writes 'record'; both time stamps become the current time.
@@ -89,44 +89,45 @@ MCAST6_API uint32_t MCAST6_DB_UpdateVlanMfib6SmoothVersion(const L2Mc6MfibEntry 
  *   1      'record' is null, or a step failed; KPI 6; logged; a failed removal records kind 4 */
 MCAST6_API uint32_t MCAST6_DB_DeleteVlanMfib6(const L2Mc6MfibEntry *record);
 
-/* Steps 'iterator' and fills 'record' with the next record, read whole.
+/* Steps 'iterator' and fills 'record' with the next record, read as a whole row.
  *   0      a record
  *   1      'iterator' or 'record' is null, or the engine failed; the engine's failures are logged; a failed step
  *          records kind 9, a failed read kind 0
- *   60     the end, or the record vanished meanwhile */
+ *   60     the end, or the record was removed in the meantime */
 MCAST6_API uint32_t MCAST6_DB_GetVlanMfib6Entry(Mcast6DbRes *iterator, L2Mc6MfibEntry *record);
 
 /* Steps 'iterator' and fills 'record' with the next record, read by MCAST6_DB_GetVlanMfib6Item; 'record' may be null.
- *   0      a step, whatever the read said
+ *   0      the iterator moved, whether or not the read succeeded
  *   1      'iterator' is null, or the step failed; a failed step is logged, nothing is recorded
  *   60     the end */
 MCAST6_API uint32_t MCAST6_DB_GetNextVlanMfib6(Mcast6DbRes *iterator, L2Mc6MfibEntry *record);
 
 /* Iterators that the caller owns and releases with MCAST6_DB_ReleaseVlanMfib6Iterator. Null when one could not be
- * made; a failed allocation records kind 8. */
+ * created; a failed allocation records kind 8. */
 
 /* Over all records. Failures are logged; a failed root iterator records kind 7. */
 MCAST6_API Mcast6DbRes *MCAST6_DB_CreateVlanMfib6Iter(void);
 
 /* Over the records of one VR, group and VLAN. A failed property or allocation is logged; an object that could not be
- * made is logged and records kind 0. */
+ * created is logged and records kind 0. */
 MCAST6_API Mcast6DbRes *MCAST6_DB_CreateVlanMfib6IterByGrpAddr(uint32_t vrId, uint32_t vlanId,
                                                                const Mcast6Ipv6Addr *groupAddr);
 
-/* Over the records of one VR and VLAN. Reports as the one before. */
+/* Over the records of one VR and VLAN. Failures are reported as for the iterator before. */
 MCAST6_API Mcast6DbRes *MCAST6_DB_CreateVlanMfib6IterByVlanId(uint32_t vrId, uint32_t vlanId);
 
-/* Over all records, in the order of their VLAN. A failed property or allocation, and an object that could not be made,
- * is logged. */
+/* Over all records, in the order of their VLAN. A failed property or allocation, and an object that could not be
+ * created, is logged. */
 MCAST6_API Mcast6DbRes *MCAST6_DB_VlanMfib6_ScanGetVlanIterSorted(void);
 
-/* Over the records with error code 5, a hash conflict, into a handle of the caller's, written on success only.
- * Release its object with MCAST6_DB_ReleaseL2Mfib6Object; the handle itself is the caller's memory.
+/* Over the records with error code 5, a hash conflict, into a handle that the caller provides; it is written on success
+ * only. Release its object with MCAST6_DB_ReleaseL2Mfib6Object; the memory of the handle is the caller's.
  *   0      done
- *   1      a step failed; a failed property is logged; an object that could not be made is logged and records kind 0 */
+ *   1      a step failed; a failed property is logged; an object that could not be created is logged and records kind
+ *          0 */
 MCAST6_API uint32_t MCAST6_DB_CreateVlanMfib6IterByErrCode(Mcast6DbRes *resource);
 
-/* Releases an iterator with its object. Null: nothing happens. */
+/* Releases an iterator with its object. A null iterator is ignored. */
 MCAST6_API void MCAST6_DB_ReleaseVlanMfib6Iterator(Mcast6DbRes *iterator);
 
 /* Counts all records; '*count' (not null) is written on success only.
@@ -134,14 +135,14 @@ MCAST6_API void MCAST6_DB_ReleaseVlanMfib6Iterator(Mcast6DbRes *iterator);
  *   1      a step failed */
 MCAST6_API uint32_t MCAST6_DB_GetVlanMfib6Count(uint32_t *count);
 
-/* Returns the number of records of one VR and VLAN: 0 when the count fails (logged, records kind 0; 15005 neither),
- * and 1 when no object can be made (records kind 0), which looks like a count of 1. */
+/* Returns the number of records of one VR and VLAN: 0 when the count fails (logged, records kind 0; 15005 does
+ * neither), and 1 when no object can be created (records kind 0), which cannot be told from a count of 1. */
 MCAST6_API uint32_t MCAST6_DB_VlanMfib6CountByVlanId(uint32_t vrId, uint32_t vlanId);
 
 /* Counts the records with error code 5, a hash conflict. '*count' (not null) is 0 after a failed count.
  *   0      done
- *   1      the object could not be made ('*count' stays; logged; records kind 0), or the count failed (logged, 15005 as
- *          0; records kind 0) */
+ *   1      the object could not be created ('*count' is unchanged; logged; records kind 0), or the count failed
+ *          (logged, with 0 in place of 15005; records kind 0) */
 MCAST6_API uint32_t MCAST6_DB_GetL2Mfib6HashConflictTotalNum(uint32_t *count);
 
 #ifdef __cplusplus

@@ -10,9 +10,10 @@ extern "C" {
 
 #pragma pack(push, 4)
 
-/* The caller's record, 280 bytes, packed to 4: an outgoing interface or tunnel of a layer-3 entry in a bridge domain. Each
- * table stores some of the members; the header of the table tells which. The members named 'bdElbAttr' and 'tnlAttr' are the
- * host's attributes, which the library only copies. Members named 'host' are neither stored nor touched by any. */
+/* The caller's record, 280 bytes, packed to 4: an outgoing interface or tunnel of a layer-3 entry in a bridge domain.
+ * Each table stores some of the members; the header of the table says which. The members named 'bdElbAttr' and
+ * 'tnlAttr' hold the host's attributes, which the library only copies. No table stores or changes the members named
+ * 'host'. */
 typedef struct L3BdElb6Entry {
     uint32_t elbKind; /* not stored; a constant of the table when read */
     uint32_t vrId;
@@ -28,7 +29,7 @@ typedef struct L3BdElb6Entry {
     uint32_t bdElbAttr4; /* the bridge domain */
     uint32_t bdElbAttr5; /* the outgoing interface */
     uint8_t host2[4];
-    uint8_t bdElbAttr6; /* reads back in 16 bits, over the next byte too */
+    uint8_t bdElbAttr6; /* reads back as 16 bits, which overwrites the next byte too */
     uint8_t host3[7];
     uint32_t elbSubKind; /* not stored; a constant of the table when read */
     uint16_t bdElbAttr7;
@@ -59,7 +60,7 @@ typedef struct L3BdElb6Entry {
     uint32_t bdElbAttr16;
     uint16_t bdElbAttr17;
     uint8_t host10[6];
-    uint64_t timeStampCreate; /* seconds; the time of the last write, whatever the caller put there */
+    uint64_t timeStampCreate; /* seconds; the time of the last write, the caller's value is ignored */
     uint64_t timeStampSmooth; /* seconds; the time of the last write or update */
     uint8_t host11;
     uint8_t tnlAttr6;
@@ -70,7 +71,7 @@ typedef struct L3BdElb6Entry {
 
 #pragma pack(pop)
 
-/* Names an entry, whose members an iterator walks: VR, VRF, group and source. 40 bytes. */
+/* Names a forwarding entry, whose members an iterator walks: VR, VRF, group and source. 40 bytes. */
 typedef struct L3BdElb6VsgKey {
     uint32_t wordA;
     uint32_t wordB;

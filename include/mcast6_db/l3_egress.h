@@ -9,7 +9,7 @@ extern "C" {
 #endif
 
 /* The caller's record, 288 bytes: an outgoing interface of a layer-3 entry. Members named 'host' are neither stored nor
- * touched. */
+ * changed. */
 typedef struct L3Mc6ElbEntry {
     uint32_t entryType; /* not stored; a constant of the table when read */
     uint32_t vrId;
@@ -48,8 +48,8 @@ typedef struct L3Mc6ElbEntry {
     uint32_t elbFlagB; /* the low byte is stored */
 } L3Mc6ElbEntry;
 
-/* The extended record, 296 bytes: the members of L3Mc6ElbEntry in their places, with further ones in the bytes that are the
- * host's there, and two words at the end. */
+/* The extended record, 296 bytes: the members of L3Mc6ElbEntry at the same offsets, further members in place of its
+ * 'host' bytes, and two words at the end. */
 typedef struct L3Mc6ElbEntryExt {
     uint32_t entryType; /* not stored; a constant of the table when read */
     uint32_t vrId;

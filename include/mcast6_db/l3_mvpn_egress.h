@@ -8,9 +8,9 @@
 extern "C" {
 #endif
 
-/* The caller's record, 224 bytes: an MVPN tunnel member of a layer-3 entry. The words named 'memberAttr', 'tunnel' and 'sub'
- * are the host's, which the library only copies; l3mc6_mvpn_tnl_elb stores the tunnel words, l3mc6_mvpn_tnl_subelb those
- * from outIfIndex to subByte3. */
+/* The caller's record, 224 bytes: an MVPN tunnel member of a layer-3 entry. The members named 'memberAttr', 'tunnel'
+ * and 'sub' hold the host's attributes, which the library only copies; l3mc6_mvpn_tnl_elb stores the tunnel words,
+ * l3mc6_mvpn_tnl_subelb those from outIfIndex to subByte3. */
 typedef struct L3McMvpnTnlElbEntry {
     uint32_t entryType;        /* not stored; reads back as 20 */
     uint32_t vrId;             /* key */
@@ -40,7 +40,7 @@ typedef struct L3McMvpnTnlElbEntry {
     uint8_t subByte1;
     uint8_t subByte2;
     uint8_t subByte3;
-    uint8_t host1;                /* neither stored nor touched */
+    uint8_t host1;                /* neither stored nor changed */
     uint8_t tunnelData[16];       /* opaque */
     uint8_t svcCtxHighPrio[28];   /* opaque; stored by l3mc6_mvpn_tnl_subelb */
     uint8_t svcCtxNormalPrio[12]; /* opaque; stored by l3mc6_mvpn_tnl_subelb */
@@ -49,11 +49,11 @@ typedef struct L3McMvpnTnlElbEntry {
     uint32_t smoothVersion;
     uint8_t serviceStatus[2];
     uint8_t errCode[2];       /* stored by l3mc6_mvpn_tnl_subelb */
-    uint64_t timeStampCreate; /* seconds; the time of the last write, whatever the caller put there */
+    uint64_t timeStampCreate; /* seconds; the time of the last write, the caller's value is ignored */
     uint64_t timeStampSmooth; /* seconds; the time of the last write or update */
 } L3McMvpnTnlElbEntry;
 
-/* Names an entry, whose members an iterator walks. 40 bytes. */
+/* Names a forwarding entry, whose members an iterator walks. 40 bytes. */
 typedef struct L3McMvpnElbKey {
     uint32_t vrId;
     uint32_t vrfId;

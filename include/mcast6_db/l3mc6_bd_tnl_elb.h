@@ -1,7 +1,7 @@
 /* l3mc6_bd_tnl_elb: the bridge domain members of layer-3 entries behind tunnels. Table number 20.
  *
- * Of L3BdElb6Entry the table stores: vrId, vrfId, groupAddr, sourceAddr, bdElbAttr4, tnlAttr2 and tnlAttr3, which are the
- * key; the other members named 'tnlAttr' and 'bdElbAttr' but bdElbAttr7 to bdElbAttr10 and bdElbAttr18, appSrcPid,
+ * Of L3BdElb6Entry the table stores: vrId, vrfId, groupAddr, sourceAddr, bdElbAttr4, tnlAttr2 and tnlAttr3, which are
+ * the key; the other members named 'tnlAttr' and 'bdElbAttr' but bdElbAttr7 to bdElbAttr10 and bdElbAttr18, appSrcPid,
  * smoothVersion and both time stamps. Reading sets elbKind to 19 and elbSubKind to 3.
  */
 #ifndef MCAST6_DB_L3MC6_BD_TNL_ELB_H
@@ -25,15 +25,15 @@ extern MCAST6_API uint32_t g_l3Mc6BdTnlElbPid;
  * 'withCreate' is not 0. Returns the time. */
 MCAST6_API int64_t MCAST6_DB_SetStructL3McBdTnlElbTimeStamp(int32_t withCreate, void *row);
 
-/* Converts 'record' into the 172-byte database record 'row'; both time stamps become the current time. Reserved bytes are
- * left as they are. Neither may be null. */
+/* Converts 'record' into the 172-byte database record 'row'; both time stamps become the current time. Reserved bytes
+ * are unchanged. Neither may be null. */
 MCAST6_API void MCAST6_DB_SetL3McBdTnlElb(const L3BdElb6Entry *record, void *row);
 
 /* Converts the 172-byte database record 'row' into 'record'. Neither may be null. Returns the result of the source
  * address's conversion, 0. */
 MCAST6_API uint32_t MCAST6_DB_GetL3McBdTnlElb(const void *row, L3BdElb6Entry *record);
 
-/* Makes an engine object, which the caller releases.
+/* Creates an engine object, which the caller releases.
  *   0      done; counts 326
  *   other  the engine's code; KPI 204 */
 MCAST6_API uint32_t MCAST6_DB_CreateL3McBdTnlElbObject(uint32_t objType, uint32_t connType, Mcast6DbHandle *object);
@@ -69,13 +69,13 @@ MCAST6_API uint32_t MCAST6_DB_DeleteL3McBdTnlElb(const L3BdElb6Entry *record);
 
 /* Steps 'iterator' and fills 'record' with the next record.
  *   0      a record
- *   1      'iterator' or 'record' is null, or the engine failed; the engine's failures are logged; a failed step records
- *          kind 9, a failed read kind 0
- *   60     the end, or the record vanished meanwhile */
+ *   1      'iterator' or 'record' is null, or the engine failed; the engine's failures are logged; a failed step
+ *          records kind 9, a failed read kind 0
+ *   60     the end, or the record was removed in the meantime */
 MCAST6_API uint32_t MCAST6_DB_GetL3McBdTnlElbEntry(Mcast6DbRes *iterator, L3BdElb6Entry *record);
 
-/* Iterators that the caller releases with MCAST6_DB_ReleaseL3McBdTnlElbIterator. Null when one could not be made; KPI
- * 205; not logged. */
+/* Iterators that the caller releases with MCAST6_DB_ReleaseL3McBdTnlElbIterator. Null when one could not be created;
+ * KPI 205; not logged. */
 
 /* Over the records that match 'key', or over all when both are null. */
 MCAST6_API Mcast6DbRes *MCAST6_DB_CreateL3McBdTnlElbIter(const Mcast6DbKeyDesc *descriptor, const void *key);
@@ -102,13 +102,14 @@ MCAST6_API Mcast6DbRes *MCAST6_DB_CreateL3McBdTnlElbIterByIfIndex(uint32_t ifInd
 /* Over the records with vrId, vrfId, groupAddr, sourceAddr and the low byte of bdElbAttr19 of 'record' (not null). */
 MCAST6_API Mcast6DbRes *MCAST6_DB_CreateL3McBdTnlElbMfibIter(const L3BdElb6Entry *record);
 
-/* Releases an iterator with its object (counts 327). Null: nothing happens. */
+/* Releases an iterator with its object (counts 327). A null iterator is ignored. */
 MCAST6_API void MCAST6_DB_ReleaseL3McBdTnlElbIterator(Mcast6DbRes *iterator);
 
 /* Returns the number of records, counted through a cached object; 0 on any failure as well. One thread at a time. */
 MCAST6_API uint32_t MCAST6_DB_GetL3McBdTnlElbCountFast(void);
 
-/* Counts the records that match 'key'; '*count' is written on success only. No pointer may be null. Nothing is recorded.
+/* Counts the records that match 'key'; '*count' is written on success only. No pointer may be null. Nothing is
+ * recorded.
  *   0      done
  *   1      a step failed; logged with the engine's code */
 MCAST6_API uint32_t MCAST6_DB_GetL3McBdTnlElbCountByKey(const Mcast6DbKeyDesc *descriptor, const void *key,

@@ -1,8 +1,8 @@
 /* l3mc6_bd_untag_elb: the bridge domain members of layer-3 entries that send untagged frames. Table number 19.
  *
- * Of L3BdElb6Entry the table stores: vrId, vrfId, groupAddr, sourceAddr, bdElbAttr4 and bdElbAttr5, which are the key; the
- * other members named 'bdElbAttr' but bdElbAttr7 and bdElbAttr8, appSrcPid, smoothVersion, mlagRole, isMlagDual, inIfhasMlag
- * and both time stamps. Reading sets elbKind to 17 and elbSubKind to 1.
+ * Of L3BdElb6Entry the table stores: vrId, vrfId, groupAddr, sourceAddr, bdElbAttr4 and bdElbAttr5, which are the key;
+ * the other members named 'bdElbAttr' but bdElbAttr7 and bdElbAttr8, appSrcPid, smoothVersion, mlagRole, isMlagDual,
+ * inIfhasMlag and both time stamps. Reading sets elbKind to 17 and elbSubKind to 1.
  */
 #ifndef MCAST6_DB_L3MC6_BD_UNTAG_ELB_H
 #define MCAST6_DB_L3MC6_BD_UNTAG_ELB_H
@@ -22,15 +22,15 @@ extern MCAST6_API Mcast6DbHandle g_l3Mc6BdUnTagElbStatObjCache;
  * 'withCreate' is not 0. Returns the time. */
 MCAST6_API int64_t MCAST6_DB_SetStructL3McBdUntagElbTimeStamp(int32_t withCreate, void *row);
 
-/* Converts 'record' into the 156-byte database record 'row'; both time stamps become the current time. Reserved bytes are
- * left as they are. Neither may be null. */
+/* Converts 'record' into the 156-byte database record 'row'; both time stamps become the current time. Reserved bytes
+ * are unchanged. Neither may be null. */
 MCAST6_API void MCAST6_DB_SetL3McBdUntagElb(const L3BdElb6Entry *record, void *row);
 
 /* Converts the 156-byte database record 'row' into 'record'. Neither may be null. Returns the result of the source
  * address's conversion, 0. */
 MCAST6_API uint32_t MCAST6_DB_GetL3McBdUntagElb(const void *row, L3BdElb6Entry *record);
 
-/* Makes an engine object, which the caller releases.
+/* Creates an engine object, which the caller releases.
  *   0      done; counts 324
  *   other  the engine's code; KPI 198 */
 MCAST6_API uint32_t MCAST6_DB_CreateL3McBdUntagElbObject(uint32_t objType, uint32_t connType, Mcast6DbHandle *object);
@@ -51,8 +51,8 @@ MCAST6_API uint32_t MCAST6_DB_ReadL3McBdUntagElb(L3BdElb6Entry *record);
  *   other  the engine's code; KPI 195; logged; a failed write records kind 2 */
 MCAST6_API uint32_t MCAST6_DB_WriteL3McBdUntagElb(const L3BdElb6Entry *record);
 
-/* Re-stamps the stored record with the key of 'record': its smoothVersion, mlagRole, isMlagDual and inIfhasMlag, and the
- * current time as its smooth time.
+/* Re-stamps the stored record with the key of 'record': its smoothVersion, mlagRole, isMlagDual and inIfhasMlag, and
+ * the current time as its smooth time.
  *   0      done, or the engine answered 13044 (records kind 1)
  *   1      'record' is null; logged
  *   other  the engine's code (the OR of several for failed setters); logged; a failed update records kind 6 */
@@ -66,13 +66,13 @@ MCAST6_API uint32_t MCAST6_DB_DeleteL3McBdUntagElb(const L3BdElb6Entry *record);
 
 /* Steps 'iterator' and fills 'record' with the next record.
  *   0      a record
- *   1      'iterator' or 'record' is null, or the engine failed; the engine's failures are logged; a failed step records
- *          kind 9, a failed read kind 0
- *   60     the end, or the record vanished meanwhile */
+ *   1      'iterator' or 'record' is null, or the engine failed; the engine's failures are logged; a failed step
+ *          records kind 9, a failed read kind 0
+ *   60     the end, or the record was removed in the meantime */
 MCAST6_API uint32_t MCAST6_DB_GetL3McBdUntagElbEntry(Mcast6DbRes *iterator, L3BdElb6Entry *record);
 
-/* Iterators that the caller releases with MCAST6_DB_ReleaseL3McBdUntagElbIterator. Null when one could not be made; KPI
- * 199; not logged. */
+/* Iterators that the caller releases with MCAST6_DB_ReleaseL3McBdUntagElbIterator. Null when one could not be created;
+ * KPI 199; not logged. */
 
 /* Over the records that match 'key', or over all when both are null. */
 MCAST6_API Mcast6DbRes *MCAST6_DB_CreateL3McBdUntagElbIter(const Mcast6DbKeyDesc *descriptor, const void *key);
@@ -98,7 +98,7 @@ MCAST6_API Mcast6DbRes *MCAST6_DB_CreateL3McBdUntagElbIfindexIter(uint32_t ifInd
 /* Over the records with vrId, vrfId, groupAddr, sourceAddr and the low byte of bdElbAttr19 of 'record' (not null). */
 MCAST6_API Mcast6DbRes *MCAST6_DB_CreateL3McBdUntagElbMfibIter(const L3BdElb6Entry *record);
 
-/* Releases an iterator with its object (counts 325). Null: nothing happens. */
+/* Releases an iterator with its object (counts 325). A null iterator is ignored. */
 MCAST6_API void MCAST6_DB_ReleaseL3McBdUntagElbIterator(Mcast6DbRes *iterator);
 
 /* Returns the number of records, counted through a cached object; 0 on any failure as well. One thread at a time. */

@@ -1,5 +1,5 @@
 /* l3mc6_mfib: the layer-3 multicast forwarding entries, one for each (VR, VRF, group, source). Table number 15.
- * Iterators and counts by query stand in l3mc6_mfib_query.h. */
+ * Iterators and counts by query are in l3mc6_mfib_query.h. */
 #ifndef MCAST6_DB_L3MC6_MFIB_H
 #define MCAST6_DB_L3MC6_MFIB_H
 
@@ -11,15 +11,15 @@ extern "C" {
 #endif
 
 /* The caller's record, 256 bytes. Unless said otherwise a member is stored, and read back as stored; the members named
- * 'attr' carry the host's forwarding attributes, which the library only copies. Members named 'host' are neither stored
- * nor touched. */
+ * 'attr' hold the host's forwarding attributes, which the library only copies. Members named 'host' are neither stored
+ * nor changed. */
 typedef struct L3Mc6MfibEntry {
     uint32_t vrId;            /* key */
     uint32_t vrfId;           /* key */
     uint32_t addrType;        /* not stored; reads back as 2 */
     Mcast6Ipv6Addr groupAddr; /* key */
-    Mcast6Ipv6Addr
-        sourceAddr; /* key; all zero stands for any source, by the host's convention: keys match as they are */
+    /* key; all zero means any source by the host's convention; keys are compared literally */
+    Mcast6Ipv6Addr sourceAddr;
     uint8_t attr1;
     uint8_t attr2;
     uint16_t attr3;
@@ -52,7 +52,7 @@ typedef struct L3Mc6MfibEntry {
     uint32_t attr23;
     uint32_t attr24;
     uint32_t host5;
-    uint64_t timeStampCreate; /* seconds; the time of the last write, whatever the caller put there */
+    uint64_t timeStampCreate; /* seconds; the time of the last write, the caller's value is ignored */
     uint64_t timeStampSmooth; /* seconds; the time of the last write or update */
     uint8_t hostTail[24];
 } L3Mc6MfibEntry;
@@ -63,17 +63,17 @@ extern MCAST6_API uint32_t g_l3Mfib6Pid;
 /* The object of the fast read; 0 until its first use. */
 extern MCAST6_API Mcast6DbHandle g_l3Mfib6DbReadObjCache;
 
-/* For the host; the library neither reads nor writes it. */
+/* For the host's use; the library neither reads nor writes it. */
 extern MCAST6_API Mcast6DbHandle g_l3Mfib6DbStatObjCache;
 
 /* Returns g_l3Mfib6Pid. */
 MCAST6_API uint32_t MCAST6_DB_GetL3MfibSourcePid(void);
 
-/* Sets g_l3Mfib6Pid, unguarded: what converts or writes records does so too, and the last one stays. */
+/* Sets g_l3Mfib6Pid without synchronisation. Converting and writing records set it too; the last value stays. */
 MCAST6_API void MCAST6_DB_SetL3MfibSourcePid(uint32_t pid);
 
 /* Converts 'record' into the 208-byte database record 'row'; both time stamps become the current time, and the record's
- * appSrcPid becomes g_l3Mfib6Pid. The reserved byte 60 is left as it is. Neither may be null. */
+ * appSrcPid becomes g_l3Mfib6Pid. The reserved byte 60 is unchanged. Neither may be null. */
 MCAST6_API void MCAST6_DB_SetL3MainMfib(const L3Mc6MfibEntry *record, void *row);
 
 /* The same as MCAST6_DB_SetL3MainMfib. */
@@ -89,7 +89,7 @@ MCAST6_API uint32_t MCAST6_DB_GetL3Mfib(const void *row, L3Mc6MfibEntry *record)
 /* Writes the key word of the primary key, 0x00010028, and the 40-byte key of 'record'. None may be null. */
 MCAST6_API void MCAST6_DB_SetL3MfibKey(uint32_t *keyWord, void *key, const L3Mc6MfibEntry *record);
 
-/* Makes an engine object, which the caller releases.
+/* Creates an engine object, which the caller releases.
  *   0      done; counts 151
  *   other  the engine's code; KPI 114 */
 MCAST6_API uint32_t MCAST6_DB_CreateL3MfibObject(uint32_t objType, uint32_t connType, Mcast6DbHandle *object);
@@ -109,27 +109,29 @@ MCAST6_API uint32_t MCAST6_DB_ReadL3MfibEntry(L3Mc6MfibEntry *record, Mcast6DbHa
  *   other  the engine's code; logged; a failed read records kind 0 */
 MCAST6_API uint32_t MCAST6_DB_ReadL3Mfib(L3Mc6MfibEntry *record);
 
-/* Makes '*slot' hold a cached object that is ready for use: makes one when the slot is 0, resets it in any case. An object
- * whose first reset fails is not kept. Not for concurrent calls on one slot.
+/* Ensures that '*slot' holds a cached object ready for use: creates one if the slot is 0, and resets it in any case. An
+ * object whose first reset fails is not kept in the slot. Not for concurrent calls on one slot.
  *   0      done
- *   other  the engine's code; making it failed (counts 153) or resetting it (counts 154); logged; the slot is as it was */
+ *   other  the engine's code; creating it failed (counts 153) or resetting it (counts 154); logged; the slot is
+ *          unchanged */
 MCAST6_API uint32_t MCAST6_DB_CreateL3MfibObjCache(uint32_t objType, uint32_t connType, Mcast6DbHandle *slot);
 
-/* Reads as MCAST6_DB_ReadL3Mfib does, with the cached object g_l3Mfib6DbReadObjCache: after the first call no object is made or released. One
- * thread at a time. Results as there; a cached object that cannot be had is logged as well. */
+/* Reads as MCAST6_DB_ReadL3Mfib does, with the cached object g_l3Mfib6DbReadObjCache: after the first call no object is
+ * created or released. One thread at a time. Results are the same; a cached object that cannot be obtained is logged as
+ * well. */
 MCAST6_API uint32_t MCAST6_DB_ReadL3MfibFast(L3Mc6MfibEntry *record);
 
 /* The same as MCAST6_DB_ReadL3MfibFast. */
 MCAST6_API uint32_t MCAST6_DB_ReadL3MfibFastTemp(L3Mc6MfibEntry *record);
 
-/* Writes 'record' (not null), in place of one with the same key; both time stamps become the current time, and the record's
- * appSrcPid becomes g_l3Mfib6Pid.
+/* Writes 'record' (not null), in place of one with the same key; both time stamps become the current time, and the
+ * record's appSrcPid becomes g_l3Mfib6Pid.
  *   0      written, or the engine answered 13044 (records kind 1); KPI 93
  *   other  the engine's code; logged; KPI 94; a failed write records kind 2, and then KPI 93 too */
 MCAST6_API uint32_t MCAST6_DB_WriteL3Mfib(const L3Mc6MfibEntry *record);
 
-/* Re-stamps the stored record with the key of 'record' (not null): its smoothVersion, and the current time as its smooth
- * time.
+/* Re-stamps the stored record with the key of 'record' (not null): its smoothVersion, and the current time as its
+ * smooth time.
  *   0      done, or the engine answered 13044 (records kind 1)
  *   other  the engine's code (the OR of two for failed setters); logged; a failed update records kind 6 */
 MCAST6_API uint32_t MCAST6_DB_UpdateL3MfibSmoothVersion(const L3Mc6MfibEntry *record);
@@ -141,19 +143,19 @@ MCAST6_API uint32_t MCAST6_DB_UpdateL3MfibSmoothVersion(const L3Mc6MfibEntry *re
 MCAST6_API uint32_t MCAST6_DB_UpdateL3MfibMcStatSvcCtx(const L3Mc6MfibEntry *record);
 
 /* Removes the record with the key of 'record' (not null).
- *   0      removed, and the host is told (MCAST6_TRAP_DecreaseMfib6DbCnt); or the engine answered 13044 (records kind 1,
- *          the host is not told); KPI 95
+ *   0      removed, and MCAST6_TRAP_DecreaseMfib6DbCnt of the host is called; or the engine answered 13044 (records
+ *          kind 1, the host function is not called); KPI 95
  *   other  the engine's code; logged; KPI 96; a failed removal records kind 4 */
 MCAST6_API uint32_t MCAST6_DB_DeleteL3Mfib(const L3Mc6MfibEntry *record);
 
 /* Steps 'iterator' and fills 'record' with the next record. Neither may be null. The iterator stays valid.
  *   0      a record
- *   60     the end, or the record vanished meanwhile
+ *   60     the end, or the record was removed in the meantime
  *   other  the engine's code; logged; a failed step records kind 9, a failed read kind 0 */
 MCAST6_API uint32_t MCAST6_DB_GetL3MfibEntry(Mcast6DbRes *iterator, L3Mc6MfibEntry *record);
 
-/* Steps 'iterator' and fills 'record' with the next record. Neither may be null. At the end, and when the step fails, the
- * handle's object is released and set to 0; the handle itself is still the caller's to release. Records nothing.
+/* Steps 'iterator' and fills 'record' with the next record. Neither may be null. At the end, and when the step fails,
+ * the handle's object is released and set to 0; the caller still releases the handle itself. Records nothing.
  *   0      a record
  *   60     the end
  *   other  the engine's code; logged. A failed read (15005 included) fills 'record' from an empty database record and

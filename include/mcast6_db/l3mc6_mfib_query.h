@@ -1,8 +1,8 @@
-/* Queries of l3mc6_mfib: iterators and counts over all entries, or over those that match a filter, chosen by operation or
- * by query type. Nothing here records error statistics.
+/* Queries of l3mc6_mfib: iterators and counts over all entries, or over those that match a filter, chosen by function
+ * or by query type. Nothing here records error statistics.
  *
- * A filter takes its fields from an L3Mc6MfibEntry, whose other fields do not matter, or from plain arguments. All iterators are stepped with
- * MCAST6_DB_GetL3MfibEntry or MCAST6_DB_GetNextL3Mfib. */
+ * A filter takes its fields from an L3Mc6MfibEntry, whose other members are ignored, or from plain arguments. All
+ * iterators are stepped with MCAST6_DB_GetL3MfibEntry or MCAST6_DB_GetNextL3Mfib. */
 #ifndef MCAST6_DB_L3MC6_MFIB_QUERY_H
 #define MCAST6_DB_L3MC6_MFIB_QUERY_H
 
@@ -14,14 +14,14 @@
 extern "C" {
 #endif
 
-/* What a query filters on, besides vrId and vrfId. */
+/* The fields that a query filters on, in addition to vrId and vrfId. */
 typedef enum L3MfibQueryType {
     L3_MFIB_QUERY_SOURCE = 0,
     L3_MFIB_QUERY_GROUP = 1,
     L3_MFIB_QUERY_INTERFACE = 2, /* incoming interface */
     L3_MFIB_QUERY_SOURCE_INTERFACE = 3,
     L3_MFIB_QUERY_GROUP_INTERFACE = 4,
-    L3_MFIB_QUERY_NONE = 5, /* no query has this type: it is refused */
+    L3_MFIB_QUERY_NONE = 5, /* not a query: refused */
     L3_MFIB_QUERY_VR_VRF = 6,
     L3_MFIB_QUERY_REG_INTERFACE = 7, /* register interface */
     L3_MFIB_QUERY_REG_INTERFACE_SOURCE = 8,
@@ -35,8 +35,8 @@ typedef uint32_t (*L3MfibGetNumFunc)(const L3Mc6MfibEntry *record, uint32_t *cou
 extern MCAST6_API const L3MfibCreateIterFunc g_Mfib6CreatIterFunc[10];
 extern MCAST6_API const L3MfibGetNumFunc g_Mfib6GetNumFunc[10];
 
-/* Iterators that the caller owns and releases with MCAST6_DB_ReleaseL3MfibIter. Null when one could not be made; KPI 115,
- * and KPI 114 besides when it was the object that could not be made. */
+/* Iterators that the caller owns and releases with MCAST6_DB_ReleaseL3MfibIter. Null when one could not be created; KPI
+ * 115, and also KPI 114 when the object could not be created. */
 
 /* Over the records that match 'key', or over all when both are null. */
 MCAST6_API Mcast6DbRes *MCAST6_DB_CreateL3MfibIterCommon(const Mcast6DbKeyDesc *descriptor, const void *key);
@@ -50,14 +50,14 @@ MCAST6_API Mcast6DbRes *MCAST6_DB_CreateL3MfibIterByVrVrf(uint32_t vrId, uint32_
 /* Over the records of one incoming interface, in any VR. A failure is logged. */
 MCAST6_API Mcast6DbRes *MCAST6_DB_CreateL3MfibIterByIfIndex(uint32_t ifIndex);
 
-/* Releases an iterator with its object. Null: nothing happens. */
+/* Releases an iterator with its object. A null iterator is ignored. */
 MCAST6_API void MCAST6_DB_ReleaseL3MfibIter(Mcast6DbRes *iterator);
 
-/* Iterators into a handle of the caller's: 'resource' is written on success only. Release its object with
- * MCAST6_DB_ReleaseL3MfibObject; the handle itself is the caller's memory. 'record' must not be null.
+/* Iterators into a handle that the caller provides. 'resource' is written on success only. Release its object with
+ * MCAST6_DB_ReleaseL3MfibObject; the memory of the handle is the caller's. 'record' must not be null.
  *   0      done
- *   1      'resource' is null or a step failed; KPI 115 (and 114 when the object could not be made); logged, but for the
- *          common constructor */
+ *   1      'resource' is null or a step failed; KPI 115 (and 114 when the object could not be created); logged, except
+ *          by the common constructor */
 MCAST6_API uint32_t MCAST6_DB_CreateL3MfibIterWithDbResCommon(Mcast6DbRes *resource, const Mcast6DbKeyDesc *descriptor,
                                                               const void *key);
 
@@ -84,8 +84,8 @@ MCAST6_API uint32_t MCAST6_DB_CreateL3MfibIterByErrCode(uint32_t vrId, Mcast6DbR
 
 /* The constructor of a query type.
  *   0      done
- *   1      no such query type (5, or above 9): logged, nothing else happens; or the constructor failed: logged besides
- *          what it does itself */
+ *   1      no such query type (5, or above 9): logged, nothing else happens; or the constructor failed: logged, in
+ *          addition to what the constructor does itself */
 MCAST6_API uint32_t MCAST6_DB_CreateL3MfibFwdIter(Mcast6DbRes *resource, uint32_t queryType,
                                                   const L3Mc6MfibEntry *record);
 
@@ -103,7 +103,7 @@ MCAST6_API uint32_t MCAST6_DB_GetL3MfibCountByKey(const Mcast6DbKeyDesc *descrip
 
 /* The records that match fields of 'record', counted by MCAST6_DB_GetL3MfibCountByKey.
  *   0      done
- *   other  the engine's code; logged here too, so twice */
+ *   other  the engine's code; logged here again, so twice */
 /* vrId, vrfId: only the first two words at 'record' are read */
 MCAST6_API uint32_t MCAST6_DB_GetL3MfibFwdTotalNum(const L3Mc6MfibEntry *record, uint32_t *count);
 /* vrId, vrfId, sourceAddr */
@@ -128,11 +128,11 @@ MCAST6_API uint32_t MCAST6_DB_GetL3MfibHashConflictTotalNum(uint32_t vrId, uint3
 /* The count of a query type.
  *   0      done
  *   1      no such query type (5, or above 9); logged
- *   other  the engine's code; logged besides what the count does itself */
+ *   other  the engine's code; logged, in addition to what the count does itself */
 MCAST6_API uint32_t MCAST6_DB_QueryL3MfibCountDispatch(const L3Mc6MfibEntry *record, uint32_t *count,
                                                        uint32_t queryType);
 
-/* The same; a failure is logged once more. */
+/* The same as MCAST6_DB_QueryL3MfibCountDispatch, but a failure is logged once more. */
 MCAST6_API uint32_t MCAST6_DB_GetL3MfibFwdMatchNum(const L3Mc6MfibEntry *record, uint32_t *count, uint32_t queryType);
 
 #ifdef __cplusplus

@@ -1,8 +1,8 @@
 /* l3mc6_mvpn_tnl_elb: the MVPN tunnel members of layer-3 entries. Table number 28.
  *
  * Of L3McMvpnTnlElbEntry the table stores: vrId, vrfId, groupAddr and sourceAddr, which are the key; tunnelWord1 to
- * tunnelWord9, memberAttr1 to memberAttr3, appSrcPid, appVersion, smoothVersion, tunnelData, serviceStatus and both time
- * stamps.
+ * tunnelWord9, memberAttr1 to memberAttr3, appSrcPid, appVersion, smoothVersion, tunnelData, serviceStatus and both
+ * time stamps.
  */
 #ifndef MCAST6_DB_L3MC6_MVPN_TNL_ELB_H
 #define MCAST6_DB_L3MC6_MVPN_TNL_ELB_H
@@ -30,14 +30,14 @@ extern MCAST6_API uint32_t g_l3Mc6MvpnTnlElbPid;
  * 'withCreate' is not 0. Returns the time. */
 MCAST6_API int64_t MCAST6_DB_SetStructL3McMvpnTnlElbTimeStamp(int32_t withCreate, void *row);
 
-/* Converts 'record' into the 142-byte database record 'row'; both time stamps become the current time. Reserved bytes are
- * left as they are. Neither may be null. */
+/* Converts 'record' into the 142-byte database record 'row'; both time stamps become the current time. Reserved bytes
+ * are unchanged. Neither may be null. */
 MCAST6_API void MCAST6_DB_SetL3McMvpnTnlElb(const L3McMvpnTnlElbEntry *record, void *row);
 
 /* Converts the 142-byte database record 'row' into 'record'. Neither may be null. */
 MCAST6_API void MCAST6_DB_GetL3McMvpnTnlElb(const void *row, L3McMvpnTnlElbEntry *record);
 
-/* Makes an engine object, which the caller releases.
+/* Creates an engine object, which the caller releases.
  *   0      done; counts 476
  *   other  the engine's code; KPI 216 */
 MCAST6_API uint32_t MCAST6_DB_CreateL3McMvpnTnlElbObject(uint32_t objType, uint32_t connType, Mcast6DbHandle *object);
@@ -55,7 +55,7 @@ MCAST6_API uint32_t MCAST6_DB_ReadL3McMvpnTnlElb(L3McMvpnTnlElbEntry *record);
 /* Writes 'record'; both time stamps become the current time.
  *   0      written, or the engine answered 13044 (records kind 1); KPI 212
  *   1      'record' is null; logged; KPI 213
- *   other  the engine's code; KPI 213; logged, but for failed setters; a failed write records kind 2 */
+ *   other  the engine's code; KPI 213; logged, except for failed setters; a failed write records kind 2 */
 MCAST6_API uint32_t MCAST6_DB_WriteL3McMvpnTnlElb(const L3McMvpnTnlElbEntry *record);
 
 /* Re-stamps the stored record with the key of 'record': its smoothVersion and the
@@ -73,13 +73,13 @@ MCAST6_API uint32_t MCAST6_DB_DeleteL3McMvpnTnlElb(const L3McMvpnTnlElbEntry *re
 
 /* Steps 'iterator' and fills 'record' with the next record.
  *   0      a record
- *   1      'iterator' or 'record' is null, or the engine failed; the engine's failures are logged; a failed step records
- *          kind 9, a failed read kind 0
- *   60     the end, or the record vanished meanwhile */
+ *   1      'iterator' or 'record' is null, or the engine failed; the engine's failures are logged; a failed step
+ *          records kind 9, a failed read kind 0
+ *   60     the end, or the record was removed in the meantime */
 MCAST6_API uint32_t MCAST6_DB_GetL3McMvpnTnlElbEntry(Mcast6DbRes *iterator, L3McMvpnTnlElbEntry *record);
 
-/* Iterators that the caller releases with MCAST6_DB_ReleaseL3McMvpnTnlElbIterator. Null when one could not be made; KPI
- * 217; not logged. */
+/* Iterators that the caller releases with MCAST6_DB_ReleaseL3McMvpnTnlElbIterator. Null when one could not be created;
+ * KPI 217; not logged. */
 
 /* Over the records that match 'key', or over all when both are null. */
 MCAST6_API Mcast6DbRes *MCAST6_DB_CreateL3McMvpnTnlElbIter(const Mcast6DbKeyDesc *descriptor, const void *key);
@@ -97,14 +97,14 @@ MCAST6_API Mcast6DbRes *MCAST6_DB_CreateL3McMvpnTnlElbIterBySrcPid(const L3McMvp
 MCAST6_API Mcast6DbRes *MCAST6_DB_CreateL3McMvpnTnlElbIterByTnlVsg(uint32_t vrId, uint32_t vrfId, uint32_t tunnelWord2,
                                                                    uint32_t tunnelWord3);
 
-/* Over the records of a tunnel id; of tunnelWord4 the low byte counts. */
+/* Over the records of a tunnel id; the low byte of tunnelWord4 is used. */
 MCAST6_API Mcast6DbRes *MCAST6_DB_CreateL3McMvpnTnlElbIterByTnlId(uint32_t vrId, uint32_t vrfId, uint32_t tunnelWord2,
                                                                   uint8_t tunnelWord4);
 
 /* Over the records of a VR and VRF. */
 MCAST6_API Mcast6DbRes *MCAST6_DB_CreateL3McMvpnTnlElbIterByVrfId(uint32_t vrId, uint32_t vrfId);
 
-/* Releases an iterator with its object (counts 477). Null: nothing happens. */
+/* Releases an iterator with its object (counts 477). A null iterator is ignored. */
 MCAST6_API void MCAST6_DB_ReleaseL3McMvpnTnlElbIterator(Mcast6DbRes *iterator);
 
 /* Counts. '*count' is written on success only; no pointer may be null. Nothing is recorded.

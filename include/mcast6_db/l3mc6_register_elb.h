@@ -1,5 +1,6 @@
-/* l3mc6_register_elb: the register interfaces of layer-3 entries, one for each (VR, VRF, group, source). It records no error
- * statistics. A register record can be made from an egress record and delivered as one. */
+/* l3mc6_register_elb: the register interfaces of layer-3 entries, one for each (VR, VRF, group, source). It records no
+ * error statistics. An egress record can be converted into a register record, and a register record read as an egress
+ * record. */
 #ifndef MCAST6_DB_L3MC6_REGISTER_ELB_H
 #define MCAST6_DB_L3MC6_REGISTER_ELB_H
 
@@ -21,14 +22,14 @@ typedef struct L3Mc6RegOifEntry {
     Mcast6Ipv6Addr groupAddr;  /* key */
     Mcast6Ipv6Addr sourceAddr; /* key */
     uint32_t outIfIndex;
-    uint8_t host1[4]; /* neither stored nor touched */
+    uint8_t host1[4]; /* neither stored nor changed */
     uint32_t regAttrA;
     uint32_t regAttrB; /* stored in 64 bits */
     uint32_t instId;   /* VLAN or bridge domain */
-    uint8_t instType;  /* L3_REG_INST_ */
+    uint8_t instType;  /* an L3_REG_INST_ constant */
     uint8_t regAttrC;
     uint8_t regAttrD;
-    uint8_t host2; /* neither stored nor touched */
+    uint8_t host2; /* neither stored nor changed */
     uint8_t regHalfB[2];
     uint8_t regHalfA[2];
     uint8_t regCtxA[28]; /* opaque */
@@ -38,7 +39,7 @@ typedef struct L3Mc6RegOifEntry {
     uint64_t timeStampSmooth; /* seconds; the time of the last write */
 } L3Mc6RegOifEntry;
 
-/* Converts 'record' into the 128-byte database record 'row'. The byte at 63 is left as it is. Neither may be null. */
+/* Converts 'record' into the 128-byte database record 'row'. The byte at 63 is unchanged. Neither may be null. */
 MCAST6_API void MCAST6_DB_SetRegistItem(const L3Mc6RegOifEntry *record, void *row);
 
 /* Converts the 128-byte database record 'row' into 'record'. Neither may be null. */
@@ -47,7 +48,7 @@ MCAST6_API void MCAST6_DB_GetRegistData(const void *row, L3Mc6RegOifEntry *recor
 /* Writes the 40-byte primary key of 'record' and its key word, 0x00010028. None may be null. */
 MCAST6_API void MCAST6_DB_SetRegistKey(void *key, uint32_t *keyWord, const L3Mc6RegOifEntry *record);
 
-/* Makes an engine object, which the caller releases.
+/* Creates an engine object, which the caller releases.
  *   0      done; counts 252
  *   other  the engine's code; KPI 141 */
 MCAST6_API uint32_t MCAST6_DB_CreateL3McRegistOifObject(uint32_t objType, uint32_t connType, Mcast6DbHandle *object);
@@ -57,13 +58,13 @@ MCAST6_API void MCAST6_DB_ReleaseL3McRegistOifObject(Mcast6DbHandle object);
 
 /* Writes 'record' (not null).
  *   0      written, or the engine answered 13044; KPI 137
- *   1      the object could not be made; logged; KPI 138
+ *   1      the object could not be created; logged; KPI 138
  *   other  the engine's code; logged; KPI 138 */
 MCAST6_API uint32_t MCAST6_DB_WriteRegistOif(const L3Mc6RegOifEntry *record);
 
 /* Reads the record whose key is in 'record' (not null).
  *   0      found; 'record' is filled
- *   1      the object could not be made; logged
+ *   1      the object could not be created; logged
  *   60     no such record
  *   other  the engine's code; not logged */
 MCAST6_API uint32_t MCAST6_DB_ReadRegistOif(L3Mc6RegOifEntry *record);
@@ -73,8 +74,8 @@ MCAST6_API uint32_t MCAST6_DB_ReadRegistOif(L3Mc6RegOifEntry *record);
  *   other  the engine's code, 13044 included; logged; KPI 140 */
 MCAST6_API uint32_t MCAST6_DB_DeleteRegistOif(const L3Mc6RegOifEntry *record);
 
-/* Iterators that the caller releases with MCAST6_DB_ReleaseL3mcRegOifIterator. Null when one could not be made; KPI 142;
- * not logged. */
+/* Iterators that the caller releases with MCAST6_DB_ReleaseL3mcRegOifIterator. Null when one could not be created; KPI
+ * 142; not logged. */
 
 /* Over the records that match 'key', or over all when both are null. */
 MCAST6_API Mcast6DbRes *MCAST6_DB_CreateL3mcRegOifIterator(const Mcast6DbKeyDesc *descriptor, const void *key);
@@ -88,24 +89,25 @@ MCAST6_API Mcast6DbRes *MCAST6_DB_CreateL3mcRegOifIfIndexIterator(uint32_t ifInd
 /* Over the records of the instance (instId, instType) of 'record' (not null). */
 MCAST6_API Mcast6DbRes *MCAST6_DB_CreateL3mcRegOifVlanIterator(const L3Mc6RegOifEntry *record);
 
-/* Over the records with vrId, vrfId, groupAddr and sourceAddr of 'entry' (not null) whose regAttrC is the low byte of its
- * elbFlagA. */
+/* Over the records with vrId, vrfId, groupAddr and sourceAddr of 'entry' (not null) whose regAttrC is the low byte of
+ * its elbFlagA. */
 MCAST6_API Mcast6DbRes *MCAST6_DB_CreateL3mcRegOifVSGIterator(const L3Mc6ElbEntry *entry);
 
-/* Releases an iterator with its object. Null: nothing happens. */
+/* Releases an iterator with its object. A null iterator is ignored. */
 MCAST6_API void MCAST6_DB_ReleaseL3mcRegOifIterator(Mcast6DbRes *iterator);
 
 /* Steps 'iterator' and fills 'record' with the next record.
  *   0      a record
  *   1      'iterator' or 'record' is null, or the engine failed; logged
- *   60     the end, or the record vanished meanwhile */
+ *   60     the end, or the record was removed in the meantime */
 MCAST6_API uint32_t MCAST6_DB_GetL3mcRegOifEntry(Mcast6DbRes *iterator, L3Mc6RegOifEntry *record);
 
-/* The same, delivered as an egress record; what a register record does not hold is left as it is in 'entry'. */
+/* As MCAST6_DB_GetL3mcRegOifEntry, but fills an egress record; members of 'entry' that a register record does not hold
+ * are unchanged. */
 MCAST6_API uint32_t MCAST6_DB_GetL3mcRegOifEntryExt(Mcast6DbRes *iterator, L3Mc6ElbEntry *entry);
 
-/* Makes a register record of an egress record: elbAttrB, elbFlagA and elbFlagB keep their low bits, the instance follows
- * MCAST6_DB_TransVlanAndBdInfoToInst, 'host' members are left as they are. Neither may be null. */
+/* Converts an egress record into a register record: elbAttrB, elbFlagA and elbFlagB keep their low bits, the instance
+ * follows MCAST6_DB_TransVlanAndBdInfoToInst, 'host' members are unchanged. Neither may be null. */
 MCAST6_API void MCAST6_DB_TransElbEntryToRegElbEntry(const L3Mc6ElbEntry *entry, L3Mc6RegOifEntry *record);
 
 /* Sets instType and instId of 'record' from those of 'entry'; a kind that is neither VLAN nor bridge domain becomes

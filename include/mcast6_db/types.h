@@ -17,7 +17,7 @@ extern "C" {
 /* Results that are the library's own. */
 enum {
     MCAST6_DB_SUCCESS = 0,
-    MCAST6_DB_FAILED = 1,    /* null parameter, or a failure that an operation does not tell by the engine's code */
+    MCAST6_DB_FAILED = 1,    /* null parameter, or a failure for which an operation does not return the engine's code */
     MCAST6_DB_NO_RECORD = 60 /* no such record, or the end of an iteration */
 };
 
@@ -29,8 +29,8 @@ typedef struct Mcast6Ipv6Addr {
 /* Engine object or root iterator; 0 is none. */
 typedef uint64_t Mcast6DbHandle;
 
-/* Goes with every key: the key word (length in bytes in bits 0-15, kind in bits 16-23, index number in bits 24-31), then
- * 12 zero bytes. */
+/* Describes a key: the key word (length in bytes in bits 0-15, kind in bits 16-23, index number in bits 24-31), then 12
+ * zero bytes. */
 typedef struct Mcast6DbKeyDesc {
     uint32_t keyWord;
     uint32_t reserved[3];
