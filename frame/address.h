@@ -1,5 +1,5 @@
-// Addresses on their way between records, which hold words in host order, and rows, which hold bytes in network order:
-// what MCAST6_DB_SetAddress and MCAST6_DB_GetAddress do, for the conversions to take in whole.
+// Address conversion between records (words in host order) and rows (bytes in network order): MCAST6_DB_SetAddress and
+// MCAST6_DB_GetAddress as inline functions for the field maps.
 #pragma once
 
 #include <bit>
@@ -11,15 +11,16 @@
 
 namespace mcast6 {
 
-static_assert(std::endian::native == std::endian::little, "turning words, and joining halves of keys, relies on it");
+static_assert(std::endian::native == std::endian::little,
+              "swapping the bytes of addresses and joining halves of keys rely on it");
 
-// An address with the bytes of each word in the other order. It is turned in one vector register, as which it is also
-// copied: a processor that begins the next search while a record is on its way from memory runs out of integer registers
+// An address with the bytes of each word swapped. It is swapped and copied in one vector register. Integer registers
+// are scarce on the hot path: a processor that starts the next lookup while it waits for a record runs out of them
 // first.
-struct TurnedAddress {
+struct SwappedAddress {
     using Halfwords = uint16_t __attribute__((vector_size(sizeof(Mcast6Ipv6Addr))));
 
-    explicit TurnedAddress(const void* address) {
+    explicit SwappedAddress(const void* address) {
         memcpy(&halfwords, address, sizeof halfwords);
         halfwords = __builtin_shufflevector(halfwords, halfwords, 1, 0, 3, 2, 5, 4, 7, 6);
         halfwords = halfwords << 8 | halfwords >> 8;
@@ -29,14 +30,14 @@ struct TurnedAddress {
 };
 
 inline int setAddress(void* destination, uint32_t destinationSize, const void* source, uint32_t count) {
-    const TurnedAddress turned(source);
-    return memcpy_s(destination, destinationSize, &turned.halfwords, count);
+    const SwappedAddress swapped(source);
+    return memcpy_s(destination, destinationSize, &swapped.halfwords, count);
 }
 
 inline int getAddress(void* destination, uint32_t destinationSize, const void* source, uint32_t count) {
     const int code = memcpy_s(destination, destinationSize, source, count);
-    const TurnedAddress turned(destination);
-    memcpy(destination, &turned.halfwords, sizeof turned.halfwords);
+    const SwappedAddress swapped(destination);
+    memcpy(destination, &swapped.halfwords, sizeof swapped.halfwords);
     return code;
 }
 

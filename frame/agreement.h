@@ -1,6 +1,6 @@
-// Compares a table's field map and keys with the layout that the platform publishes, at compile time. The two are written
-// down apart, so each is the other's witness: what end-to-end offsets do not show, two fields of one width that changed
-// places, shows here.
+// Compares a table's field map and keys with the layout that the platform publishes, at compile time. The two are
+// written independently, so each checks the other. This finds what contiguous offsets cannot show: two fields of the
+// same width that are swapped.
 #pragma once
 
 #include <string_view>
@@ -10,7 +10,7 @@
 
 namespace mcast6 {
 
-// Declared, never defined: a disagreement ends, while compiling, at the call that names it.
+// Declared but never defined: a difference is a compile error at the call whose name describes it.
 void record_size_differs_from_the_published_layout();
 void row_lacks_a_published_field();
 void row_has_a_field_that_is_not_published();
@@ -27,7 +27,7 @@ constexpr void compareField(const layout::Field& published) {
     if (published.isScalar != Field::isScalar) field_kind_differs_from_the_published_layout();
 }
 
-// Whether the row is the published one, field by field; reserved bytes are not published.
+// Compares the row with the published one field by field; reserved bytes are not published.
 template <class Row>
 consteval bool agrees(uint16_t publishedSize, const auto& publishedFields) {
     if (publishedSize != Row::size) record_size_differs_from_the_published_layout();
@@ -51,7 +51,7 @@ consteval bool isPublished(const auto& publishedKeys) {
     return false;
 }
 
-// Whether there is a published key with this word: for keys of single values, of which nothing but the length is known.
+// Whether a published key has this key word. For keys made of separate values, of which only the length is known.
 consteval bool isPublishedWord(const auto& publishedKeys, uint32_t word) {
     for (const layout::Key& published : publishedKeys) {
         if (published.word == word) return true;

@@ -1,18 +1,18 @@
-// Codes by name: the engine's that mean something here, the operations' own results, and the object types.
+// Named constants: the engine codes that the operations distinguish, the operations' own results, the object types.
 #pragma once
 
 #include <cstdint>
 
 namespace mcast6 {
 
-// What the engine answers.
+// Engine codes.
 inline constexpr uint32_t kOk = 0;
 inline constexpr uint32_t kExistsOrAbsent = 13044;  // write of a present record, update or removal of an absent one
-inline constexpr uint32_t kNoSuchObject = 15005;    // no record with this key, or none at this position any more
+inline constexpr uint32_t kNoSuchObject = 15005;  // no record with this key, or the record at this position was removed
 inline constexpr uint32_t kEndOfIteration = 110012;
 inline constexpr uint32_t kTableFull = 110024;
 
-// What an operation answers besides engine codes.
+// Results of the operations' own.
 inline constexpr uint32_t kFailed = 1;
 inline constexpr uint32_t kNoRecord = 60;
 
@@ -40,7 +40,7 @@ enum class Error : uint8_t {
 
 inline constexpr uint32_t kLogLevel = 9;
 
-// Log ids, one for each group of tables.
+// Log ids, one per group of tables.
 inline constexpr uint32_t kLogLayer2Egress = 0x0F2E100F;
 inline constexpr uint32_t kLogLayer2Mfib = 0x0F2E1010;
 inline constexpr uint32_t kLogConfiguration = 0x0F2E1012;

@@ -1,12 +1,12 @@
-// Conversions between records and rows, time stamps and the primary key, from the field map of a table.
+// Conversions between records and rows, time stamps and primary keys, derived from a table's field map.
 #pragma once
 
 #include "frame/keys.h"
 
 namespace mcast6 {
 
-// Room for a row, all zero. It is cleared by chunks that are written out one by one, of which compilers make no string
-// instruction: that would cost as much as all the rest of a conversion.
+// A zeroed buffer for a row. It is cleared in chunks by separate statements, because compilers turn a loop or a memset
+// into a string instruction, which would cost as much as the rest of the conversion.
 template <size_t kSize>
 struct RowBuffer {
     RowBuffer() { clear(std::make_index_sequence<sizeof(RowBuffer) / sizeof(Chunk)>()); }
@@ -29,20 +29,20 @@ private:
 template <class Table>
 using RowOf = RowBuffer<Table::Row::size>;
 
-template <class Table, auto kTold = nullptr>
+template <class Table, auto kReported = nullptr>
 uint32_t setRow(const typename Table::Record* record, void* row) {
-    return Table::Row::template set<kTold>(*record, static_cast<std::byte*>(row),
-                                           static_cast<uint64_t>(MCAST6_DB_GetSysTime()));
+    return Table::Row::template set<kReported>(*record, static_cast<std::byte*>(row),
+                                               static_cast<uint64_t>(MCAST6_DB_GetSysTime()));
 }
 
-template <class Table, auto kTold = nullptr>
+template <class Table, auto kReported = nullptr>
 uint32_t getRecord(const void* row, typename Table::Record* record) {
-    const uint32_t told = Table::Row::template get<kTold>(static_cast<const std::byte*>(row), *record);
+    const uint32_t reported = Table::Row::template get<kReported>(static_cast<const std::byte*>(row), *record);
     Table::OnGet::get(*record);
-    return told;
+    return reported;
 }
 
-// Stamps a row with the current time, which it gives back: the smooth time always, the creation time when asked.
+// Stamps a row with the current time and returns it. Sets the smooth time always, the creation time if 'withCreate'.
 template <class Table>
 uint64_t stampRow(bool withCreate, void* row) {
     using Record = typename Table::Record;
@@ -54,7 +54,7 @@ uint64_t stampRow(bool withCreate, void* row) {
     return now;
 }
 
-// Stamps a row from a record as a conversion would, which may keep the record's creation time.
+// Stamps a row from a record as a conversion does; the field map may keep the record's creation time.
 template <class Table>
 void stampRowFrom(const typename Table::Record* record, void* row) {
     using Record = typename Table::Record;
@@ -64,7 +64,7 @@ void stampRowFrom(const typename Table::Record* record, void* row) {
     decltype(Table::Row::template fieldOf<&Record::timeStampSmooth>())::set(*record, bytes, now);
 }
 
-// Gives the code of the last address's copy.
+// Returns the code of the last address's copy.
 template <class Table>
 uint32_t putPrimaryKey(uint32_t* keyWord, void* key, const typename Table::Record* record) {
     *keyWord = Table::Primary::word;

@@ -1,12 +1,12 @@
-// Counts: of all records of a table, or of those with a key.
+// Counts: all records of a table, or those with a key.
 #pragma once
 
-#include "frame/ways_out.h"
+#include "frame/operation_outcomes.h"
 #include "mcast6_platform/engine.h"
 
 namespace mcast6 {
 
-// Where the engine puts a count: 32 bits are read, and an engine that fills 64 finds room.
+// Receives a count from the engine. 32 bits are used; the rest is room for an engine that writes 64.
 struct alignas(uint64_t) CountWord {
     uint32_t low = 0;
     uint32_t high = 0;
@@ -25,8 +25,8 @@ uint32_t countAll(uint32_t* count) {
     return code;
 }
 
-// Counts the records with a key with an object of type 9; '*count' is written on success. A failed count is told after
-// the object is gone.
+// Counts the records with a key, with an object of type 9. '*count' is written on success. A failed count is reported
+// after the object is released.
 template <class Table, const CountOutcomes& kOn>
 uint32_t countByKey(const Mcast6DbKeyDesc* descriptor, const void* key, uint32_t* count) {
     static_assert(releasesEach(0, kOn.createFailed, kOn.countFailed), "the count releases its object itself");
@@ -41,12 +41,12 @@ uint32_t countByKey(const Mcast6DbKeyDesc* descriptor, const void* key, uint32_t
     return kOk;
 }
 
-// Gives the number of records with a key; what it gives when the object cannot be made or the count fails, the outcomes
-// say.
+// Returns the number of records with a key. The outcomes say what it returns when the object cannot be created or the
+// count fails.
 template <class Table, const MatchOutcomes& kOn>
 uint32_t countMatches(const Mcast6DbKeyDesc* descriptor, const void* key) {
     static_assert(releasesEach(0, kOn.createFailed) && releasesEach(1, kOn.absent, kOn.countFailed),
-                  "a count: after the create every way out releases the object exactly once");
+                  "a count: after the create every exit releases the object exactly once");
     Step step;
     step.code = Table::objects.create(kCountObject, kConnType, &step.object);
     if (step.code != kOk) return conclude<Table, kOn, &MatchOutcomes::createFailed>(step);

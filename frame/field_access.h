@@ -1,5 +1,5 @@
 // Lists of field setters, which fill an object for an update, and of field getters, which read a record field by field.
-// A list is gone through in order and to the end; the codes are ORed.
+// A list is processed in order and to the end, even after a failure; the codes are ORed.
 #pragma once
 
 #include <type_traits>
@@ -28,7 +28,7 @@ struct SetsNow {
     }
 };
 
-// Sets the smooth time stamp of an object to the current time, and the creation time to the same when asked.
+// Sets the smooth time stamp of an object to the current time, and the creation time too if 'withCreate'.
 template <class Setter>
 uint32_t setStamps(Setter setSmooth, Setter setCreate, Mcast6DbHandle object, bool withCreate) {
     const auto now = static_cast<uint64_t>(MCAST6_DB_GetSysTime());
@@ -46,9 +46,10 @@ struct FieldSetters {
     }
 };
 
-// A getter that fails leaves its member as it is.
+// A getter that fails leaves its member unchanged.
 
-// A scalar, or bytes copied as long as the engine says, up to the member's width; the copy's code counts too.
+// A scalar, or bytes: as many as the engine reports, up to the member's width. The copy's code is included in the
+// result.
 template <auto kGetter, auto kMember>
 struct Gets {
     using Stored = TypeOf<kMember>;
@@ -68,7 +69,7 @@ struct Gets {
     }
 };
 
-// An address; only the getter's code counts.
+// An address. The result is the getter's code only.
 template <auto kGetter, auto kMember>
 struct GetsAddress {
     static uint32_t apply(Mcast6DbHandle object, RecordOf<kMember>& record) {

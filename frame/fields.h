@@ -1,16 +1,16 @@
 // Field maps: how a caller's record and a packed database record (a row) correspond, as a list of types.
 //
-// A table lists its row field by field, in row order, and both conversions, the keys and the comparison with the
-// platform's published layout follow from that one list:
+// A table lists its row field by field, in row order. Both conversions, the keys and the comparison with the platform's
+// published layout are derived from that one list:
 //
 //     using Row = mcast6::Row<68,
 //         Copy     < 0, &E::keyId1>,
 //         ReadsBack< 8, &E::addrType, 2>,
 //         Now      <36, &E::timeStampCreate>, ...>;
 //
-// The compiler checks that fields meet end to end and fill the row (bytes that are left alone are a Gap), and, through
-// agrees(), that names, offsets and widths are those of the layout. The conversions compile to plain moves: rows need no
-// alignment, all access goes through memcpy.
+// The compiler checks that the fields are contiguous and fill the row (unused bytes are a Gap). agrees() checks that
+// names, offsets and widths match the published layout. The conversions compile to plain moves. Rows need no alignment:
+// all access is through memcpy.
 #pragma once
 
 #include <cstddef>
@@ -59,7 +59,7 @@ Value load(const std::byte* place) {
     return value;
 }
 
-// A member's value, read and written by bytes: records with 4-byte packing hold 64-bit members out of alignment.
+// A member's value, accessed through memcpy: records with 4-byte packing hold unaligned 64-bit members.
 template <auto kMember>
 TypeOf<kMember> valueOf(const RecordOf<kMember>& record) {
     TypeOf<kMember> value;
@@ -71,7 +71,7 @@ void assign(RecordOf<kMember>& record, TypeOf<kMember> value) {
     memcpy(&(record.*kMember), &value, sizeof value);
 }
 
-// What all fields that have a member tell. 'Stored_' is the type in the row.
+// The base of all fields that have a member. 'Stored_' is the type in the row.
 template <uint16_t kOffset, auto kMember_, class Stored_>
 struct Place {
     using Record = RecordOf<kMember_>;
@@ -82,11 +82,11 @@ struct Place {
     static constexpr bool isScalar = std::is_integral_v<Stored>;
     static constexpr bool isReserved = false;
     static constexpr std::string_view name() { return memberName<kMember_>(); }
-    // The value as a key holds it; an address still in host order.
+    // The value as a key stores it, except that an address is still in host order.
     static auto stored(const Record& record) { return static_cast<Stored>(valueOf<kMember_>(record)); }
 };
 
-// Stored as it is: a scalar, or a block of bytes or words by way of memcpy_s.
+// Stored unchanged: a scalar, or a block of bytes or words copied by memcpy_s.
 template <uint16_t kOffset, auto kMember>
 struct Copy : Place<kOffset, kMember, TypeOf<kMember>> {
     using Base = Place<kOffset, kMember, TypeOf<kMember>>;
@@ -108,7 +108,7 @@ struct Copy : Place<kOffset, kMember, TypeOf<kMember>> {
     }
 };
 
-// A block of bytes or words of fixed width, moved as it is; Copy has memcpy_s move it, whose code may be asked for.
+// A block of bytes or words copied by plain memcpy. Use Copy where the code of memcpy_s is reported.
 template <uint16_t kOffset, auto kMember>
 struct Block : Place<kOffset, kMember, TypeOf<kMember>> {
     using Base = Place<kOffset, kMember, TypeOf<kMember>>;
@@ -122,7 +122,7 @@ struct Block : Place<kOffset, kMember, TypeOf<kMember>> {
     }
 };
 
-// A scalar stored in another width: the low bytes are kept, missing ones are zero, both ways.
+// A scalar stored in another width. Both conversions truncate or zero-extend.
 template <uint16_t kOffset, class Stored, auto kMember>
 struct Resized : Place<kOffset, kMember, Stored> {
     using Base = Place<kOffset, kMember, Stored>;
@@ -148,7 +148,7 @@ struct Address : Place<kOffset, kMember, Mcast6Ipv6Addr> {
     }
 };
 
-// A scalar stored as given that always reads back as one value.
+// A scalar that is stored unchanged but always reads back as kValue.
 template <uint16_t kOffset, auto kMember, auto kValue>
 struct ReadsBack : Copy<kOffset, kMember> {
     static int get(const std::byte* /*row*/, RecordOf<kMember>& record) {
@@ -157,7 +157,7 @@ struct ReadsBack : Copy<kOffset, kMember> {
     }
 };
 
-// Stored from one member, read back into that and another one.
+// Stored from one member, read back into that member and a second one.
 template <uint16_t kOffset, auto kMember, auto kAlso>
 struct CopyToBoth : Copy<kOffset, kMember> {
     static int get(const std::byte* row, RecordOf<kMember>& record) {
@@ -166,7 +166,7 @@ struct CopyToBoth : Copy<kOffset, kMember> {
     }
 };
 
-// A time stamp: the current time on every write, whatever the caller has there.
+// A time stamp: the current time on every write; the caller's value is ignored.
 template <uint16_t kOffset, auto kMember>
 struct Now : Copy<kOffset, kMember> {
     static int set(const RecordOf<kMember>& /*record*/, std::byte* row, uint64_t now) {
@@ -175,7 +175,7 @@ struct Now : Copy<kOffset, kMember> {
     }
 };
 
-// A time stamp: the caller's unless that is zero, then the current time.
+// A time stamp: the caller's value, or the current time if that is 0.
 template <uint16_t kOffset, auto kMember>
 struct KeptOrNow : Copy<kOffset, kMember> {
     static int set(const RecordOf<kMember>& record, std::byte* row, uint64_t now) {
@@ -185,7 +185,7 @@ struct KeptOrNow : Copy<kOffset, kMember> {
     }
 };
 
-// Bytes of the row that no conversion touches.
+// Bytes of the row that the conversions leave unchanged.
 template <uint16_t kOffset, uint16_t kWidth>
 struct Gap {
     static constexpr auto kMember = nullptr;
@@ -206,7 +206,7 @@ struct FieldName {
     }
 };
 
-// A field whose name in the database is not its member's.
+// A field whose database name differs from its member's name.
 template <FieldName kName, class Field>
 struct Named : Field {
     static constexpr std::string_view name() { return {kName.text, sizeof kName.text - 1}; }
@@ -231,20 +231,20 @@ template <uint16_t kSize, class... Fields>
 struct Row {
     static constexpr uint16_t size = kSize;
 
-    // Converts for writing. Gives the code of the copy of member 'kTold', 0 when none is asked for.
-    template <auto kTold = nullptr, class Record>
+    // Converts a record for writing. Returns the code of the copy of member 'kReported', or 0 if that is null.
+    template <auto kReported = nullptr, class Record>
     static uint32_t set(const Record& record, std::byte* row, uint64_t now) {
-        uint32_t told = 0;
-        (keepTold<kTold, Fields>(told, Fields::set(record, row, now)), ...);
-        return told;
+        uint32_t reported = 0;
+        (keepReported<kReported, Fields>(reported, Fields::set(record, row, now)), ...);
+        return reported;
     }
 
-    // Converts for reading; as set().
-    template <auto kTold = nullptr, class Record>
+    // Converts a row for reading. Returns as set() does.
+    template <auto kReported = nullptr, class Record>
     static uint32_t get(const std::byte* __restrict row, Record& __restrict record) {
-        uint32_t told = 0;
-        (keepTold<kTold, Fields>(told, Fields::get(row, record)), ...);
-        return told;
+        uint32_t reported = 0;
+        (keepReported<kReported, Fields>(reported, Fields::get(row, record)), ...);
+        return reported;
     }
 
     // Calls 'visit' with each field as a null pointer of its type, in row order.
@@ -260,9 +260,9 @@ struct Row {
     }
 
 private:
-    template <auto kTold, class Field>
-    static void keepTold(uint32_t& told, int code) {
-        if constexpr (sameMember<kTold, Field::kMember>()) told = static_cast<uint32_t>(code);
+    template <auto kReported, class Field>
+    static void keepReported(uint32_t& reported, int code) {
+        if constexpr (sameMember<kReported, Field::kMember>()) reported = static_cast<uint32_t>(code);
     }
 
     template <auto kMember, class First, class... Rest>
@@ -291,7 +291,7 @@ private:
     static_assert(endBefore(sizeof...(Fields)) == kSize, "the last field does not end where the row does");
 };
 
-// A constant that reading writes into the record although the row does not hold it.
+// A constant that reading writes into the record; the row does not hold it.
 template <auto kMember, auto kValue>
 struct GetWrites {
     static void get(RecordOf<kMember>& record) { assign<kMember>(record, static_cast<TypeOf<kMember>>(kValue)); }

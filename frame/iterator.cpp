@@ -1,4 +1,4 @@
-// Iterator handles, object caches and fast counts, on which the tables build theirs.
+// Iterator handles, object caches and fast counts: the base of those of the tables.
 #include "mcast6_db/iterator.h"
 
 #include "frame/operations.h"
@@ -8,7 +8,7 @@ namespace mcast6 {
 
 namespace {
 
-// What the cached objects of all tables share, told in the form that a table has.
+// Counters and outcomes of the cached objects, in the form of a table.
 struct Cache {
     enum Counter : uint32_t { kCreateFailed = 55, kResetFailed = 56 };
     static constexpr uint32_t logId = kLogLayer3;
@@ -20,8 +20,8 @@ struct Cache {
     };
 };
 
-// Makes the object and the root iterator of a handle; on failure nothing of them is left. A root iterator goes with its
-// object, so a failed property releases both.
+// Creates the object and the root iterator of a handle; on failure neither is left. Releasing the object releases its
+// root iterator, so a failed property releases both.
 bool buildIter(const Mcast6DbIterFuncs& funcs, const Mcast6DbKeyDesc* descriptor, const void* key, Mcast6DbRes& built) {
     if (funcs.create(kIterateObject, kConnType, &built.object) != kOk) return false;
     if (db_create_root_iter(built.object, descriptor, key, &built.rootIter) == kOk &&

@@ -1,35 +1,35 @@
-// Operations on iterators: build one, step it, release it.
+// Operations on iterators: create, step, release.
 #pragma once
 
 #include "frame/conversions.h"
-#include "frame/ways_out.h"
+#include "frame/operation_outcomes.h"
 #include "mcast6_platform/engine.h"
 
 namespace mcast6 {
 
-// Takes the effects of a failed construction; the handle is null.
-template <class Table, const auto& kOn, auto kWay>
+// Applies the outcome of a failed creation and returns a null handle.
+template <class Table, const auto& kOn, auto kExit>
 Mcast6DbRes* concludeNull(const Step& step) {
-    conclude<Table, kOn, kWay>(step);
+    conclude<Table, kOn, kExit>(step);
     return nullptr;
 }
 
 template <class Table, const IterOutcomes& kOn>
 Mcast6DbRes* createIter(const Mcast6DbKeyDesc* descriptor, const void* key) {
-    static_assert(releasesEach(0, kOn.failed), "a failed iterator has left no object");
+    static_assert(releasesEach(0, kOn.failed), "a failed iterator leaves no object");
     Mcast6DbRes* const iterator = MCAST6_DB_CreateIterCommon(&Table::objects, descriptor, key);
     if (iterator == nullptr) conclude<Table, kOn, &IterOutcomes::failed>({});
     return iterator;
 }
 
-// Sets the property that every root iterator gets: one record a step.
+// Sets the property that every root iterator gets: one record per step.
 inline uint32_t setOneRecordPerStep(Mcast6DbHandle rootIter) {
     constexpr uint32_t kRecordsPerStep = 0;
     constexpr uint32_t kOne = 1;
     return db_set_root_iterator_property(rootIter, kRecordsPerStep, &kOne, sizeof kOne);
 }
 
-// The steps of MCAST6_DB_CreateIterCommonWithDbRes, each with its own report. 'built' is written on success only.
+// As MCAST6_DB_CreateIterCommonWithDbRes, with an outcome for each step. 'built' is written on success only.
 template <class Table, const auto& kOn>
 uint32_t buildIterInto(Mcast6DbRes& built, const Mcast6DbKeyDesc* descriptor, const void* key) {
     using On = std::remove_cvref_t<decltype(kOn)>;
@@ -48,7 +48,7 @@ uint32_t buildIterInto(Mcast6DbRes& built, const Mcast6DbKeyDesc* descriptor, co
     return kOk;
 }
 
-// Puts what was built into a handle from the memory hook; null when there is no memory.
+// Copies an iterator into a handle from the memory hook. Returns null if there is no memory.
 template <class Table, const auto& kOn>
 Mcast6DbRes* allocateIter(const Mcast6DbRes& built) {
     using On = std::remove_cvref_t<decltype(kOn)>;
@@ -62,7 +62,7 @@ Mcast6DbRes* allocateIter(const Mcast6DbRes& built) {
     return iterator;
 }
 
-// The steps of MCAST6_DB_CreateIterCommon, each with its own report.
+// As MCAST6_DB_CreateIterCommon, with an outcome for each step.
 template <class Table, const BuildOutcomes& kOn>
 Mcast6DbRes* buildIter(const Mcast6DbKeyDesc* descriptor, const void* key) {
     Mcast6DbRes built{};
@@ -76,7 +76,7 @@ uint32_t readPosition(const Mcast6DbRes& iterator, RowOf<Table>& row) {
     return db_read_obj_with_buf(iterator.object, nullptr, nullptr, row.data(), row.size);
 }
 
-// 'kGet' is given where the entries of a table are converted otherwise than its keyed reads.
+// 'kGet' is given if a table converts the entries of an iterator differently from those of keyed reads.
 template <class Table, const EntryOutcomes& kOn = Table::onEntry, auto kGet = Table::get>
 uint32_t nextRecord(const Mcast6DbRes* iterator, typename Table::Record* record) {
     static_assert(
@@ -97,7 +97,7 @@ uint32_t nextRecord(const Mcast6DbRes* iterator, typename Table::Record* record)
     return conclude<Table, kOn, &EntryOutcomes::entry>(step);
 }
 
-// Steps an iterator and has 'readItem' read the record field by field from the handle's object.
+// Steps an iterator and calls 'readItem' to read the record field by field from the handle's object.
 template <class Table, const NextItemOutcomes& kOn, class ReadItem>
 uint32_t nextItem(const Mcast6DbRes* iterator, typename Table::Record* record, ReadItem readItem) {
     static_assert(releasesEach(0, kOn.nullHandle, kOn.ended, kOn.nextFailed, kOn.entry),
@@ -112,7 +112,7 @@ uint32_t nextItem(const Mcast6DbRes* iterator, typename Table::Record* record, R
     return conclude<Table, kOn, &NextItemOutcomes::entry>(step);
 }
 
-// Releases a handle with its object; the root iterator goes with the object.
+// Releases a handle and its object, which releases the root iterator.
 template <class Table>
 void releaseIter(Mcast6DbRes* iterator) {
     if (iterator == nullptr) return;

@@ -1,13 +1,13 @@
 // Keys: the descriptor that names a key and the packed bytes that go with it.
 //
-// A key is a list of the record's members, in the key's order; widths and address conversion come from the field map, so
-// that a key cannot disagree with the row. The key word is worked out from the list and compared, where a table declares
-// the key, with the number that readers look up:
+// A key is a list of the record's members, in the key's order. Widths and address conversion come from the field map,
+// so a key cannot disagree with the row. The key word is computed from the list. Where a table declares a key it
+// compares the computed word with the literal number that readers look up:
 //
 //     using ByGroup = SecondaryKey<Row, 5, &E::vrId, &E::vrfId, &E::groupAddr>;
 //     static_assert(ByGroup::word == 0x05090018);
 //
-// Keys of single values that the caller hands in are made with keyOf<word>(values...).
+// Keys of separate values that the caller passes are made with keyOf<word>(values...).
 #pragma once
 
 #include "frame/fields.h"
@@ -30,10 +30,11 @@ struct KeyBuffer {
     std::byte bytes[length]{};
 };
 
-// Two values as one word, joined in registers. The caller has mostly set them one by one a moment ago, and whoever looks
-// for the key loads whole words; but what was stored as two cannot be loaded as one before it has reached the cache.
+// Joins two 32-bit values to one 64-bit word in registers. The caller has usually just stored them separately, and the
+// lookup loads whole words. A 64-bit load from two recent 32-bit stores stalls until both have reached the cache,
+// because the processor cannot forward them.
 inline uint64_t joined(uint32_t first, uint32_t second) {
-    asm("" : "+r"(first), "+r"(second));  // else compilers load both at once
+    asm("" : "+r"(first), "+r"(second));  // keeps compilers from loading both at once
     return first | uint64_t{second} << 32;
 }
 
@@ -47,8 +48,8 @@ inline constexpr bool beginsWithTwoHalves<First, Second, Rest...> = std::is_inte
 template <class First, class Second, class... Rest>
 uint32_t putWordOfKey(uint32_t code, std::byte* place, const First& first, const Second& second, const Rest&... rest);
 
-// Puts the values one after the other: scalars in host order, addresses in network order. Gives the code of the last
-// address's copy, 'code' where there is none.
+// Writes the values one after the other: scalars in host order, addresses in network order. Returns the code of the
+// last address's copy, or 'code' if there is no address.
 inline uint32_t putKey(uint32_t code, std::byte* /*place*/) { return code; }
 
 template <class First, class... Rest>
@@ -70,7 +71,7 @@ uint32_t putWordOfKey(uint32_t code, std::byte* place, const First& first, const
     return putKey(code, place + sizeof first + sizeof second, rest...);
 }
 
-// A key of these values, joined in order; each is as wide as its type.
+// A key of these values in order, each as wide as its type.
 template <uint32_t kWord, class... Values>
 KeyBuffer<kWord> keyOf(const Values&... values) {
     static_assert((sizeof(Values) + ... + 0) == KeyBuffer<kWord>::length,
@@ -80,7 +81,7 @@ KeyBuffer<kWord> keyOf(const Values&... values) {
     return key;
 }
 
-// A part of a key that is the same in every record.
+// A part of a key that is the same for every record.
 template <class Value>
 struct Constant {
     Value value;
@@ -122,7 +123,7 @@ struct RecordKey {
     static constexpr uint16_t length = (KeyPartOf<Row, kParts>::width + ...);
     static constexpr uint32_t word = keyWord(kNumber, kKind, length);
 
-    // Writes the bytes of 'record''s key to 'place'; gives the code of the last address's copy.
+    // Writes the key of 'record' to 'place'. Returns the code of the last address's copy.
     static uint32_t put(std::byte* place, const auto& record) {
         return putKey(0, place, KeyPartOf<Row, kParts>::value(record)...);
     }

@@ -1,4 +1,4 @@
-// One line to the host's log, if it has registered a callback.
+// Logs one line, if the host has registered a callback.
 #pragma once
 
 #include "frame/codes.h"

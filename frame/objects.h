@@ -1,7 +1,7 @@
-// Engine objects: made and released for one operation, or made once and kept.
+// Engine objects: created and released for one operation, or created once and cached.
 #pragma once
 
-#include "frame/ways_out.h"
+#include "frame/operation_outcomes.h"
 
 namespace mcast6 {
 
@@ -20,7 +20,7 @@ void releaseObject(Mcast6DbHandle object) {
     MCAST6_DfxCounterInc(kCounter);
 }
 
-// Makes '*slot' hold a cached object that was just reset.
+// Ensures that '*slot' holds a cached object, and resets it.
 template <class Table, const CacheOutcomes& kOn>
 uint32_t obtainCached(uint32_t objType, uint32_t connType, Mcast6DbHandle* slot, const Mcast6DbCacheFuncs& funcs) {
     static_assert(releasesEach(0, kOn.createFailed, kOn.resetFailed), "cached objects are never released");

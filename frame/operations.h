@@ -1,10 +1,10 @@
 // The operations that tables share, written once.
 //
-// Each template is the algorithm of one kind of operation: it takes the steps, finds the way out, and concludes with the
-// outcome that the table gives for it (outcome.h). It has no switches: where a table's steps differ, and not just what
-// follows from them, the table has a short function of its own instead.
+// Each template is the algorithm of one kind of operation: it performs the steps, determines the exit, and applies the
+// outcome that the table gives for that exit (outcome.h). A template has no options: a table whose steps differ, rather
+// than just their outcomes, has a short function of its own.
 //
-// What a table gives (Table below):
+// What a table provides (Table below):
 //     Record                      the caller's record
 //     number, logId               row of the error statistics, log id of its messages
 //     objects                     its exported pair {create, release}, used for every object but cached ones
@@ -19,5 +19,5 @@
 #include "frame/field_access.h"
 #include "frame/iterators.h"
 #include "frame/objects.h"
+#include "frame/operation_outcomes.h"
 #include "frame/records.h"
-#include "frame/ways_out.h"

@@ -1,17 +1,18 @@
-// Outcomes: what a table does on each way out of an operation, as data.
+// Outcomes: what a table does at each exit of an operation, as data.
 //
-// The operations of all tables take the same steps and differ in what happens when a step ends: which counter moves,
+// The operations of all tables perform the same steps. They differ in what follows: which counter is incremented,
 // whether a line is logged before or after the object is released, what is recorded under which table number, what is
-// returned. So an operation template (operations.h) only finds the way out; the table says, for each, an ordered list of
-// effects and a result:
+// returned. So an operation template (operations.h) only determines the exit: null record, create failed, written and
+// so on. For each exit the table lists effects, in order, and a result:
 //
 //     .written     = {released, dfx(kWritten), returns(0)},
 //     .code13044   = {released, record(Error::code13044), dfx(kWritten), returns(0)},
 //     .writeFailed = {released, logCode("... failed, ret:%u."), record(Error::write), dfx(kWriteFailed), engineCode},
 //
-// Outcomes are constants and are taken apart at compile time: an operation compiles to straight calls, with no loop and no
-// test of what an outcome holds. There is no default outcome; a table that forgets one does not compile. Nor does a message
-// with another number of conversions than its effect has values, or a way that releases the object not at all or twice.
+// Outcomes are constants and are expanded at compile time: an operation compiles to straight calls, with no loop and no
+// test of an outcome's contents. There is no default outcome. These mistakes do not compile: a missing outcome, a
+// message whose number of conversions differs from the number of values that its effect logs, and an exit that releases
+// the object twice or not at all.
 #pragma once
 
 #include <cstddef>
@@ -25,7 +26,7 @@
 namespace mcast6 {
 
 struct Effect {
-    enum class Kind : uint8_t { release, log, logCode, logObject, dfx, kpi, record, tell };
+    enum class Kind : uint8_t { release, log, logCode, logObject, dfx, kpi, record, call };
     static constexpr uint32_t kOfTable = ~uint32_t{0};  // the table's own log id or table number
 
     Kind kind;
@@ -35,7 +36,7 @@ struct Effect {
     void (*function)() = nullptr;
 };
 
-// Declared, never defined: effects are constants, so a message that breaks the rule does not compile.
+// Declared but never defined: effects are constants, so a message that breaks the rule does not compile.
 void log_takes_a_message_without_conversions();
 void logCode_takes_a_message_with_exactly_one_conversion();
 void logObject_takes_a_message_with_exactly_three_conversions();
@@ -46,7 +47,7 @@ constexpr int conversions(const char* text) {
     return count;
 }
 
-// The effects. A message stands whole in the table's file; 'logId' is given only where it is not the table's own.
+// The effects. A message is one whole literal in the table's file. 'logId' is given only if it is not the table's own.
 inline constexpr Effect released{.kind = Effect::Kind::release};
 
 consteval Effect log(const char* text, uint32_t logId = Effect::kOfTable) {
@@ -54,13 +55,13 @@ consteval Effect log(const char* text, uint32_t logId = Effect::kOfTable) {
     return {.kind = Effect::Kind::log, .owner = logId, .text = text};
 }
 
-// Logs what the step before returned.
+// Logs the code of the last step.
 consteval Effect logCode(const char* text, uint32_t logId = Effect::kOfTable) {
     if (conversions(text) != 1) logCode_takes_a_message_with_exactly_one_conversion();
     return {.kind = Effect::Kind::logCode, .owner = logId, .text = text};
 }
 
-// Logs objType, connType and what the step before returned.
+// Logs objType, connType and the code of the last step.
 consteval Effect logObject(const char* text, uint32_t logId = Effect::kOfTable) {
     if (conversions(text) != 3) logObject_takes_a_message_with_exactly_three_conversions();
     return {.kind = Effect::Kind::logObject, .owner = logId, .text = text};
@@ -70,13 +71,13 @@ consteval Effect dfx(uint32_t counter) { return {.kind = Effect::Kind::dfx, .num
 
 consteval Effect kpi(uint32_t indicator) { return {.kind = Effect::Kind::kpi, .number = indicator}; }
 
-// Records an error kind, under another table's number where one is given.
+// Records an error kind, under another table's number if one is given.
 consteval Effect record(Error error, uint32_t tableNumber = Effect::kOfTable) {
     return {.kind = Effect::Kind::record, .number = static_cast<uint32_t>(error), .owner = tableNumber};
 }
 
 // Calls a host function.
-consteval Effect tells(void (*function)()) { return {.kind = Effect::Kind::tell, .function = function}; }
+consteval Effect calls(void (*function)()) { return {.kind = Effect::Kind::call, .function = function}; }
 
 struct Result {
     bool isCode;
@@ -85,7 +86,7 @@ struct Result {
 
 consteval Result returns(uint32_t value) { return {false, value}; }
 
-// The result is what the step before returned.
+// The result is the code of the last step.
 inline constexpr Result engineCode{true, 0};
 
 // The result is a null handle.
@@ -102,7 +103,7 @@ struct Outcome {
     template <class... Parts>
     consteval Outcome(Parts... parts) {  // NOLINT(google-explicit-constructor): tables write {effect, ..., result}
         static_assert(sizeof...(Parts) >= 1 && sizeof...(Parts) <= kMaxEffects + 1, "effects, then one result");
-        (take(parts), ...);
+        (add(parts), ...);
     }
 
     static consteval Outcome untested() {
@@ -118,14 +119,14 @@ struct Outcome {
     }
 
 private:
-    constexpr void take(const Effect& effect) { effects[effectCount++] = effect; }
-    constexpr void take(const Result& last) { result = last; }
+    constexpr void add(const Effect& effect) { effects[effectCount++] = effect; }
+    constexpr void add(const Result& last) { result = last; }
 };
 
-// Stands where a table does not look for a null: the caller guarantees that there is none.
+// For a table that does not check for null: the caller guarantees that there is none.
 inline constexpr Outcome callerGuarantees = Outcome::untested();
 
-// What the effects of an outcome may speak of.
+// The values that the effects of an outcome use.
 struct Step {
     uint32_t code = kOk;
     Mcast6DbHandle object = 0;
@@ -133,9 +134,9 @@ struct Step {
     uint32_t connType = kConnType;
 };
 
-template <class Table, const auto& kOn, auto kWay, size_t kIndex>
-[[gnu::always_inline]] inline void takeEffect([[maybe_unused]] const Step& step) {
-    constexpr Effect effect = (kOn.*kWay).effects[kIndex];
+template <class Table, const auto& kOn, auto kExit, size_t kIndex>
+[[gnu::always_inline]] inline void applyEffect([[maybe_unused]] const Step& step) {
+    constexpr Effect effect = (kOn.*kExit).effects[kIndex];
     using Kind = Effect::Kind;
     if constexpr (effect.kind == Kind::release) {
         Table::objects.release(step.object);
@@ -143,7 +144,7 @@ template <class Table, const auto& kOn, auto kWay, size_t kIndex>
         MCAST6_DfxCounterInc(effect.number);
     } else if constexpr (effect.kind == Kind::kpi) {
         MCAST6_KPI_AddKpiData(effect.number);
-    } else if constexpr (effect.kind == Kind::tell) {
+    } else if constexpr (effect.kind == Kind::call) {
         effect.function();
     } else if constexpr (effect.kind == Kind::record) {
         if constexpr (effect.owner == Effect::kOfTable) {
@@ -162,12 +163,12 @@ template <class Table, const auto& kOn, auto kWay, size_t kIndex>
     }
 }
 
-// Takes the effects of one way out, in order, and gives its result. 'kOn' is the table's outcomes of the operation,
-// 'kWay' the member that names the way.
-template <class Table, const auto& kOn, auto kWay>
+// Applies the effects of one exit, in order, and returns its result. 'kOn' is the table's outcomes of the operation,
+// 'kExit' the member for the exit.
+template <class Table, const auto& kOn, auto kExit>
 [[gnu::always_inline]] inline uint32_t conclude(const Step& step) {
-    constexpr Outcome outcome = kOn.*kWay;
-    [&]<size_t... kIndex>(std::index_sequence<kIndex...>) { (takeEffect<Table, kOn, kWay, kIndex>(step), ...); }
+    constexpr Outcome outcome = kOn.*kExit;
+    [&]<size_t... kIndex>(std::index_sequence<kIndex...>) { (applyEffect<Table, kOn, kExit, kIndex>(step), ...); }
     (std::make_index_sequence<outcome.effectCount>{});
     return outcome.result.isCode ? step.code : outcome.result.value;
 }

@@ -16,7 +16,8 @@ uint32_t readRow(Mcast6DbHandle object, const typename Table::Record& record, Ro
 
 template <class Table, const KeyedReadOutcomes& kOn>
 uint32_t keyedRead(typename Table::Record* record, Mcast6DbHandle object) {
-    static_assert(releasesEach(0, kOn.found, kOn.absent, kOn.readFailed), "a given object is its giver's to release");
+    static_assert(releasesEach(0, kOn.found, kOn.absent, kOn.readFailed),
+                  "the caller releases the object that it passes");
     RowOf<Table> row;
     const Step step{.code = readRow<Table>(object, *record, row), .object = object};
     if (step.code == kNoSuchObject) return conclude<Table, kOn, &KeyedReadOutcomes::absent>(step);
@@ -25,7 +26,7 @@ uint32_t keyedRead(typename Table::Record* record, Mcast6DbHandle object) {
     return conclude<Table, kOn, &KeyedReadOutcomes::found>(step);
 }
 
-// A keyed read with an object made for it, which is released whatever the read says.
+// A keyed read with its own object, which is released whatever the result.
 template <class Table, const GivenObjectOutcomes& kOn, const KeyedReadOutcomes& kOnRead>
 uint32_t readWithOwnObject(typename Table::Record* record) {
     static_assert(releasesEach(0, kOn.nullRecord, kOn.createFailed), "a read: there is no object to release yet");
@@ -40,14 +41,14 @@ uint32_t readWithOwnObject(typename Table::Record* record) {
     return code;
 }
 
-// Whether the object of a read goes back after the row is converted, or before.
+// Whether the row of a read is converted before its object is released, or after.
 enum class Conversion { beforeRelease, afterRelease };
 
 template <class Table, Conversion kConversion = Conversion::beforeRelease, const ReadOutcomes& kOn = Table::onRead>
 uint32_t readRecord(typename Table::Record* record) {
     static_assert(
         releasesEach(0, kOn.nullRecord, kOn.createFailed) && releasesEach(1, kOn.found, kOn.absent, kOn.readFailed),
-        "onRead: after the create every way out releases the object exactly once");
+        "onRead: after the create every exit releases the object exactly once");
     if constexpr (kOn.nullRecord.isTested) {
         if (record == nullptr) return conclude<Table, kOn, &ReadOutcomes::nullRecord>({});
     }
@@ -65,11 +66,12 @@ uint32_t readRecord(typename Table::Record* record) {
     return result;
 }
 
-// A write from the object on: converts, sets all fields, writes, and releases the object on every way out.
+// The part of a write that follows the create: converts, sets all fields, writes, and releases the object at every
+// exit.
 template <class Table, const auto& kOn>
 uint32_t writeOn(Mcast6DbHandle object, const typename Table::Record* record) {
     static_assert(releasesEach(1, kOn.setFailed, kOn.written, kOn.code13044, kOn.writeFailed),
-                  "onWrite: after the create every way out releases the object exactly once");
+                  "onWrite: after the create every exit releases the object exactly once");
     Step step{.object = object};
     RowOf<Table> row;
     Table::set(record, row.data());
@@ -99,23 +101,24 @@ uint32_t writeRecord(const typename Table::Record* record) {
     return writeOn<Table, kOn>(step.object, record);
 }
 
-// An update from the set object on: updates the record with this key and releases the object on every way out.
+// The part of an update that follows the setters: updates the record with this key and releases the object at every
+// exit.
 template <class Table, const UpdateOutcomes& kOn>
 uint32_t updateOn(Mcast6DbHandle object, const KeyBuffer<Table::Primary::word>& key) {
     static_assert(releasesEach(1, kOn.updated, kOn.code13044, kOn.updateFailed),
-                  "an update: after the create every way out releases the object exactly once");
+                  "an update: after the create every exit releases the object exactly once");
     const Step step{.code = db_update_obj(object, &key.descriptor, key.bytes), .object = object};
     if (step.code == kOk) return conclude<Table, kOn, &UpdateOutcomes::updated>(step);
     if (step.code == kExistsOrAbsent) return conclude<Table, kOn, &UpdateOutcomes::code13044>(step);
     return conclude<Table, kOn, &UpdateOutcomes::updateFailed>(step);
 }
 
-// Changes the stored record with the key of 'record' in the fields that 'setFields' sets on the object it is given. A
-// failed setter ends the update.
+// Updates the stored record with the key of 'record': the fields that 'setFields' sets on the object. A failed setter
+// ends the update.
 template <class Table, const UpdateOutcomes& kOn, class SetFields>
 uint32_t updateRecordWith(const typename Table::Record* record, SetFields setFields) {
     static_assert(releasesEach(0, kOn.nullRecord, kOn.createFailed) && releasesEach(1, kOn.setFailed),
-                  "an update: after the create every way out releases the object exactly once");
+                  "an update: after the create every exit releases the object exactly once");
     if constexpr (kOn.nullRecord.isTested) {
         if (record == nullptr) return conclude<Table, kOn, &UpdateOutcomes::nullRecord>({});
     }
@@ -129,7 +132,7 @@ uint32_t updateRecordWith(const typename Table::Record* record, SetFields setFie
     return updateOn<Table, kOn>(step.object, key);
 }
 
-// The same with a list of setters.
+// As updateRecordWith, with a list of setters.
 template <class Table, const UpdateOutcomes& kOn, class Setters>
 uint32_t updateRecord(const typename Table::Record* record) {
     return updateRecordWith<Table, kOn>(record, [](Mcast6DbHandle object, const typename Table::Record* given) {
@@ -141,7 +144,7 @@ template <class Table, const auto& kOn = Table::onRemove>
 uint32_t removeRecord(const typename Table::Record* record) {
     static_assert(releasesEach(0, kOn.nullRecord, kOn.createFailed) &&
                       releasesEach(1, kOn.removed, kOn.code13044, kOn.removeFailed),
-                  "onRemove: after the create every way out releases the object exactly once");
+                  "onRemove: after the create every exit releases the object exactly once");
     if constexpr (kOn.nullRecord.isTested) {
         if (record == nullptr) return conclude<Table, kOn, &RemoveOutcomes::nullRecord>({});
     }

@@ -1,10 +1,10 @@
-// Fast scans: iterators that reuse one process-wide object and root iterator instead of making their own.
+// Fast scans: iterators that reuse one process-wide object and root iterator instead of creating their own.
 //
-// A scan handle holds the cached pair and a flag. The first fast scan makes the pair, every fast scan resets it, and as
-// long as one is out (the flag is set) another one gets an ordinary iterator. Releasing the cached object only clears the
-// flag, so the release operation of such a table asks for it first. The root iterator keeps the index that it was made on:
-// all fast scans of a table use keys of one index. The flag is a plain word; a host makes fast scans of one table from one
-// thread.
+// A scan handle holds the cached pair and a flag. The first fast scan creates the pair, and every fast scan resets it.
+// While a fast scan is in progress (the flag is set) a second one gets an ordinary iterator. Releasing the cached
+// object only clears the flag, so the release operation of such a table checks for it first. The root iterator keeps
+// the index it was created on: all fast scans of a table use keys of one index. The flag is a plain word: a host runs
+// the fast scans of one table from one thread.
 #pragma once
 
 #include "frame/operations.h"
@@ -18,15 +18,15 @@ struct FastScanOutcomes {
     Outcome allocationFailed;
 };
 
-// Whether 'object' was the scan handle's and is thereby given back. No object and an empty handle are equal too.
-inline bool givenBack(Mcast6DbScanHandle& scan, Mcast6DbHandle object) {
+// If 'object' is the scan handle's, marks the handle as free and returns true. Object 0 and an empty handle also match.
+inline bool returnedToScan(Mcast6DbScanHandle& scan, Mcast6DbHandle object) {
     if (object != scan.object) return false;
     scan.inUse = 0;
     return true;
 }
 
-// Makes '*slot' hold a cached root iterator that stands before the records of 'key': makes one when the slot is 0, resets it
-// in any case. One whose first reset fails is not kept.
+// Ensures that '*slot' holds a cached root iterator, positioned before the records of 'key': creates one if the slot is
+// 0, and resets it in any case. One whose first reset fails is not kept in the slot.
 template <class Table, const CacheOutcomes& kOn>
 uint32_t obtainCachedIter(Mcast6DbHandle object, const Mcast6DbKeyDesc* descriptor, const void* key,
                           Mcast6DbHandle* slot) {
@@ -42,7 +42,7 @@ uint32_t obtainCachedIter(Mcast6DbHandle object, const Mcast6DbKeyDesc* descript
     return kOk;
 }
 
-// An iterator on the table's scan handle, or an ordinary one while that is in use.
+// Returns an iterator on the table's scan handle, or an ordinary one while that is in use.
 template <class Table, const FastScanOutcomes& kOn>
 Mcast6DbRes* fastScan(const Mcast6DbKeyDesc* descriptor, const void* key) {
     static_assert(releasesEach(0, kOn.objectFailed, kOn.iteratorFailed, kOn.propertyFailed, kOn.allocationFailed),

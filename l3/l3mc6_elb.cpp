@@ -142,7 +142,7 @@ uint32_t MCAST6_DB_CreateL3ElbObject(uint32_t objType, uint32_t connType, Mcast6
 }
 
 void MCAST6_DB_ReleaseL3ElbObject(Mcast6DbHandle object) {
-    if (givenBack(g_l3Elb6ScanDbHandle, object)) return;
+    if (returnedToScan(g_l3Elb6ScanDbHandle, object)) return;
     releaseObject<Table, kReleased>(object);
 }
 

@@ -90,7 +90,7 @@ struct Table {
     static constexpr RemoveOutcomes onRemove{
         .nullRecord   = callerGuarantees,
         .createFailed = {logCode("MCAST6_DB_DeleteL3Mfib, create db object failed, ret:%u."), kpi(kDeleteFailed), engineCode},
-        .removed      = {released, tells(MCAST6_TRAP_DecreaseMfib6DbCnt), kpi(kDeleted), returns(0)},
+        .removed      = {released, calls(MCAST6_TRAP_DecreaseMfib6DbCnt), kpi(kDeleted), returns(0)},
         .code13044    = {released, record(Error::code13044), kpi(kDeleted), returns(0)},  // the host is not told
         .removeFailed = {released, record(Error::remove), logCode("MCAST6_DB_DeleteL3Mfib, db remove obj fail, ret:%u."), kpi(kDeleteFailed), engineCode},
     };

@@ -125,7 +125,7 @@ uint32_t MCAST6_DB_CreateL3SubElbObject(uint32_t objType, uint32_t connType, Mca
 }
 
 void MCAST6_DB_ReleaseL3SubElbObject(Mcast6DbHandle object) {
-    if (!givenBack(g_l3SubElb6ScanDbHandle, object)) Table::accessors.release(object);
+    if (!returnedToScan(g_l3SubElb6ScanDbHandle, object)) Table::accessors.release(object);
     MCAST6_DfxCounterInc(kReleased);  // in either case
 }
 

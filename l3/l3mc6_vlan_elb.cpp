@@ -173,7 +173,7 @@ uint32_t MCAST6_DB_CreateVlanElbObject(uint32_t objType, uint32_t connType, Mcas
 }
 
 void MCAST6_DB_ReleaseVlanElbStatObject(Mcast6DbHandle object) {
-    if (!givenBack(g_l3VlanElb6ScanDbHandle, object)) Table::accessors.release(object);
+    if (!returnedToScan(g_l3VlanElb6ScanDbHandle, object)) Table::accessors.release(object);
     MCAST6_DfxCounterInc(kReleased);  // in either case
 }
 

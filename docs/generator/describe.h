@@ -43,7 +43,7 @@ inline std::string textOf(const Effect& effect) {
             return "counter " + number;
         case Effect::Kind::kpi:
             return "KPI " + number;
-        case Effect::Kind::tell:
+        case Effect::Kind::call:
             return "tell the host";
         case Effect::Kind::record:
             return "record " + number + (isElsewhere ? " under " + std::to_string(effect.owner) : "");

@@ -1,4 +1,4 @@
-// The ways out of each kind of operation. A table gives one outcome for every member; see outcome.h.
+// The exits of each kind of operation. A table gives one outcome for every member; see outcome.h.
 #pragma once
 
 #include "frame/outcome.h"
@@ -18,14 +18,14 @@ struct ReadOutcomes {
     Outcome readFailed;
 };
 
-// A read with an object that is there already.
+// A read with an object that the caller provides.
 struct KeyedReadOutcomes {
     Outcome found;
     Outcome absent;
     Outcome readFailed;
 };
 
-// How a read comes by its object where the read itself is a keyed read with outcomes of its own.
+// The exits before a keyed read: those of the steps that obtain its object.
 struct GivenObjectOutcomes {
     Outcome nullRecord;
     Outcome createFailed;
@@ -40,7 +40,7 @@ struct WriteOutcomes {
     Outcome writeFailed;
 };
 
-// For a table whose write tells a full table (110024) from other failures.
+// For a table whose write distinguishes a full table (110024) from other failures.
 struct LimitedWriteOutcomes : WriteOutcomes {
     Outcome tableFull;
 };
@@ -62,7 +62,7 @@ struct RemoveOutcomes {
     Outcome removeFailed;
 };
 
-// For a table to whose removal 15005 means something else than a failure.
+// For a table whose removal does not treat 15005 as a failure.
 struct RemoveOrAbsentOutcomes : RemoveOutcomes {
     Outcome code15005;
 };
@@ -76,12 +76,12 @@ struct EntryOutcomes {
     Outcome readFailed;
 };
 
-// An iterator that the frame builds.
+// An iterator that the frame creates.
 struct IterOutcomes {
     Outcome failed;
 };
 
-// An iterator that a module builds itself, with a report of its own for each step.
+// An iterator with an outcome for each step of its creation.
 struct BuildOutcomes {
     Outcome createFailed;
     Outcome rootIterFailed;
@@ -89,7 +89,7 @@ struct BuildOutcomes {
     Outcome allocationFailed;
 };
 
-// The same into a handle of the caller's.
+// As BuildOutcomes, into a handle that the caller provides.
 struct BuildIntoOutcomes {
     Outcome createFailed;
     Outcome rootIterFailed;
@@ -121,7 +121,7 @@ struct MatchOutcomes {
     Outcome countFailed;
 };
 
-// How a table reaches the objects of the engine.
+// The generated accessors of a table's engine objects.
 struct Accessors {
     Mcast6DbCreateFunc create;
     void (*release)(Mcast6DbHandle object);
