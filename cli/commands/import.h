@@ -5,12 +5,12 @@
 #include <fmt/format.h>
 
 #include <cstdint>
-#include <cstring>
 #include <string>
 
 #include "cli/failure.h"
 #include "cli/options/command.h"
 #include "cli/output/output.h"
+#include "kernel/apply/table_operations.h"
 
 namespace mcast6::ctl {
 
@@ -30,40 +30,13 @@ struct FateCounts {
     uint64_t sum() const;
 };
 
-// Takes these members from the capture and leaves the host's own. Returns whether anything changed.
-template <class Record, auto... kMembers>
-bool mergeMembers([[maybe_unused]] const Record& captured, [[maybe_unused]] Record& stored) {
-    bool changed = false;
-    [[maybe_unused]] const auto take = [&](const auto& from, auto& to) {
-        changed |= std::memcmp(&from, &to, sizeof to) != 0;
-        std::memcpy(&to, &from, sizeof to);
-    };
-    (take(captured.*kMembers, stored.*kMembers), ...);
-    return changed;
-}
-
-// The operations of a table that an import uses.
-template <class Record>
-struct ImportTable {
-    const char* databaseName;
-    uint32_t (*read)(Record*);
-    uint32_t absentCode;  // what 'read' answers when there is no such record
-    uint32_t (*write)(const Record*);
-    uint32_t (*restamp)(const Record*);
-    // Puts what the capture tells into a record of the same key, and leaves the rest. Returns whether anything changed.
-    bool (*merge)(const Record& captured, Record& stored);
-    uint32_t Record::*smoothVersion = nullptr;     // null: the record has none
-    uint32_t Record::*appSrcPid = nullptr;         // the same
-    uint32_t (*replace)(const Record*) = nullptr;  // null: 'write' replaces
-};
-
 // The smooth version and the process that an import's records get.
 struct Stamp {
     uint32_t smoothVersion;
     uint32_t pid;
 
     template <class Record>
-    void put(const ImportTable<Record>& table, Record& record) const {
+    void put(const kernel::TableOperations<Record>& table, Record& record) const {
         if (table.smoothVersion != nullptr) record.*table.smoothVersion = smoothVersion;
         if (table.appSrcPid != nullptr) record.*table.appSrcPid = pid;
     }
@@ -72,7 +45,7 @@ struct Stamp {
 // Brings 'captured' into the table. Throws Failure when the library fails; nothing was changed then, unless 'replace' takes
 // more than one step.
 template <class Record>
-Fate importRecord(const ImportTable<Record>& table, Record captured, const Stamp& stamp) {
+Fate importRecord(const kernel::TableOperations<Record>& table, Record captured, const Stamp& stamp) {
     stamp.put(table, captured);
     Record record = captured;
     const uint32_t found = table.read(&record);

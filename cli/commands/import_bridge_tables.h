@@ -23,7 +23,7 @@ public:
 
 private:
     template <class Record>
-    void bring(const ImportTable<Record>& table, const Record& record);
+    void bring(const kernel::TableOperations<Record>& table, const Record& record);
 
     BridgeReport& report_;
     Stamp stamp_;

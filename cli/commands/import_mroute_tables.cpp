@@ -6,17 +6,13 @@
 
 #include <algorithm>
 
-#include "cli/commands/forwarding_process.h"
 #include "cli/tables/l3.h"
-#include "mcast6_db/l3mc6_bd_tnl_elb.h"
-#include "mcast6_db/l3mc6_bd_untag_elb.h"
-#include "mcast6_db/l3mc6_elb.h"
-#include "mcast6_db/l3mc6_glbcfg.h"
-#include "mcast6_db/l3mc6_register_elb.h"
-#include "mcast6_db/l3mc6_vlan_elb.h"
-#include "mcast6_platform/engine.h"
+#include "kernel/apply/layer3_tables.h"
 
 namespace mcast6::ctl {
+
+using namespace kernel;
+
 namespace {
 
 constexpr uint32_t kIpv6 = 2;     // addrType
@@ -28,83 +24,6 @@ using Register = L3Mc6RegOifEntry;
 using Plain = L3Mc6ElbEntry;
 using Vlan = L3Mc6ElbEntryExt;
 using Domain = L3BdElb6Entry;
-
-// The library stamps the version into the record that it is given.
-uint32_t writeGlobal(const Global* record) {
-    Global stamped = *record;
-    return MCAST6_DB_WriteGlbCfg(&stamped);
-}
-
-constexpr ImportTable<Entry> kEntries{
-    .databaseName = "l3mc6_mfib",
-    .read = MCAST6_DB_ReadL3MfibFast,
-    .absentCode = MCAST6_DB_NO_SUCH_RECORD,
-    .write = MCAST6_DB_WriteL3Mfib,
-    .restamp = MCAST6_DB_UpdateL3MfibSmoothVersion,
-    .merge = mergeMembers<Entry, &Entry::inIfIndex, &Entry::regIfIndex>,
-    .smoothVersion = &Entry::smoothVersion,
-    .appSrcPid = &Entry::appSrcPid,
-};
-
-constexpr ImportTable<Global> kGlobals{
-    .databaseName = "l3mc6_glbcfg",
-    .read = MCAST6_DB_ReadGlbCfg,
-    .absentCode = MCAST6_DB_NO_SUCH_RECORD,
-    .write = writeGlobal,
-    .restamp = MCAST6_DB_UpdateGlbCfgSmoothVersion,
-    .merge = mergeMembers<Global, &Global::cfgWord3>,
-    .smoothVersion = &Global::smoothVersion,
-};
-
-// The tables of these three have no operation that re-stamps; a write of the same record renews its smooth time.
-constexpr ImportTable<Register> kRegisters{
-    .databaseName = "l3mc6_register_elb",
-    .read = MCAST6_DB_ReadRegistOif,
-    .absentCode = MCAST6_DB_NO_RECORD,
-    .write = MCAST6_DB_WriteRegistOif,
-    .restamp = MCAST6_DB_WriteRegistOif,
-    .merge = mergeMembers<Register, &Register::outIfIndex>,
-};
-
-constexpr ImportTable<Plain> kPlains{
-    .databaseName = "l3mc6_elb",
-    .read = MCAST6_DB_ReadL3ElbFast,
-    .absentCode = MCAST6_DB_NO_SUCH_RECORD,
-    .write = writeOutgoingInterface,
-    .restamp = writeOutgoingInterface,
-    .merge = mergeMembers<Plain>,
-};
-
-constexpr ImportTable<Vlan> kVlans{
-    .databaseName = "l3mc6_vlan_elb",
-    .read = MCAST6_DB_ReadVlanElb,
-    .absentCode = MCAST6_DB_NO_RECORD,
-    .write = MCAST6_DB_WriteVlanElb,
-    .restamp = MCAST6_DB_WriteVlanElb,
-    .merge = mergeMembers<Vlan>,
-};
-
-constexpr ImportTable<Domain> kBridges{
-    .databaseName = "l3mc6_bd_untag_elb",
-    .read = MCAST6_DB_ReadL3McBdUntagElb,
-    .absentCode = MCAST6_DB_NO_SUCH_RECORD,
-    .write = MCAST6_DB_WriteL3McBdUntagElb,
-    .restamp = MCAST6_DB_UpdateL3McBdUntagElbSmoothVersion,
-    .merge = mergeMembers<Domain>,
-    .smoothVersion = &Domain::smoothVersion,
-    .appSrcPid = &Domain::appSrcPid,
-};
-
-constexpr ImportTable<Domain> kTunnels{
-    .databaseName = "l3mc6_bd_tnl_elb",
-    .read = MCAST6_DB_ReadL3McBdTnlElb,
-    .absentCode = MCAST6_DB_NO_SUCH_RECORD,
-    .write = MCAST6_DB_WriteL3McBdTnlElb,
-    .restamp = MCAST6_DB_UpdateL3McBdTnlElbSmoothVersion,
-    .merge = mergeMembers<Domain, &Domain::bdElbAttr5, &Domain::tnlAttr1, &Domain::tnlAttr4, &Domain::tnlAttr5>,
-    .smoothVersion = &Domain::smoothVersion,
-    .appSrcPid = &Domain::appSrcPid,
-};
 
 // Where a route's member of a kind of link goes.
 enum class MemberKind { kPlain, kVlan, kBridge, kTunnel, kRegister };
@@ -179,7 +98,7 @@ RouteTables::RouteTables(TableChanges& changes, uint32_t vrId, uint32_t smoothVe
     : changes_(changes), vrId_(vrId), stamp_{smoothVersion, static_cast<uint32_t>(getpid())} {}
 
 template <class Record>
-Fate RouteTables::bring(const ImportTable<Record>& table, const Record& record) {
+Fate RouteTables::bring(const kernel::TableOperations<Record>& table, const Record& record) {
     const Fate fate = importRecord(table, record, stamp_);
     changes_.count(table.databaseName, fate);
     return fate;
@@ -192,7 +111,7 @@ void RouteTables::vrf(uint32_t vrfId) {
     record.cfgKeyB = vrfId;
     record.cfgKeyC = kIpv6;
     record.cfgWord3 = kRoutes;
-    bring(kGlobals, record);
+    bring(kL3Mc6GlbCfg, record);
 }
 
 Fate RouteTables::route(const Route& route) {
@@ -204,7 +123,7 @@ Fate RouteTables::route(const Route& route) {
     entry.sourceAddr = route.source;
     entry.inIfIndex = route.inIfIndex;
     entry.regIfIndex = route.regIfIndex;
-    const Fate fate = bring(kEntries, entry);
+    const Fate fate = bring(kL3Mc6Mfib, entry);
     for (const Link* link : route.outgoing) member(entry, *link);
     const auto tidy = [&](const auto& table, MemberKind kind, auto isOf) {
         changes_.countRemoved(table.databaseName, removeVanished(table, kind, entry, route.outgoing, isOf));
@@ -220,19 +139,19 @@ Fate RouteTables::route(const Route& route) {
 void RouteTables::member(const Entry& entry, const Link& link) {
     switch (memberKind(link)) {
         case MemberKind::kPlain:
-            bring(kPlains, plainMember(entry, link));
+            bring(kL3Mc6Elb, plainMember(entry, link));
             break;
         case MemberKind::kVlan:
-            bring(kVlans, vlanMember(entry, link));
+            bring(kL3Mc6VlanElb, vlanMember(entry, link));
             break;
         case MemberKind::kBridge:
-            bring(kBridges, bridgeMember(entry, link));
+            bring(kL3Mc6BdUntagElb, bridgeMember(entry, link));
             break;
         case MemberKind::kTunnel:
-            bring(kTunnels, tunnelMember(entry, link));
+            bring(kL3Mc6BdTnlElb, tunnelMember(entry, link));
             break;
         case MemberKind::kRegister:
-            bring(kRegisters, registerMember(entry, link));
+            bring(kL3Mc6RegisterElb, registerMember(entry, link));
             break;
     }
 }

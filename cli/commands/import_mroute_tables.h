@@ -24,7 +24,7 @@ public:
 
 private:
     template <class Record>
-    Fate bring(const ImportTable<Record>& table, const Record& record);
+    Fate bring(const kernel::TableOperations<Record>& table, const Record& record);
     void member(const L3Mc6MfibEntry& entry, const Link& link);
 
     TableChanges& changes_;

@@ -13,20 +13,12 @@
 #include "cli/tables/members.h"
 #include "cli/tables/table.h"
 #include "cli/tables/table_commands.h"
+#include "kernel/apply/layer2_words.h"
 #include "mcast6_db/l2_egress.h"
 
 namespace mcast6::ctl {
 
-// What the tool keeps in pathFlags of a member.
-enum MemberFlags : uint32_t {
-    kPermanent = 1,     // static, or learned otherwise
-    kBlocked = 2,       // the source is not forwarded to the port
-    kStarExclude = 4,   // added because another port of the group names the source
-    kIncludeMode = 8,   // filter mode include
-    kExcludeMode = 16,  // filter mode exclude; neither: MLD version 1
-    kFastLeave = 32,    // the port leaves without a last query
-    kOffload = 64,      // in switching hardware
-};
+using enum kernel::MemberFlags;
 
 // "permanent exclude", "-"; other bits as 0xN.
 std::string memberFlagsText(uint32_t flags);

@@ -1,10 +1,18 @@
 // mld-global, vlan-enable, vlan-port: the MLD snooping switches of VRs and VLANs, and the ports of VLANs. The tool takes
 // keyId1 as VR in all three, keyId4 of a port as its interface, and leaves keyId2 and keyId3 0.
-#include "cli/tables/l2_switch.h"
 #include "cli/tables/l2.h"
+#include "kernel/apply/layer2_words.h"
+#include "mcast6_db/l2mc6_global_enable.h"
+#include "mcast6_db/l2mc6_vlan_enable.h"
+#include "mcast6_db/l2mc6_vlan_port.h"
 
 namespace mcast6::ctl {
 namespace {
+
+using kernel::kVlanMldVersion;
+using kernel::kVlanQuerier;
+using kernel::kVlanSmoothVersion;
+using enum kernel::VlanPortFlags;
 
 constexpr const char* kVrHelp = "Virtual router, or the bridge";
 

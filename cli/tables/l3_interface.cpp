@@ -6,8 +6,8 @@
 #include <map>
 #include <memory>
 
-#include "cli/commands/forwarding_process.h"
 #include "cli/tables/l3.h"
+#include "kernel/apply/forwarding_process.h"
 #include "mcast6_db/l3mc6_elb.h"
 #include "mcast6_db/l3mc6_register_elb.h"
 #include "mcast6_db/l3mc6_sub_elb.h"
@@ -143,7 +143,7 @@ const Table<Plain> kPlains{
     .step = MCAST6_DB_GetL3ElbEntry,
     .absentCodes = {MCAST6_DB_NO_SUCH_RECORD},
     .smoothVersion = nullptr,
-    .remove = removeOutgoingInterface,
+    .remove = kernel::removeOutgoingInterface,
 };
 
 const Table<Sub> kSubs{

@@ -2,7 +2,7 @@
 #include <algorithm>
 #include <iterator>
 
-#include "cli/commands/forwarding_process.h"
+#include "kernel/apply/forwarding_process.h"
 #include "mcast6_db/l3mc6_bd_tag_elb.h"
 #include "mcast6_db/l3mc6_bd_tnl_elb.h"
 #include "mcast6_db/l3mc6_bd_untag_elb.h"
@@ -136,7 +136,7 @@ Drawn<Record> drawOfInterface(Numbers& numbers) {
 Draft drawPlain(Numbers& numbers) {
     auto drawn = drawOfInterface<L3Mc6ElbEntry>(numbers);
     drawn.tell(Json::object(), {{"flag-d", drawn.record.elbFlagD}, {"flag-a", drawn.record.elbFlagA}});
-    return draftOf(drawn, writeOutgoingInterface);
+    return draftOf(drawn, kernel::writeOutgoingInterface);
 }
 
 Draft drawVlan(Numbers& numbers) {

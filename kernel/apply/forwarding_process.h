@@ -6,7 +6,7 @@
 
 #include "mcast6_db/l3_egress.h"
 
-namespace mcast6::ctl {
+namespace mcast6::kernel {
 
 // Adds the outgoing interface, or writes over the one with the same key. Its creation time is kept unless it is 0, then it is
 // the current time; its smooth time becomes the current time. 0, or the engine's code.
@@ -15,4 +15,4 @@ uint32_t writeOutgoingInterface(const L3Mc6ElbEntry* entry);
 // Removes the outgoing interface with the key of 'entry'. 0, or the engine's code; 13044 when there is none.
 uint32_t removeOutgoingInterface(const L3Mc6ElbEntry* entry);
 
-}  // namespace mcast6::ctl
+}  // namespace mcast6::kernel

@@ -1,11 +1,11 @@
-#include "cli/commands/forwarding_process.h"
+#include "kernel/apply/forwarding_process.h"
 
 #include "mcast6_db/iterator.h"
 #include "mcast6_db/l3mc6_elb.h"
 #include "mcast6_platform/engine.h"
 #include "mcast6_platform/tables/l3mc6_elb.h"
 
-namespace mcast6::ctl {
+namespace mcast6::kernel {
 namespace {
 
 // Object types and the connection type of the engine.
@@ -46,4 +46,4 @@ uint32_t removeOutgoingInterface(const L3Mc6ElbEntry* entry) {
     });
 }
 
-}  // namespace mcast6::ctl
+}  // namespace mcast6::kernel
