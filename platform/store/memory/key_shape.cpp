@@ -7,25 +7,24 @@
 namespace mcast6::store::memory {
 namespace {
 
-// Groups and sources come from the network: nobody outside shall be able to choose keys that collide.
-struct Secrets {
-    uint64_t seed;
-    uint64_t secret;
-};
-
-const Secrets& ofProcess() {
-    static const Secrets secrets = [] {
-        std::random_device random;
-        const auto word = [&] { return uint64_t{random()} << 32 | random(); };
-        return Secrets{.seed = word() | 1, .secret = word()};  // the seed is a factor: not 0
-    }();
+const HashSecrets& ofProcess() {
+    static const HashSecrets secrets = HashSecrets::random();
     return secrets;
 }
 
 }  // namespace
 
-KeyShape::KeyShape(const schema::Key& description)
-    : schemaKey(&description), keyLength(description.length()), seed(ofProcess().seed), secret(ofProcess().secret) {
+HashSecrets HashSecrets::random() {
+    std::random_device device;
+    const auto word = [&] { return uint64_t{device()} << 32 | device(); };
+    const uint64_t seed = word() | 1;
+    return {.seed = seed, .secret = word()};
+}
+
+KeyShape::KeyShape(const schema::Key& description) : KeyShape(description, ofProcess()) {}
+
+KeyShape::KeyShape(const schema::Key& description, const HashSecrets& secrets)
+    : schemaKey(&description), keyLength(description.length()), seed(secrets.seed), secret(secrets.secret) {
     uint16_t at = 0;
     for (const schema::KeyPart& part : description.parts()) {
         if (part.isConstant) {
