@@ -17,6 +17,12 @@ constexpr uint64_t kLongWork = 5000;
 
 uint64_t FateCounts::sum() const { return std::accumulate(std::begin(of), std::end(of), uint64_t{0}); }
 
+std::vector<LinkName> namesOf(const LinkTable& links) {
+    std::vector<LinkName> names;
+    for (const auto& [name, link] : links.all()) names.push_back({link.index, name, link.kind == "bridge"});
+    return names;
+}
+
 Progress::Progress(std::string what, uint64_t total)
     : what_(std::move(what)), total_(total), shown_(total >= kLongWork && isatty(STDERR_FILENO) != 0) {}
 

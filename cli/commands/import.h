@@ -6,11 +6,13 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "cli/failure.h"
 #include "cli/options/command.h"
 #include "cli/output/output.h"
 #include "kernel/apply/table_operations.h"
+#include "kernel/capture/link_table.h"
 
 namespace mcast6::ctl {
 
@@ -63,6 +65,9 @@ Fate importRecord(const kernel::TableOperations<Record>& table, Record captured,
     if (code != MCAST6_DB_SUCCESS) throw libraryFailure(doing(changed ? "replacing" : "re-stamping"), code);
     return changed ? Fate::kReplaced : Fate::kRestamped;
 }
+
+// What displays and filters need of a link list.
+std::vector<LinkName> namesOf(const LinkTable& links);
 
 // A bar on standard error, when that is a terminal and the work is long.
 class Progress {

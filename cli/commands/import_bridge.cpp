@@ -13,6 +13,7 @@
 #include "cli/commands/import_bridge_tables.h"
 #include "cli/failure.h"
 #include "cli/options/command.h"
+#include "cli/tables/l2.h"
 #include "kernel/capture/bridge.h"
 #include "kernel/capture/json_input.h"
 #include "kernel/text.h"
@@ -91,10 +92,10 @@ public:
             const std::string& path = files_.paths[capture];
             lists_[capture] = path.empty() ? Json::array() : readJsonList(path, kCaptureKinds[capture].what);
         }
-        LinkTable links = LinkTable::fromEntries(files_.paths[kLinkList], lists_[kLinkList]);
+        const LinkTable links = LinkTable::fromEntries(files_.paths[kLinkList], lists_[kLinkList]);
         devices_ = Devices::fromLinks(files_.paths[kLinkList], lists_[kLinkList]);
         devices_.addBridgeLinks(files_.paths[kBridgeLinkList], lists_[kBridgeLinkList]);
-        tool_.bridgeLinks = std::move(links);
+        tool_.links.replace(Layer::kLayer2, kBridgeRouter, namesOf(links));
         BridgeReport report(tool_, files_.name, smoothVersion_);
         BridgeTables tables(report, smoothVersion_);
         report_ = &report;

@@ -116,8 +116,9 @@ void importMroute(Tool& tool, const Arguments& arguments) {
         throw UsageError("only one of FILE and --links can be standard input");
     }
     const Json entries = readJsonList(arguments.text("FILE"), "routes");
-    if (withLinks) tool.links = LinkTable::fromFile(arguments.text("links"));
-    import.run(entries, withLinks ? &tool.links : nullptr);
+    const LinkTable links = withLinks ? LinkTable::fromFile(arguments.text("links")) : LinkTable();
+    if (withLinks) tool.links.replace(Layer::kLayer3, arguments.number("vr", 0), namesOf(links));
+    import.run(entries, withLinks ? &links : nullptr);
 }
 
 }  // namespace

@@ -69,7 +69,7 @@ static_assert(std::size(g_mcast6DbErrStat) == kTableNumbers && std::size(g_mcast
 Value nameOrNone(const char* name) { return name == nullptr ? Value() : Value(name); }
 
 RowPrinter list(const Tool& tool, std::string_view member, std::vector<ColumnHead> heads) {
-    RowPrinter rows(tool.settings.json, std::move(heads), tool.links);
+    RowPrinter rows(tool.settings.json, std::move(heads));
     if (tool.settings.json) rows.json().beginArray(member);
     return rows;
 }

@@ -8,6 +8,20 @@
 
 namespace mcast6::ctl {
 
+namespace {
+
+// "VR 1 has", "VRs 0, 1 and 7 have", "VRs 0, 1, 2, 3, 4, 5, 6, 7 and 92 more have".
+std::string routersText(const std::vector<uint32_t>& routers) {
+    constexpr size_t kNamed = 8;
+    if (routers.size() == 1) return fmt::format("VR {} has", routers.front());
+    const bool isLong = routers.size() > kNamed + 1;
+    const auto end = isLong ? routers.begin() + kNamed : routers.end() - 1;
+    return fmt::format("VRs {} and {} have", fmt::join(routers.begin(), end, ", "),
+                       isLong ? fmt::format("{} more", routers.size() - kNamed) : std::to_string(routers.back()));
+}
+
+}  // namespace
+
 OptionSpec valueOption(std::string name, std::string placeholder, std::string help) {
     return {OptionKind::kValue, std::move(name), std::move(placeholder), std::move(help)};
 }
@@ -55,13 +69,33 @@ Mcast6Ipv6Addr readAddress(const std::string& option, const std::string& text) {
     throw UsageError(fmt::format("--{}: '{}' is not an IPv6 address", option, text));
 }
 
-uint32_t readInterface(const std::string& option, const std::string& text, const LinkTable& links) {
+uint32_t readInterface(const std::string& option, const std::string& text, const LinkScope& scope) {
     if (const auto number = parseNumber(text)) return *number;
-    if (const Link* link = links.byName(text)) return link->index;
-    throw Failure(links.empty() ? fmt::format("--{}: no link list was imported that tells the index of '{}'; "
-                                              "give the interface's number",
-                                              option, text)
-                                : fmt::format("--{}: the imported link list has no interface '{}'", option, text));
+    const RouterLinks* links = scope.names.find(scope.layer, scope.vrId);
+    const LinkName* link = links == nullptr ? nullptr : links->byName(text);
+    if (link != nullptr) return link->index;
+    const std::vector<uint32_t> known = scope.names.routers(scope.layer);
+    if (known.empty()) {
+        throw Failure(
+            fmt::format("--{}: no link list was imported that tells the index of '{}'; "
+                        "give the interface's number",
+                        option, text));
+    }
+    std::vector<uint32_t> others = known;
+    std::erase_if(others, [&](uint32_t vrId) { return scope.names.find(scope.layer, vrId)->byName(text) == nullptr; });
+    if (!others.empty()) {
+        throw Failure(
+            fmt::format("--{}: no imported link list of VR {} has an interface '{}', but {} one: choose by --vr",
+                        option, scope.vrId, text, routersText(others)));
+    }
+    if (known.size() == 1) {
+        throw Failure(fmt::format("--{}: the imported link list has no interface '{}'", option, text));
+    }
+    throw Failure(fmt::format("--{}: no imported link list has an interface '{}'", option, text));
+}
+
+Failure ambiguousInterface(const std::string& option, const std::string& text, const std::vector<uint32_t>& routers) {
+    return Failure(fmt::format("--{}: {} an interface '{}': choose one by --vr", option, routersText(routers), text));
 }
 
 const Commands& allCommands() {

@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "cli/failure.h"
-#include "kernel/capture/link_table.h"
+#include "cli/output/link_names.h"
 #include "mcast6_db/types.h"
 
 namespace mcast6::ctl {
@@ -24,10 +24,7 @@ struct Settings {
 // What lives from one command of a script to the next, besides the store.
 struct Tool {
     Settings settings;
-    // Of the last import of routes that had any, and of the last import of bridges: interface names in displays and filters
-    // of the tables of layer 3 and of layer 2 come from here.
-    LinkTable links;
-    LinkTable bridgeLinks;
+    LinkNames links;  // what displays and options name interfaces by
 };
 
 enum class OptionKind {
@@ -67,7 +64,17 @@ private:
 uint32_t readNumber(const std::string& option, const std::string& text, uint32_t largest = UINT32_MAX);
 uint32_t readRoutingTable(const std::string& option, const std::string& text);
 Mcast6Ipv6Addr readAddress(const std::string& option, const std::string& text);
-uint32_t readInterface(const std::string& option, const std::string& text, const LinkTable& links);
+
+// Where options look the names of interfaces up: in the links of one VR.
+struct LinkScope {
+    const LinkNames& names;
+    Layer layer;
+    uint32_t vrId;
+};
+// An index, or a name of 'scope'.
+uint32_t readInterface(const std::string& option, const std::string& text, const LinkScope& scope);
+// Tells that several VRs have an interface of this name.
+Failure ambiguousInterface(const std::string& option, const std::string& text, const std::vector<uint32_t>& routers);
 
 struct Command {
     std::string verb;    // "show"

@@ -39,9 +39,9 @@ bool namesLink(const ColumnHead& head) {
     return head.kind == ColumnKind::kInterface || head.kind == ColumnKind::kBridge;
 }
 
-const Link* linkOf(const ColumnHead& head, uint64_t index, const LinkTable& links) {
-    const Link* link = links.byIndex(static_cast<uint32_t>(index));
-    return link != nullptr && head.kind == ColumnKind::kBridge && link->kind != "bridge" ? nullptr : link;
+const LinkName* linkOf(const ColumnHead& head, uint64_t index, const RouterLinks& links) {
+    const LinkName* link = links.byIndex(static_cast<uint32_t>(index));
+    return link != nullptr && head.kind == ColumnKind::kBridge && !link->isBridge ? nullptr : link;
 }
 
 // inIfIndex is followed by inIfName, bdId by bdName, keyId1 by keyId1Name.
@@ -142,15 +142,15 @@ void TextTable::print() const {
     }
 }
 
-RowPrinter::RowPrinter(bool json, std::vector<ColumnHead> heads, const LinkTable& links)
-    : json_(json), heads_(std::move(heads)), links_(links), table_(titlesOf(heads_)) {}
+RowPrinter::RowPrinter(bool json, std::vector<ColumnHead> heads)
+    : json_(json), heads_(std::move(heads)), table_(titlesOf(heads_)) {}
 
-void RowPrinter::row(const std::vector<Value>& values) {
+void RowPrinter::row(const std::vector<Value>& values, const RouterLinks& links) {
     ++rows_;
     if (json_) {
         writer_.beginObject();
         for (size_t column = 0; column < heads_.size(); ++column) {
-            writeMember(writer_, heads_[column], values[column], links_);
+            writeMember(writer_, heads_[column], values[column], links);
         }
         writer_.endObject();
         print(writer_.take());
@@ -158,7 +158,7 @@ void RowPrinter::row(const std::vector<Value>& values) {
     }
     std::vector<std::string> cells;
     for (size_t column = 0; column < heads_.size(); ++column) {
-        if (heads_[column].title != nullptr) cells.push_back(cellText(heads_[column], values[column], links_));
+        if (heads_[column].title != nullptr) cells.push_back(cellText(heads_[column], values[column], links));
     }
     table_.row(cells);
 }
@@ -171,7 +171,7 @@ void RowPrinter::finish() {
     }
 }
 
-std::string cellText(const ColumnHead& head, const Value& value, const LinkTable& links) {
+std::string cellText(const ColumnHead& head, const Value& value, const RouterLinks& links) {
     if (const auto* truth = std::get_if<bool>(&value)) return *truth ? "on" : "off";
     if (const auto* text = std::get_if<std::string>(&value)) return *text;
     const auto* number = std::get_if<uint64_t>(&value);
@@ -179,15 +179,15 @@ std::string cellText(const ColumnHead& head, const Value& value, const LinkTable
     if (head.kind == ColumnKind::kTime) return timeText(*number);
     if (!namesLink(head)) return std::to_string(*number);
     if (*number == 0 && head.kind == ColumnKind::kInterface) return "-";
-    const Link* link = linkOf(head, *number, links);
+    const LinkName* link = linkOf(head, *number, links);
     return link == nullptr ? std::to_string(*number) : printable(link->name);
 }
 
-void writeMember(JsonWriter& json, const ColumnHead& head, const Value& value, const LinkTable& links) {
+void writeMember(JsonWriter& json, const ColumnHead& head, const Value& value, const RouterLinks& links) {
     json.member(head.name, value);
     const auto* number = std::get_if<uint64_t>(&value);
     if (!namesLink(head) || number == nullptr) return;
-    const Link* link = linkOf(head, *number, links);
+    const LinkName* link = linkOf(head, *number, links);
     json.member(linkMemberName(head.name), link == nullptr ? Value() : Value(link->name));
 }
 

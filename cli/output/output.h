@@ -7,7 +7,7 @@
 #include <variant>
 #include <vector>
 
-#include "kernel/capture/link_table.h"
+#include "cli/output/link_names.h"
 
 namespace mcast6::ctl {
 
@@ -67,16 +67,16 @@ private:
     std::vector<uint16_t> lengths_;
 };
 
-// How a table and a JSON object show 'value' under 'head'; 'links' may lack what it likes.
-std::string cellText(const ColumnHead& head, const Value& value, const LinkTable& links);
-void writeMember(JsonWriter& json, const ColumnHead& head, const Value& value, const LinkTable& links);
+// How a table and a JSON object show 'value' under 'head'; an interface that 'links' lacks has no name.
+std::string cellText(const ColumnHead& head, const Value& value, const RouterLinks& links);
+void writeMember(JsonWriter& json, const ColumnHead& head, const Value& value, const RouterLinks& links);
 
 // The rows of one list, as a table or as an array of objects.
 class RowPrinter {
 public:
-    RowPrinter(bool json, std::vector<ColumnHead> heads, const LinkTable& links);
-    // In the order of the heads.
-    void row(const std::vector<Value>& values);
+    RowPrinter(bool json, std::vector<ColumnHead> heads);
+    // In the order of the heads; 'links' names the row's interfaces.
+    void row(const std::vector<Value>& values, const RouterLinks& links = noLinks());
     // Ends the list; standard output has all of it then.
     void finish();
     uint64_t rows() const { return rows_; }
@@ -87,7 +87,6 @@ public:
 private:
     bool json_;
     std::vector<ColumnHead> heads_;
-    const LinkTable& links_;
     TextTable table_;
     JsonWriter writer_;
     uint64_t rows_ = 0;

@@ -48,7 +48,8 @@ const Table<E> kTable{
     .absentCodes = {MCAST6_DB_NO_RECORD},
     .smoothVersion = &E::smoothVersion,
     .remove = MCAST6_DB_DeleteL2McBdEnable,
-    .links = &Tool::bridgeLinks,
+    .layer = Layer::kLayer2,
+    .router = &E::keyId1,
 };
 // clang-format on
 

@@ -18,6 +18,9 @@
 
 namespace mcast6::ctl {
 
+// The VR of bridges, and of the names that their import brings.
+constexpr uint32_t kBridgeRouter = 0;
+
 using enum kernel::MemberFlags;
 
 // "permanent exclude", "-"; other bits as 0xN.

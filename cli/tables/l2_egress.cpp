@@ -108,7 +108,8 @@ Table<E> tableOf(const Own& own) {
             .absentCodes = {MCAST6_DB_NO_SUCH_RECORD},
             .smoothVersion = &E::smoothVersion,
             .remove = own.remove,
-            .links = &Tool::bridgeLinks};
+            .layer = Layer::kLayer2,
+            .router = own.isVlan ? nullptr : &E::vrId};
 }
 
 template <Mcast6DbRes* (*kOpen)(const L2McBdElbKey*)>

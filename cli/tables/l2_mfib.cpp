@@ -17,6 +17,7 @@ struct Operations {
     const char* name;
     const char* databaseName;
     const char* holds;
+    uint32_t E::*router;                   // of Table
     std::vector<Column<E>> domain;         // VR, and bridge domain or VLAN
     std::vector<Filter<E>> domainFilters;  // the second names the domain
     uint32_t (*read)(E*);
@@ -52,7 +53,7 @@ std::vector<Filter<E>> filtersOf(const Operations& own) {
     filters.push_back(addressFilter("source", "Source; any or :: for the entries of any source", &E::sourceAddr));
     filters.push_back(numberFilter("pid", "Process that wrote the entry", &E::appSrcPid));
     filters.push_back({flagOption("conflicts", "The entries with error code 5, a hash conflict"),
-                       [](E& wanted, const std::string&, const LinkTable&) { wanted.hppErrCode = kHashConflict; },
+                       [](E& wanted, const std::string&, const LinkScope&) { wanted.hppErrCode = kHashConflict; },
                        [](const E& record, const E& wanted) { return record.hppErrCode == wanted.hppErrCode; }});
     filters.push_back(askFor<E>("sorted", "In the order of bridge domains or VLANs"));
     return filters;
@@ -100,7 +101,8 @@ Table<E> tableOf(const Operations& own) {
             .absentCodes = {MCAST6_DB_NO_RECORD},
             .smoothVersion = &E::smoothVersion,
             .remove = own.remove,
-            .links = &Tool::bridgeLinks};
+            .layer = Layer::kLayer2,
+            .router = own.router};
 }
 
 // clang-format off
@@ -108,6 +110,7 @@ const Table<E> kBridgeDomains = tableOf({
     .name = "l2-bd-mfib",
     .databaseName = "l2mc6_bd_mfib",
     .holds = "layer-2 forwarding entries of bridge domains",
+    .router = &E::vrId,
     .domain = {column("VR", "vrId", &E::vrId), column("BD", "bdId", &E::domainId, ColumnKind::kBridge)},
     .domainFilters = {numberFilter("vr", "Virtual router", &E::vrId),
                       needing("vr", interfaceFilter("bd", "Bridge domain, or the bridge (in VR 0 without --vr)", &E::domainId))},
@@ -131,6 +134,7 @@ const Table<E> kVlans = tableOf({
     .name = "l2-vlan-mfib",
     .databaseName = "l2mc6_vlan_mfib",
     .holds = "layer-2 forwarding entries of VLANs",
+    .router = nullptr,
     .domain = {column("VR", "vrId", &E::vrId, ColumnKind::kBridge), column("VLAN", "vlanId", &E::domainId)},
     .domainFilters = {interfaceFilter("vr", "Virtual router, or the bridge", &E::vrId),
                       numberFilter("vlan", "VLAN", &E::domainId)},
@@ -180,11 +184,12 @@ std::vector<MemberTable<E>> membersOf(const Tool& tool, const EgressTables& tabl
 
 EntrySource<E> sourceOf(const Tool& tool, const Table<E>& table) {
     const bool isVlan = &table == &kVlans;
-    const auto number = [&tool](uint32_t id, bool isBridge) {
-        const ColumnHead head{"", "id", isBridge ? ColumnKind::kBridge : ColumnKind::kPlain};
-        return cellText(head, uint64_t{id}, tool.bridgeLinks);
-    };
-    const auto cells = [=](const E& entry) -> std::vector<std::string> {
+    const auto cells = [=, &tool, &table](const E& entry) -> std::vector<std::string> {
+        const RouterLinks& links = linksOf(tool, table, entry);
+        const auto number = [&links](uint32_t id, bool isBridge) {
+            const ColumnHead head{"", "id", isBridge ? ColumnKind::kBridge : ColumnKind::kPlain};
+            return cellText(head, uint64_t{id}, links);
+        };
         return {number(entry.vrId, isVlan),
                 isVlan ? "-" : number(entry.domainId, true),
                 isVlan ? number(entry.domainId, false) : "-",

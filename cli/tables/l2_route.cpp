@@ -60,7 +60,8 @@ const Table<Rt> kUntagged{
     .absentCodes = {MCAST6_DB_NO_RECORD},
     .smoothVersion = &Rt::smoothVersion,
     .remove = MCAST6_DB_DeleteL2McBdUntagRt,
-    .links = &Tool::bridgeLinks,
+    .layer = Layer::kLayer2,
+    .router = &Rt::vrId,
 };
 
 const Table<Rt> kTagged{
@@ -78,7 +79,8 @@ const Table<Rt> kTagged{
     .absentCodes = {MCAST6_DB_NO_RECORD},
     .smoothVersion = &Rt::smoothVersion,
     .remove = MCAST6_DB_DeleteL2McBdTagRt,
-    .links = &Tool::bridgeLinks,
+    .layer = Layer::kLayer2,
+    .router = &Rt::vrId,
 };
 
 using Vx = L2McBdRtVxlanEntry;
@@ -100,7 +102,8 @@ const Table<Vx> kVxlan{
     .absentCodes = {MCAST6_DB_NO_RECORD},
     .smoothVersion = &Vx::smoothVersion,
     .remove = MCAST6_DB_DeleteL2Mc6BdRtVxlanElb,
-    .links = &Tool::bridgeLinks,
+    .layer = Layer::kLayer2,
+    .router = &Vx::vrId,
 };
 // clang-format on
 

@@ -50,7 +50,8 @@ const Table<E> kBridgeDomains{
     .absentCodes = {MCAST6_DB_NO_SUCH_RECORD},
     .smoothVersion = &E::smoothVersion,
     .remove = MCAST6_DB_DeleteL2McBdFlowstatSub,
-    .links = &Tool::bridgeLinks,
+    .layer = Layer::kLayer2,
+    .router = &E::keyId1,
 };
 
 const Table<E> kVlans{
@@ -68,16 +69,18 @@ const Table<E> kVlans{
     .absentCodes = {MCAST6_DB_NO_RECORD},
     .smoothVersion = &E::smoothVersion,
     .remove = MCAST6_DB_RemoveL2FlowStatSub,
-    .links = &Tool::bridgeLinks,
+    .layer = Layer::kLayer2,
+    .router = nullptr,
 };
 // clang-format on
 
 // A subscription: the filters of the table's key name it, the other words are options of their own.
 void addSubscription(Tool& tool, const Arguments& arguments, const Table<E>& table, uint32_t (*write)(const E*)) {
     E record{};
+    const LinkScope scope{tool.links, table.layer, routerOf(table, arguments)};
     for (const Filter<E>& filter : table.filters) {
         const std::string& name = filter.option.name;
-        if (arguments.has(name)) filter.read(record, arguments.text(name), tool.*table.links);
+        if (arguments.has(name)) filter.read(record, arguments.text(name), scope);
     }
     record.cfgWord2 = arguments.number("word2", 0);
     record.smoothVersion = arguments.number("smooth-version", 0);

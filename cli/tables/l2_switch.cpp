@@ -42,7 +42,8 @@ const Table<Global> kGlobal{
     .absentCodes = {MCAST6_DB_NO_RECORD},
     .smoothVersion = &Global::smoothVersion,
     .remove = MCAST6_DB_RemoveMldGlobal,
-    .links = &Tool::bridgeLinks,
+    .layer = Layer::kLayer2,
+    .router = nullptr,
 };
 
 using Vlan = L2VlanEnableEntry;
@@ -73,7 +74,8 @@ const Table<Vlan> kVlans{
     .absentCodes = {MCAST6_DB_NO_RECORD},
     .smoothVersion = kVlanSmoothVersion,
     .remove = MCAST6_DB_DelL2VlanEnableCfg,
-    .links = &Tool::bridgeLinks,
+    .layer = Layer::kLayer2,
+    .router = nullptr,
 };
 
 using Port = VlanPortEntry;
@@ -107,7 +109,8 @@ const Table<Port> kPorts{
     .absentCodes = {MCAST6_DB_NO_RECORD},
     .smoothVersion = &Port::smoothVersion,
     .remove = MCAST6_DB_RemoveVlanPort,
-    .links = &Tool::bridgeLinks,
+    .layer = Layer::kLayer2,
+    .router = nullptr,
 };
 // clang-format on
 

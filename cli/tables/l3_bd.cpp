@@ -103,7 +103,8 @@ Table<E> tableOf(const Own& own) {
             .absentCodes = {MCAST6_DB_NO_SUCH_RECORD},
             .smoothVersion = &E::smoothVersion,
             .remove = own.remove,
-            .links = &Tool::links,
+            .layer = Layer::kLayer3,
+            .router = &E::vrId,
             .countFast = own.countFast};
 }
 
@@ -207,7 +208,7 @@ const Table<E> kTunnels = tableOf({
 // clang-format on
 
 // "bridge br7", "bridge br7, tag 10 20", "tunnel vx9 to 2001:db8::9, key 5009".
-std::string wayOf(const Table<E>& table, const E& member, const LinkTable& links) {
+std::string wayOf(const Table<E>& table, const E& member, const RouterLinks& links) {
     std::string way;
     const auto add = [&](const std::string& words) { way += (way.empty() ? "" : ", ") + words; };
     const ColumnHead bridge{"", "bdElbAttr4", ColumnKind::kBridge};
@@ -232,7 +233,7 @@ void addBridgeDomainMembers(const Tool& tool, L3Members& members) {
     using Entry = L3Mc6MfibEntry;
     for (const Table<E>* table : {&kTagged, &kUntagged, &kTunnels}) {
         const auto way = [table, &tool](const E& member) -> std::vector<std::string> {
-            return {wayOf(*table, member, tool.links)};
+            return {wayOf(*table, member, linksOf(tool, *table, member))};
         };
         members.push_back(
             memberTable<Entry, E>(tool, *table, membersByQuery<Entry, E>(*table, nameEntry), {&E::bdElbAttr5, way}));

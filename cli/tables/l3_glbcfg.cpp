@@ -51,6 +51,8 @@ const Table<E> kTable{
     .absentCodes = {MCAST6_DB_NO_SUCH_RECORD},
     .smoothVersion = &E::smoothVersion,
     .remove = MCAST6_DB_DeleteGlbCfg,
+    .layer = Layer::kLayer3,
+    .router = &E::cfgKeyA,
 };
 // clang-format on
 

@@ -110,6 +110,8 @@ const Table<Register> kRegisters{
     .absentCodes = {MCAST6_DB_NO_RECORD},
     .smoothVersion = nullptr,
     .remove = MCAST6_DB_DeleteRegistOif,
+    .layer = Layer::kLayer3,
+    .router = &Register::vrId,
 };
 
 const Table<Plain> kPlains{
@@ -144,6 +146,8 @@ const Table<Plain> kPlains{
     .absentCodes = {MCAST6_DB_NO_SUCH_RECORD},
     .smoothVersion = nullptr,
     .remove = kernel::removeOutgoingInterface,
+    .layer = Layer::kLayer3,
+    .router = &Plain::vrId,
 };
 
 const Table<Sub> kSubs{
@@ -177,6 +181,8 @@ const Table<Sub> kSubs{
     .absentCodes = {MCAST6_DB_NO_SUCH_RECORD},
     .smoothVersion = nullptr,
     .remove = nullptr,
+    .layer = Layer::kLayer3,
+    .router = &Sub::vrId,
 };
 
 const Table<Vlan> kVlans{
@@ -206,6 +212,8 @@ const Table<Vlan> kVlans{
     .absentCodes = {MCAST6_DB_NO_RECORD},
     .smoothVersion = nullptr,
     .remove = MCAST6_DB_RemoveVlanElb,
+    .layer = Layer::kLayer3,
+    .router = &Vlan::vrId,
 };
 // clang-format on
 
@@ -264,7 +272,8 @@ void addInterfaceMembers(const Tool& tool, L3Members& members) {
     };
     const auto sub = [&tool](const Sub& member) -> Way {
         const ColumnHead head{"", "subIfIndex", ColumnKind::kInterface};
-        return {fmt::format("sub-interface {}, VLAN {}", cellText(head, uint64_t{member.subIfIndex}, tool.links),
+        const RouterLinks& links = linksOf(tool, kSubs, member);
+        return {fmt::format("sub-interface {}, VLAN {}", cellText(head, uint64_t{member.subIfIndex}, links),
                             member.instId)};
     };
     members.push_back(memberTable<Entry, Sub>(tool, kSubs, grouped, {&Sub::outIfIndex, sub}));

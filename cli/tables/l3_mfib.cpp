@@ -41,8 +41,8 @@ Query<E> byErrorCode() {
 
 Filter<E> conflictFilter() {
     return {flagOption("conflicts", "The entries with error code 5, a hash conflict (in VR 0 without --vr)"),
-            [](E& wanted, const std::string&, const LinkTable&) { wanted.attr23 = kHashConflict; },
-            [](const E& record, const E& wanted) { return record.attr23 == wanted.attr23; }, "vr"};
+            [](E& wanted, const std::string&, const LinkScope&) { wanted.attr23 = kHashConflict; },
+            [](const E& record, const E& wanted) { return record.attr23 == wanted.attr23; }, false, "vr"};
 }
 
 // clang-format off
@@ -94,6 +94,8 @@ const Table<E> kTable{
     .absentCodes = {MCAST6_DB_NO_SUCH_RECORD},
     .smoothVersion = &E::smoothVersion,
     .remove = MCAST6_DB_DeleteL3Mfib,
+    .layer = Layer::kLayer3,
+    .router = &E::vrId,
 };
 // clang-format on
 
@@ -121,7 +123,8 @@ void showWithMembers(const Tool& tool, const Arguments& arguments) {
     const auto columns = columnsBesideMembers();
     const auto cells = [&](const E& entry) {
         std::vector<std::string> texts;
-        for (const Column<E>* shown : columns) texts.push_back(cellText(shown->head, shown->value(entry), tool.links));
+        const RouterLinks& links = linksOf(tool, kTable, entry);
+        for (const Column<E>* shown : columns) texts.push_back(cellText(shown->head, shown->value(entry), links));
         return texts;
     };
     EntryTitles titles{{}, {"MEMBER", "TABLE", "WAY"}, kTable.databaseName};

@@ -91,7 +91,8 @@ const Table<E> kTunnels{
     .absentCodes = {MCAST6_DB_NO_RECORD},
     .smoothVersion = &E::smoothVersion,
     .remove = MCAST6_DB_DeleteL3McMvpnTnlElb,
-    .links = &Tool::links,
+    .layer = Layer::kLayer3,
+    .router = &E::vrId,
     .countFast = MCAST6_DB_GetL3McMvpnTnlElbCountFast,
 };
 
@@ -128,6 +129,8 @@ const Table<E> kSubs{
     .absentCodes = {MCAST6_DB_NO_RECORD},
     .smoothVersion = &E::smoothVersion,
     .remove = MCAST6_DB_DeleteL3McMvpnTnlSubElb,
+    .layer = Layer::kLayer3,
+    .router = &E::vrId,
 };
 // clang-format on
 
@@ -146,8 +149,8 @@ void addMvpnMembers(const Tool& tool, L3Members& members) {
         memberTable<Entry, E>(tool, kTunnels, membersByQuery<Entry, E>(kTunnels, nameEntry), {nullptr, tunnel}));
     const auto sub = [&tool](const E& member) -> Way {
         const ColumnHead head{"", "l2IfIndex", ColumnKind::kInterface};
-        return {
-            fmt::format("MVPN tunnel, layer-2 interface {}", cellText(head, uint64_t{member.l2IfIndex}, tool.links))};
+        const RouterLinks& links = linksOf(tool, kSubs, member);
+        return {fmt::format("MVPN tunnel, layer-2 interface {}", cellText(head, uint64_t{member.l2IfIndex}, links))};
     };
     members.push_back(
         memberTable<Entry, E>(tool, kSubs, membersByQuery<Entry, E>(kSubs, nameEntry), {&E::outIfIndex, sub}));

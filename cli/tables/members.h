@@ -72,7 +72,8 @@ struct MemberCells {
 };
 
 template <class Record>
-void writeRecord(JsonWriter& json, const Table<Record>& table, const Record& record, const LinkTable& links) {
+void writeRecord(const Tool& tool, JsonWriter& json, const Table<Record>& table, const Record& record) {
+    const RouterLinks& links = linksOf(tool, table, record);
     for (const Column<Record>& shown : table.columns) writeMember(json, shown.head, shown.value(record), links);
 }
 
@@ -80,20 +81,19 @@ void writeRecord(JsonWriter& json, const Table<Record>& table, const Record& rec
 template <class Entry, class Record>
 MemberTable<Entry> memberTable(const Tool& tool, const Table<Record>& table, MemberWalk<Entry, Record> walkMembers,
                                MemberCells<Record> told) {
-    const LinkTable& links = tool.*table.links;
-    const auto addLines = [&links, &table, walkMembers, told](const Entry& entry, EntryText& text) {
+    const auto addLines = [&tool, &table, walkMembers, told](const Entry& entry, EntryText& text) {
         walkMembers(entry, [&](const Record& member) {
             const ColumnHead head{"", "outIfIndex", ColumnKind::kInterface};
             const uint64_t index = told.outIfIndex == nullptr ? 0 : member.*told.outIfIndex;
             std::vector<std::string> cells = told.way(member);
-            cells.insert(cells.begin(), {cellText(head, index, links), table.name});
+            cells.insert(cells.begin(), {cellText(head, index, linksOf(tool, table, member)), table.name});
             text.member(cells);
         });
     };
-    const auto addObjects = [&links, &table, walkMembers](const Entry& entry, JsonWriter& json) {
+    const auto addObjects = [&tool, &table, walkMembers](const Entry& entry, JsonWriter& json) {
         walkMembers(entry, [&](const Record& member) {
             json.beginObject().member("table", table.databaseName);
-            writeRecord(json, table, member, links);
+            writeRecord(tool, json, table, member);
             json.endObject();
         });
     };
@@ -126,7 +126,7 @@ void showEntriesAsJson(const Tool& tool, const Arguments& arguments, const Entry
         walk(source.table, select(tool, source.table, arguments), [&](const Entry& entry) {
             json.beginObject();
             if (titles.databaseName == nullptr) json.member("table", source.table.databaseName);
-            writeRecord(json, source.table, entry, tool.*source.table.links);
+            writeRecord(tool, json, source.table, entry);
             if (!titles.member.empty()) {
                 json.beginArray("members");
                 for (const MemberTable<Entry>& members : source.members) members.addObjects(entry, json);

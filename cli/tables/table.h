@@ -65,8 +65,9 @@ std::vector<Column<Record>> withStamps(std::vector<Column<Record>> columns, uint
 template <class Record>
 struct Filter {
     OptionSpec option;
-    std::function<void(Record& wanted, const std::string& text, const LinkTable& links)> read;
+    std::function<void(Record& wanted, const std::string& text, const LinkScope& scope)> read;
     std::function<bool(const Record& record, const Record& wanted)> matches;
+    bool isInterface = false;     // the text may be the name of an interface
     const char* needs = nullptr;  // a filter that is given as 0 along with this one unless it is given itself
     const char* otherwise = "0";  // of a number that names an entry to delete, unless it is given
 };
@@ -76,7 +77,7 @@ Filter<Record> addressFilter(const char* name, const char* help, Mcast6Ipv6Addr 
     const std::string option = name;
     return {
         valueOption(name, "ADDRESS", help),
-        [=](Record& wanted, const std::string& text, const LinkTable&) { wanted.*member = readAddress(option, text); },
+        [=](Record& wanted, const std::string& text, const LinkScope&) { wanted.*member = readAddress(option, text); },
         [=](const Record& record, const Record& wanted) { return sameAddress(record.*member, wanted.*member); }};
 }
 
@@ -84,10 +85,10 @@ template <class Record>
 Filter<Record> interfaceFilter(const char* name, const char* help, uint32_t Record::*member) {
     const std::string option = name;
     return {valueOption(name, "NAME|N", help),
-            [=](Record& wanted, const std::string& text, const LinkTable& links) {
-                wanted.*member = readInterface(option, text, links);
+            [=](Record& wanted, const std::string& text, const LinkScope& scope) {
+                wanted.*member = readInterface(option, text, scope);
             },
-            [=](const Record& record, const Record& wanted) { return record.*member == wanted.*member; }};
+            [=](const Record& record, const Record& wanted) { return record.*member == wanted.*member; }, true};
 }
 
 // 'largest' is for a member that is wider than what the table stores of it.
@@ -96,7 +97,7 @@ Filter<Record> numberFilter(const char* name, const char* help, Member Record::*
                             uint32_t largest = std::numeric_limits<Member>::max()) {
     const std::string option = name;
     return {valueOption(name, "N", help),
-            [=](Record& wanted, const std::string& text, const LinkTable&) {
+            [=](Record& wanted, const std::string& text, const LinkScope&) {
                 wanted.*member = static_cast<Member>(readNumber(option, text, largest));
             },
             [=](const Record& record, const Record& wanted) { return record.*member == wanted.*member; }};
@@ -113,17 +114,19 @@ template <class Record>
 Filter<Record> routingTableFilter(const char* name, const char* help, uint32_t Record::*member, const char* needs) {
     const std::string option = name;
     return {valueOption(name, "N", help),
-            [=](Record& wanted, const std::string& text, const LinkTable&) {
+            [=](Record& wanted, const std::string& text, const LinkScope&) {
                 wanted.*member = readRoutingTable(option, text);
             },
-            [=](const Record& record, const Record& wanted) { return record.*member == wanted.*member; }, needs,
+            [=](const Record& record, const Record& wanted) { return record.*member == wanted.*member; },
+            false,
+            needs,
             "main"};
 }
 
 // An option that is no filter but asks for a query, for instance --sorted.
 template <class Record>
 Filter<Record> askFor(const char* name, const char* help) {
-    return {flagOption(name, help), [](Record&, const std::string&, const LinkTable&) {},
+    return {flagOption(name, help), [](Record&, const std::string&, const LinkScope&) {},
             [](const Record&, const Record&) { return true; }};
 }
 
@@ -181,8 +184,15 @@ struct Table {
     std::vector<uint32_t> absentCodes;         // what 'find' answers when there is no such record
     uint32_t Record::*smoothVersion;           // null: the record has none, and the table no command smooth
     uint32_t (*remove)(const Record* record);  // null: there is no such operation, and no command delete
-    LinkTable Tool::*links = &Tool::links;     // where interface names come from
+    Layer layer;                               // whose imports bring the names of interfaces
+    uint32_t Record::*router;                  // the VR whose names a record has; null: those of VR 0
     uint32_t (*countFast)() = nullptr;         // of the whole table; null: it has none, and count no --fast
 };
+
+// The names of the interfaces in 'record'.
+template <class Record>
+const RouterLinks& linksOf(const Tool& tool, const Table<Record>& table, const Record& record) {
+    return linksOf(tool.links, table.layer, table.router == nullptr ? 0 : record.*table.router);
+}
 
 }  // namespace mcast6::ctl

@@ -63,14 +63,52 @@ const Query<Record>& keyQuery(const Table<Record>& table) {
                          [](const Query<Record>& query) { return query.find != nullptr; });
 }
 
+// The VR whose names the options of one record use: --vr, or else 0.
+template <class Record>
+uint32_t routerOf(const Table<Record>& table, const Arguments& arguments) {
+    return table.router == nullptr ? 0 : arguments.number("vr", 0);
+}
+
+// The VR whose names the given filters use. Without --vr it is the one that has all the names; where other VRs have names
+// too, their interfaces of the same numbers are others, and --vr joins the filters. Throws Failure when several VRs have the
+// names.
+template <class Record>
+uint32_t chooseRouter(const Tool& tool, const Table<Record>& table, const Arguments& arguments,
+                      std::vector<const Filter<Record>*>& given, Record& wanted) {
+    const Filter<Record>* router = &filterNamed(table, "vr");
+    if (table.router == nullptr || std::find(given.begin(), given.end(), router) != given.end()) {
+        return routerOf(table, arguments);
+    }
+    const std::vector<uint32_t> known = tool.links.routers(table.layer);
+    std::vector<uint32_t> routers = known;
+    const Filter<Record>* named = nullptr;
+    for (const Filter<Record>* filter : given) {
+        const std::string& text = arguments.text(filter->option.name);
+        if (!filter->isInterface || parseNumber(text)) continue;
+        named = filter;
+        std::erase_if(routers,
+                      [&](uint32_t vrId) { return linksOf(tool.links, table.layer, vrId).byName(text) == nullptr; });
+    }
+    if (named == nullptr || routers.empty()) return 0;
+    if (routers.size() > 1) {
+        throw ambiguousInterface(named->option.name, arguments.text(named->option.name), routers);
+    }
+    if (known.size() > 1) {
+        wanted.*table.router = routers.front();
+        given.push_back(router);
+    }
+    return routers.front();
+}
+
 // Chooses the first query whose filters are all given, with values that it can answer.
 template <class Record>
 Selection<Record> select(const Tool& tool, const Table<Record>& table, const Arguments& arguments) {
     Selection<Record> selection;
-    const auto given = givenFilters(table, arguments);
+    auto given = givenFilters(table, arguments);
+    const LinkScope scope{tool.links, table.layer, chooseRouter(tool, table, arguments, given, selection.wanted)};
     for (const Filter<Record>* filter : given) {
         if (!arguments.has(filter->option.name)) continue;  // needed by another one, and 0
-        filter->read(selection.wanted, arguments.text(filter->option.name), tool.*table.links);
+        filter->read(selection.wanted, arguments.text(filter->option.name), scope);
     }
     selection.query = &*std::find_if(table.queries.begin(), table.queries.end(), [&](const Query<Record>& query) {
         const auto served =
@@ -133,12 +171,12 @@ void showTable(const Tool& tool, const Table<Record>& table, const Arguments& ar
     const Selection<Record> selection = select(tool, table, arguments);
     std::vector<ColumnHead> heads;
     for (const Column<Record>& shown : table.columns) heads.push_back(shown.head);
-    RowPrinter rows(tool.settings.json, heads, tool.*table.links);
+    RowPrinter rows(tool.settings.json, heads);
     if (tool.settings.json) rows.json().beginObject().member("table", table.databaseName).beginArray("entries");
     walk(table, selection, [&](const Record& record) {
         std::vector<Value> values;
         for (const Column<Record>& shown : table.columns) values.push_back(shown.value(record));
-        rows.row(values);
+        rows.row(values, linksOf(tool, table, record));
     });
     if (tool.settings.json) rows.json().endArray().endObject();
     rows.finish();
@@ -276,12 +314,13 @@ void addDelete(Commands& commands, const Table<Record>& table) {
         options.push_back(option.placeholder == "N" ? option : required(option));
     }
     const auto run = [&table, &key](Tool& tool, const Arguments& arguments) {
+        const LinkScope scope{tool.links, table.layer, routerOf(table, arguments)};
         Record wanted{};
         std::string called;
         for (const std::string& name : key.takes) {
             const Filter<Record>& filter = filterNamed(table, name);
             const std::string text = arguments.has(name) ? arguments.text(name) : filter.otherwise;
-            filter.read(wanted, text, tool.*table.links);
+            filter.read(wanted, text, scope);
             called += fmt::format("{}{} {}", called.empty() ? "" : ", ", name, text);
         }
         deleteRecord(tool, table, wanted, called);

@@ -36,7 +36,8 @@ public:
     const Link* byName(const std::string& name) const;
     const Link* byIndex(uint32_t index) const;
 
-    bool empty() const { return byName_.empty(); }
+    // By name.
+    const std::unordered_map<std::string, Link>& all() const { return byName_; }
 
 private:
     void add(const std::string& file, size_t entryNumber, Link link);
