@@ -71,9 +71,6 @@ Mcast6Ipv6Addr readAddress(const std::string& option, const std::string& text) {
 
 uint32_t readInterface(const std::string& option, const std::string& text, const LinkScope& scope) {
     if (const auto number = parseNumber(text)) return *number;
-    const RouterLinks* links = scope.names.find(scope.layer, scope.vrId);
-    const LinkName* link = links == nullptr ? nullptr : links->byName(text);
-    if (link != nullptr) return link->index;
     const std::vector<uint32_t> known = scope.names.routers(scope.layer);
     if (known.empty()) {
         throw Failure(
@@ -81,8 +78,11 @@ uint32_t readInterface(const std::string& option, const std::string& text, const
                         "give the interface's number",
                         option, text));
     }
+    const uint32_t vrId = known.size() == 1 ? known.front() : scope.vrId;
+    if (const LinkName* link = linksOf(scope.names, scope.layer, vrId).byName(text)) return link->index;
     std::vector<uint32_t> others = known;
-    std::erase_if(others, [&](uint32_t vrId) { return scope.names.find(scope.layer, vrId)->byName(text) == nullptr; });
+    std::erase_if(others,
+                  [&](uint32_t other) { return linksOf(scope.names, scope.layer, other).byName(text) == nullptr; });
     if (!others.empty()) {
         throw Failure(
             fmt::format("--{}: no imported link list of VR {} has an interface '{}', but {} one: choose by --vr",

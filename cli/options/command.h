@@ -65,7 +65,8 @@ uint32_t readNumber(const std::string& option, const std::string& text, uint32_t
 uint32_t readRoutingTable(const std::string& option, const std::string& text);
 Mcast6Ipv6Addr readAddress(const std::string& option, const std::string& text);
 
-// Where options look the names of interfaces up: in the links of one VR.
+// Where options look the names of interfaces up: in the links of one VR. While the names of one VR alone are known, they
+// stand for their indexes in all VRs.
 struct LinkScope {
     const LinkNames& names;
     Layer layer;
