@@ -8,10 +8,13 @@ namespace mcast6 {
 
 namespace {
 
+constexpr Counter kCreateFailed{55, "creations failed"};
+constexpr Counter kResetFailed{56, "resets failed"};
+
 // Counters and outcomes of the cached objects, in the form of a table.
 struct Cache {
-    enum Counter : uint32_t { kCreateFailed = 55, kResetFailed = 56 };
     static constexpr uint32_t logId = kLogLayer3;
+    static constexpr Counter counters[]{kCreateFailed, kResetFailed};
     static constexpr CacheOutcomes onCache{
         .createFailed = {dfx(kCreateFailed),
                          logObject("Failed to create cache object, objType:%d, connType:%d, ret:%d"), returns(1)},

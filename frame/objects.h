@@ -14,10 +14,10 @@ uint32_t createObject(uint32_t objType, uint32_t connType, Mcast6DbHandle* objec
     return conclude<Table, Table::onCreate, &CreateOutcomes::created>(step);
 }
 
-template <class Table, uint32_t kCounter>
+template <class Table, const Counter& kCounter>
 void releaseObject(Mcast6DbHandle object) {
     Table::accessors.release(object);
-    MCAST6_DfxCounterInc(kCounter);
+    countOne<Table, kCounter>();
 }
 
 // Ensures that '*slot' holds a cached object, and resets it.

@@ -7,6 +7,7 @@
 // What a table provides (Table below):
 //     Record                      the caller's record
 //     number, logId               row of the error statistics, log id of its messages
+//     counters, indicators        what it counts in: numbers and names
 //     objects                     its exported pair {create, release}, used for every object but cached ones
 //     Row, Primary                its field map and primary key
 //     set, get                    its exported conversions

@@ -25,6 +25,39 @@
 
 namespace mcast6 {
 
+// A diagnostic counter and a key performance indicator: the number at the host, and what is counted. A table names its
+// own at the top of its file and lists them in 'counters' and 'indicators', from which their names are made for the host.
+struct Counter {
+    uint32_t number;
+    const char* counts;
+};
+struct Kpi {
+    uint32_t number;
+    const char* counts;
+};
+
+template <class Numbered, size_t kCount>
+constexpr bool isListed(const Numbered (&list)[kCount], uint32_t number) {
+    for (const Numbered& listed : list) {
+        if (listed.number == number) return true;
+    }
+    return false;
+}
+
+// Counts one in a counter or an indicator of the table.
+template <class Table, const Counter& kCounter>
+[[gnu::always_inline]] inline void countOne() {
+    static_assert(isListed(Table::counters, kCounter.number),
+                  "the table's list of counters lacks one that it counts in");
+    MCAST6_DfxCounterInc(kCounter.number);
+}
+template <class Table, const Kpi& kIndicator>
+[[gnu::always_inline]] inline void countOne() {
+    static_assert(isListed(Table::indicators, kIndicator.number),
+                  "the table's list of indicators lacks one that it counts in");
+    MCAST6_KPI_AddKpiData(kIndicator.number);
+}
+
 struct Effect {
     enum class Kind : uint8_t { release, log, logCode, logObject, dfx, kpi, record, call };
     static constexpr uint32_t kOfTable = ~uint32_t{0};  // the table's own log id or table number
@@ -67,9 +100,9 @@ consteval Effect logObject(const char* text, uint32_t logId = Effect::kOfTable) 
     return {.kind = Effect::Kind::logObject, .owner = logId, .text = text};
 }
 
-consteval Effect dfx(uint32_t counter) { return {.kind = Effect::Kind::dfx, .number = counter}; }
+consteval Effect dfx(const Counter& counter) { return {.kind = Effect::Kind::dfx, .number = counter.number}; }
 
-consteval Effect kpi(uint32_t indicator) { return {.kind = Effect::Kind::kpi, .number = indicator}; }
+consteval Effect kpi(const Kpi& indicator) { return {.kind = Effect::Kind::kpi, .number = indicator.number}; }
 
 // Records an error kind, under another table's number if one is given.
 consteval Effect record(Error error, uint32_t tableNumber = Effect::kOfTable) {
@@ -141,8 +174,12 @@ template <class Table, const auto& kOn, auto kExit, size_t kIndex>
     if constexpr (effect.kind == Kind::release) {
         Table::objects.release(step.object);
     } else if constexpr (effect.kind == Kind::dfx) {
+        static_assert(isListed(Table::counters, effect.number),
+                      "the table's list of counters lacks one that an outcome counts in");
         MCAST6_DfxCounterInc(effect.number);
     } else if constexpr (effect.kind == Kind::kpi) {
+        static_assert(isListed(Table::indicators, effect.number),
+                      "the table's list of indicators lacks one that an outcome counts in");
         MCAST6_KPI_AddKpiData(effect.number);
     } else if constexpr (effect.kind == Kind::call) {
         effect.function();

@@ -11,22 +11,23 @@ namespace mcast6::l2mc6_bd_enable {
 
 using E = L2McBdEnableEntry;
 
-enum Counter : uint32_t {
-    kCreated = 452,
-    kCreateFailed,
-    kReleased,
-    kWritten,
-    kWriteFailed,
-    kDeleted,
-    kDeleteFailed,
-    kIterFailed
-};
+constexpr Counter kCreated{452, "objects created"};
+constexpr Counter kCreateFailed{453, "object creations failed"};
+constexpr Counter kReleased{454, "objects released"};
+constexpr Counter kWritten{455, "writes"};
+constexpr Counter kWriteFailed{456, "writes failed"};
+constexpr Counter kDeleted{457, "deletes"};
+constexpr Counter kDeleteFailed{458, "deletes failed"};
+constexpr Counter kIterFailed{459, "iterator creations failed"};
 
 // clang-format off
 struct Table {
     using Record = E;
     static constexpr uint32_t number = 26;
     static constexpr uint32_t logId  = kLogConfiguration;
+    static constexpr Counter counters[]{
+        kCreated, kCreateFailed, kReleased, kWritten, kWriteFailed, kDeleted, kDeleteFailed, kIterFailed
+    };
 
     static constexpr Mcast6DbIterFuncs objects{MCAST6_DB_CreateL2McBdEnableObject, MCAST6_DB_ReleaseL2McBdEnableObject};
     static constexpr Accessors accessors{db_create_l2mc6_bd_enable_obj, db_release_l2mc6_bd_enable_object, db_set_l2mc6_bd_enable_all_fields};

@@ -10,23 +10,24 @@ namespace mcast6::l2mc6_bd_flowstat_sub {
 
 using E = FlowStatSubEntry;
 
-enum Counter : uint32_t {
-    kCreated = 390,
-    kCreateFailed,
-    kReleased,
-    kTableFull,
-    kWritten,
-    kWriteFailed,
-    kDeleted,
-    kDeleteFailed,
-    kIterFailed
-};
+constexpr Counter kCreated{390, "objects created"};
+constexpr Counter kCreateFailed{391, "object creations failed"};
+constexpr Counter kReleased{392, "objects released"};
+constexpr Counter kTableFull{393, "writes refused by a full table"};
+constexpr Counter kWritten{394, "writes"};
+constexpr Counter kWriteFailed{395, "writes failed"};
+constexpr Counter kDeleted{396, "deletes"};
+constexpr Counter kDeleteFailed{397, "deletes failed"};
+constexpr Counter kIterFailed{398, "iterator creations failed"};
 
 // clang-format off
 struct Table {
     using Record = E;
     static constexpr uint32_t number = 23;
     static constexpr uint32_t logId  = kLogFlowStatistics;
+    static constexpr Counter counters[]{
+        kCreated, kCreateFailed, kReleased, kTableFull, kWritten,
+        kWriteFailed, kDeleted, kDeleteFailed, kIterFailed};
 
     static constexpr Mcast6DbIterFuncs objects{MCAST6_DB_CreateL2McBdFlowstatSubObject, MCAST6_DB_ReleaseL2McBdFlowstatSubObject};
     static constexpr Accessors accessors{db_create_l2mc6_bd_flowstat_sub_obj, db_release_l2mc6_bd_flowstat_sub_object, db_set_l2mc6_bd_flowstat_sub_all_fields};

@@ -14,14 +14,20 @@ namespace mcast6::l2mc6_bd_mfib {
 
 using E = L2Mc6MfibEntry;
 
-enum Counter : uint32_t { kCreated = 473, kReleased };
-enum Kpi : uint32_t { kWritten = 3, kWriteFailed = 208, kDeleted, kDeleteFailed };
+constexpr Counter kCreated{473, "objects created"};
+constexpr Counter kReleased{474, "objects released"};
+constexpr Kpi kWritten{3, "writes"};
+constexpr Kpi kWriteFailed{208, "writes failed"};
+constexpr Kpi kDeleted{209, "deletes"};
+constexpr Kpi kDeleteFailed{210, "deletes failed"};
 
 // clang-format off
 struct Table {
     using Record = E;
     static constexpr uint32_t number = 27;
     static constexpr uint32_t logId  = kLogLayer2Mfib;
+    static constexpr Counter counters[]{kCreated, kReleased};
+    static constexpr Kpi indicators[]{kWritten, kWriteFailed, kDeleted, kDeleteFailed};
 
     static constexpr Mcast6DbIterFuncs objects{MCAST6_DB_CreateL2BdMfib6Object, MCAST6_DB_ReleaseL2BdMfib6Object};
     static constexpr Accessors accessors{db_create_l2mc6_bd_mfib_obj, db_release_l2mc6_bd_mfib_object, db_set_l2mc6_bd_mfib_all_fields};

@@ -11,22 +11,23 @@ namespace mcast6::l2mc6_bd_rt_vxlan_elb {
 
 using E = L2McBdRtVxlanEntry;
 
-enum Counter : uint32_t {
-    kCreateFailed = 518,
-    kCreated = 519,
-    kReleased = 520,
-    kWritten = 522,
-    kWriteFailed = 521,
-    kDeleted = 524,
-    kDeleteFailed = 523,
-    kIterFailed = 525,
-};
+constexpr Counter kCreateFailed{518, "object creations failed"};
+constexpr Counter kCreated{519, "objects created"};
+constexpr Counter kReleased{520, "objects released"};
+constexpr Counter kWritten{522, "writes"};
+constexpr Counter kWriteFailed{521, "writes failed"};
+constexpr Counter kDeleted{524, "deletes"};
+constexpr Counter kDeleteFailed{523, "deletes failed"};
+constexpr Counter kIterFailed{525, "iterator creations failed"};
 
 // clang-format off
 struct Table {
     using Record = E;
     static constexpr uint32_t number = 32;
     static constexpr uint32_t logId  = kLogLayer2Egress;
+    static constexpr Counter counters[]{
+        kCreateFailed, kCreated, kReleased, kWritten, kWriteFailed, kDeleted, kDeleteFailed, kIterFailed
+    };
 
     static constexpr Mcast6DbIterFuncs objects{MCAST6_DB_CreateL2Mc6BdRtVxlanElbObject, MCAST6_DB_ReleaseL2Mc6BdRtVxlanElbObject};
     static constexpr Accessors accessors{db_create_l2mc6_bd_rt_vxlan_elb_obj, db_release_l2mc6_bd_rt_vxlan_elb_object, db_set_l2mc6_bd_rt_vxlan_elb_all_fields};

@@ -10,22 +10,23 @@ namespace mcast6::l2mc6_bd_tag_elb {
 
 using E = L2Elb6Entry;
 
-enum Counter : uint32_t {
-    kCreateFailed = 335,
-    kCreated = 336,
-    kReleased = 337,
-    kWritten = 338,
-    kWriteFailed = 339,
-    kDeleted = 340,
-    kDeleteFailed = 341,
-    kIterFailed = 342,
-};
+constexpr Counter kCreateFailed{335, "object creations failed"};
+constexpr Counter kCreated{336, "objects created"};
+constexpr Counter kReleased{337, "objects released"};
+constexpr Counter kWritten{338, "writes"};
+constexpr Counter kWriteFailed{339, "writes failed"};
+constexpr Counter kDeleted{340, "deletes"};
+constexpr Counter kDeleteFailed{341, "deletes failed"};
+constexpr Counter kIterFailed{342, "iterator creations failed"};
 
 // clang-format off
 struct Table {
     using Record = E;
     static constexpr uint32_t number = 21;
     static constexpr uint32_t logId  = kLogLayer2Egress;
+    static constexpr Counter counters[]{
+        kCreateFailed, kCreated, kReleased, kWritten, kWriteFailed, kDeleted, kDeleteFailed, kIterFailed
+    };
 
     static constexpr Mcast6DbIterFuncs objects{MCAST6_DB_CreateL2McBdTagElbObject, MCAST6_DB_ReleaseL2McBdTagElbObject};
     static constexpr Accessors accessors{db_create_l2mc6_bd_tag_elb_obj, db_release_l2mc6_bd_tag_elb_object, db_set_l2mc6_bd_tag_elb_all_fields};

@@ -10,22 +10,23 @@ namespace mcast6::l2mc6_bd_tag_rt {
 
 using E = L2McBdRtEntry;
 
-enum Counter : uint32_t {
-    kCreateFailed = 405,
-    kCreated = 404,
-    kReleased = 406,
-    kWritten = 407,
-    kWriteFailed = 408,
-    kDeleted = 409,
-    kDeleteFailed = 410,
-    kIterFailed = 411,
-};
+constexpr Counter kCreateFailed{405, "object creations failed"};
+constexpr Counter kCreated{404, "objects created"};
+constexpr Counter kReleased{406, "objects released"};
+constexpr Counter kWritten{407, "writes"};
+constexpr Counter kWriteFailed{408, "writes failed"};
+constexpr Counter kDeleted{409, "deletes"};
+constexpr Counter kDeleteFailed{410, "deletes failed"};
+constexpr Counter kIterFailed{411, "iterator creations failed"};
 
 // clang-format off
 struct Table {
     using Record = E;
     static constexpr uint32_t number = 24;
     static constexpr uint32_t logId  = kLogLayer2Egress;
+    static constexpr Counter counters[]{
+        kCreateFailed, kCreated, kReleased, kWritten, kWriteFailed, kDeleted, kDeleteFailed, kIterFailed
+    };
 
     static constexpr Mcast6DbIterFuncs objects{MCAST6_DB_CreateL2McBdTagRtObject, MCAST6_DB_ReleaseL2McBdTagRtObject};
     static constexpr Accessors accessors{db_create_l2mc6_bd_tag_rt_obj, db_release_l2mc6_bd_tag_rt_object, db_set_l2mc6_bd_tag_rt_all_fields};

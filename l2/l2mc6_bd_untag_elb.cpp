@@ -10,22 +10,23 @@ namespace mcast6::l2mc6_bd_untag_elb {
 
 using E = L2Elb6Entry;
 
-enum Counter : uint32_t {
-    kCreateFailed = 343,
-    kCreated = 344,
-    kReleased = 345,
-    kWritten = 346,
-    kWriteFailed = 347,
-    kDeleted = 348,
-    kDeleteFailed = 349,
-    kIterFailed = 350,
-};
+constexpr Counter kCreateFailed{343, "object creations failed"};
+constexpr Counter kCreated{344, "objects created"};
+constexpr Counter kReleased{345, "objects released"};
+constexpr Counter kWritten{346, "writes"};
+constexpr Counter kWriteFailed{347, "writes failed"};
+constexpr Counter kDeleted{348, "deletes"};
+constexpr Counter kDeleteFailed{349, "deletes failed"};
+constexpr Counter kIterFailed{350, "iterator creations failed"};
 
 // clang-format off
 struct Table {
     using Record = E;
     static constexpr uint32_t number = 22;
     static constexpr uint32_t logId  = kLogLayer2Egress;
+    static constexpr Counter counters[]{
+        kCreateFailed, kCreated, kReleased, kWritten, kWriteFailed, kDeleted, kDeleteFailed, kIterFailed
+    };
 
     static constexpr Mcast6DbIterFuncs objects{MCAST6_DB_CreateL2McBdUntagElbObject, MCAST6_DB_ReleaseL2McBdUntagElbObject};
     static constexpr Accessors accessors{db_create_l2mc6_bd_untag_elb_obj, db_release_l2mc6_bd_untag_elb_object, db_set_l2mc6_bd_untag_elb_all_fields};

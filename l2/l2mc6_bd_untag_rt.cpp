@@ -10,22 +10,23 @@ namespace mcast6::l2mc6_bd_untag_rt {
 
 using E = L2McBdRtEntry;
 
-enum Counter : uint32_t {
-    kCreateFailed = 413,
-    kCreated = 412,
-    kReleased = 414,
-    kWritten = 415,
-    kWriteFailed = 416,
-    kDeleted = 417,
-    kDeleteFailed = 418,
-    kIterFailed = 419,
-};
+constexpr Counter kCreateFailed{413, "object creations failed"};
+constexpr Counter kCreated{412, "objects created"};
+constexpr Counter kReleased{414, "objects released"};
+constexpr Counter kWritten{415, "writes"};
+constexpr Counter kWriteFailed{416, "writes failed"};
+constexpr Counter kDeleted{417, "deletes"};
+constexpr Counter kDeleteFailed{418, "deletes failed"};
+constexpr Counter kIterFailed{419, "iterator creations failed"};
 
 // clang-format off
 struct Table {
     using Record = E;
     static constexpr uint32_t number = 25;
     static constexpr uint32_t logId  = kLogLayer2Egress;
+    static constexpr Counter counters[]{
+        kCreateFailed, kCreated, kReleased, kWritten, kWriteFailed, kDeleted, kDeleteFailed, kIterFailed
+    };
 
     static constexpr Mcast6DbIterFuncs objects{MCAST6_DB_CreateL2McBdUntagRtObject, MCAST6_DB_ReleaseL2McBdUntagRtObject};
     static constexpr Accessors accessors{db_create_l2mc6_bd_untag_rt_obj, db_release_l2mc6_bd_untag_rt_object, db_set_l2mc6_bd_untag_rt_all_fields};

@@ -11,16 +11,14 @@ namespace mcast6::l2mc6_bd_vxlan_elb {
 
 using E = L2Elb6Entry;
 
-enum Counter : uint32_t {
-    kCreateFailed = 504,
-    kCreated = 503,
-    kReleased = 505,
-    kWritten = 506,
-    kWriteFailed = 507,
-    kDeleted = 508,
-    kDeleteFailed = 509,
-    kIterFailed = 510,
-};
+constexpr Counter kCreateFailed{504, "object creations failed"};
+constexpr Counter kCreated{503, "objects created"};
+constexpr Counter kReleased{505, "objects released"};
+constexpr Counter kWritten{506, "writes"};
+constexpr Counter kWriteFailed{507, "writes failed"};
+constexpr Counter kDeleted{508, "deletes"};
+constexpr Counter kDeleteFailed{509, "deletes failed"};
+constexpr Counter kIterFailed{510, "iterator creations failed"};
 
 // clang-format off
 // The row keeps the first of vxlanWords3to6 apart from the other three, with reserved bytes around it.
@@ -42,6 +40,9 @@ struct Table {
     using Record = E;
     static constexpr uint32_t number = 30;
     static constexpr uint32_t logId  = kLogLayer2Egress;
+    static constexpr Counter counters[]{
+        kCreateFailed, kCreated, kReleased, kWritten, kWriteFailed, kDeleted, kDeleteFailed, kIterFailed
+    };
 
     static constexpr Mcast6DbIterFuncs objects{MCAST6_DB_CreateL2Mc6BdVxlanElbObject, MCAST6_DB_ReleaseL2Mc6BdVxlanElbObject};
     static constexpr Accessors accessors{db_create_l2mc6_bd_vxlan_elb_obj, db_release_l2mc6_bd_vxlan_elb_object, db_set_l2mc6_bd_vxlan_elb_all_fields};

@@ -12,22 +12,23 @@ namespace mcast6::l2mc6_bd_vxlan_sub_elb {
 
 using E = L2Elb6Entry;
 
-enum Counter : uint32_t {
-    kCreateFailed = 512,
-    kCreated = 511,
-    kReleased = 380,  // out of the row
-    kWritten = 513,
-    kWriteFailed = 514,
-    kDeleted = 515,
-    kDeleteFailed = 516,
-    kIterFailed = 517,
-};
+constexpr Counter kCreateFailed{512, "object creations failed"};
+constexpr Counter kCreated{511, "objects created"};
+constexpr Counter kReleased{380, "objects released"};  // out of the row
+constexpr Counter kWritten{513, "writes"};
+constexpr Counter kWriteFailed{514, "writes failed"};
+constexpr Counter kDeleted{515, "deletes"};
+constexpr Counter kDeleteFailed{516, "deletes failed"};
+constexpr Counter kIterFailed{517, "iterator creations failed"};
 
 // clang-format off
 struct Table {
     using Record = E;
     static constexpr uint32_t number = 31;
     static constexpr uint32_t logId  = kLogLayer2Egress;
+    static constexpr Counter counters[]{
+        kCreateFailed, kCreated, kReleased, kWritten, kWriteFailed, kDeleted, kDeleteFailed, kIterFailed
+    };
 
     static constexpr Mcast6DbIterFuncs objects{MCAST6_DB_CreateL2Mc6BdVxlanSubElbObject, MCAST6_DB_ReleaseL2Mc6BdVxlanSubElbObject};
     static constexpr Accessors accessors{db_create_l2mc6_bd_vxlan_sub_elb_obj, db_release_l2mc6_bd_vxlan_sub_elb_object, db_set_l2mc6_bd_vxlan_sub_elb_all_fields};

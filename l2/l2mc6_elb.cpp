@@ -11,8 +11,12 @@ namespace mcast6::l2mc6_elb {
 
 using E = L2Elb6Entry;
 
-enum Counter : uint32_t { kCreated = 7, kReleased };
-enum Kpi : uint32_t { kWritten = 27, kWriteFailed, kDeleted, kDeleteFailed };
+constexpr Counter kCreated{7, "objects created"};
+constexpr Counter kReleased{8, "objects released"};
+constexpr Kpi kWritten{27, "writes"};
+constexpr Kpi kWriteFailed{28, "writes failed"};
+constexpr Kpi kDeleted{29, "deletes"};
+constexpr Kpi kDeleteFailed{30, "deletes failed"};
 
 // The VLAN of 16 bits goes through a word of zeros: it is 0 when its getter fails, where other fields stay.
 struct GetsVlan {
@@ -29,6 +33,8 @@ struct Table {
     using Record = E;
     static constexpr uint32_t number = 7;
     static constexpr uint32_t logId  = kLogLayer2Egress;
+    static constexpr Counter counters[]{kCreated, kReleased};
+    static constexpr Kpi indicators[]{kWritten, kWriteFailed, kDeleted, kDeleteFailed};
 
     static constexpr Mcast6DbIterFuncs objects{MCAST6_DB_CreateL2Elb6Object, MCAST6_DB_ReleaseL2Elb6Object};
     static constexpr Accessors accessors{db_create_l2mc6_elb_obj, db_release_l2mc6_elb_object, db_set_l2mc6_elb_all_fields};

@@ -11,13 +11,15 @@ namespace mcast6::l2mc6_flowstat_sub {
 
 using E = FlowStatSubEntry;
 
-enum Counter : uint32_t { kCreated = 14, kReleased };
+constexpr Counter kCreated{14, "objects created"};
+constexpr Counter kReleased{15, "objects released"};
 
 // clang-format off
 struct Table {
     using Record = E;
     static constexpr uint32_t number = 10;
     static constexpr uint32_t logId  = kLogFlowStatistics;
+    static constexpr Counter counters[]{kCreated, kReleased};
 
     static constexpr Mcast6DbIterFuncs objects{MCAST6_DB_CreateFlowStatObject, MCAST6_DB_ReleaseFlowStatObject};
     static constexpr Accessors accessors{db_create_l2mc6_flowstat_sub_obj, db_release_l2mc6_flowstat_sub_object, db_set_l2mc6_flowstat_sub_all_fields};

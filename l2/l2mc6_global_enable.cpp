@@ -11,14 +11,20 @@ namespace mcast6::l2mc6_global_enable {
 
 using E = MldGlobalEntry;
 
-enum Counter : uint32_t { kCreated = 37, kReleased };
-enum Kpi : uint32_t { kChanged = 49, kChangeFailed, kRemoved, kRemoveFailed };
+constexpr Counter kCreated{37, "objects created"};
+constexpr Counter kReleased{38, "objects released"};
+constexpr Kpi kChanged{49, "writes and updates"};
+constexpr Kpi kChangeFailed{50, "writes and updates failed"};
+constexpr Kpi kRemoved{51, "deletes"};
+constexpr Kpi kRemoveFailed{52, "deletes failed"};
 
 // clang-format off
 struct Table {
     using Record = E;
     static constexpr uint32_t number = 3;
     static constexpr uint32_t logId  = kLogConfiguration;
+    static constexpr Counter counters[]{kCreated, kReleased};
+    static constexpr Kpi indicators[]{kChanged, kChangeFailed, kRemoved, kRemoveFailed};
 
     static constexpr Mcast6DbIterFuncs objects{MCAST6_DB_CreateMldGlobalObject, MCAST6_DB_ReleaseMldGlobalObject};
     static constexpr Accessors accessors{db_create_l2mc6_global_enable_obj, db_release_l2mc6_global_enable_object, db_set_l2mc6_global_enable_all_fields};

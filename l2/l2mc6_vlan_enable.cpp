@@ -11,14 +11,20 @@ namespace mcast6::l2mc6_vlan_enable {
 
 using E = L2VlanEnableEntry;
 
-enum Counter : uint32_t { kCreated = 43, kReleased };
-enum Kpi : uint32_t { kWritten = 65, kWriteFailed, kDeleted, kDeleteFailed };
+constexpr Counter kCreated{43, "objects created"};
+constexpr Counter kReleased{44, "objects released"};
+constexpr Kpi kWritten{65, "writes"};
+constexpr Kpi kWriteFailed{66, "writes failed"};
+constexpr Kpi kDeleted{67, "deletes"};
+constexpr Kpi kDeleteFailed{68, "deletes failed"};
 
 // clang-format off
 struct Table {
     using Record = E;
     static constexpr uint32_t number = 14;
     static constexpr uint32_t logId  = kLogConfiguration;
+    static constexpr Counter counters[]{kCreated, kReleased};
+    static constexpr Kpi indicators[]{kWritten, kWriteFailed, kDeleted, kDeleteFailed};
 
     static constexpr Mcast6DbIterFuncs objects{MCAST6_DB_CreateL2VlanEnableObject, MCAST6_DB_ReleaseL2VlanEnableObject};
     static constexpr Accessors accessors{db_create_l2mc6_vlan_enable_obj, db_release_l2mc6_vlan_enable_object, db_set_l2mc6_vlan_enable_all_fields};

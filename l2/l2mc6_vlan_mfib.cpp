@@ -13,14 +13,20 @@ namespace mcast6::l2mc6_vlan_mfib {
 
 using E = L2Mc6MfibEntry;
 
-enum Counter : uint32_t { kCreated = 0, kReleased };  // a made object counts 0, the success code
-enum Kpi : uint32_t { kWritten = 3, kWriteFailed, kDeleted, kDeleteFailed };
+constexpr Counter kCreated{0, "objects created"};  // a made object counts 0, the success code
+constexpr Counter kReleased{1, "objects released"};
+constexpr Kpi kWritten{3, "writes"};
+constexpr Kpi kWriteFailed{4, "writes failed"};
+constexpr Kpi kDeleted{5, "deletes"};
+constexpr Kpi kDeleteFailed{6, "deletes failed"};
 
 // clang-format off
 struct Table {
     using Record = E;
     static constexpr uint32_t number = 8;
     static constexpr uint32_t logId  = kLogLayer2Mfib;
+    static constexpr Counter counters[]{kCreated, kReleased};
+    static constexpr Kpi indicators[]{kWritten, kWriteFailed, kDeleted, kDeleteFailed};
 
     static constexpr Mcast6DbIterFuncs objects{MCAST6_DB_CreateL2Mfib6Object, MCAST6_DB_ReleaseL2Mfib6Object};
     static constexpr Accessors accessors{db_create_l2mc6_vlan_mfib_obj, db_release_l2mc6_vlan_mfib_object, db_set_l2mc6_vlan_mfib_all_fields};

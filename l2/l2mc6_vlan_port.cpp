@@ -11,13 +11,15 @@ namespace mcast6::l2mc6_vlan_port {
 
 using E = VlanPortEntry;
 
-enum Counter : uint32_t { kCreated = 21, kReleased };
+constexpr Counter kCreated{21, "objects created"};
+constexpr Counter kReleased{22, "objects released"};
 
 // clang-format off
 struct Table {
     using Record = E;
     static constexpr uint32_t number = 9;
     static constexpr uint32_t logId  = kLogLayer2Egress;
+    static constexpr Counter counters[]{kCreated, kReleased};
 
     static constexpr Mcast6DbIterFuncs objects{MCAST6_DB_CreateVlanPortObject, MCAST6_DB_ReleaseVlanPortObject};
     static constexpr Accessors accessors{db_create_l2mc6_vlan_port_obj, db_release_l2mc6_vlan_port_object, db_set_l2mc6_vlan_port_all_fields};

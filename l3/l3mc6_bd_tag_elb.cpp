@@ -15,14 +15,22 @@ namespace mcast6::l3mc6_bd_tag_elb {
 
 using E = L3BdElb6Entry;
 
-enum Counter : uint32_t { kCreated = 322, kReleased };
-enum Kpi : uint32_t { kWritten = 188, kWriteFailed, kDeleted, kDeleteFailed, kCreateFailed, kIterFailed };
+constexpr Counter kCreated{322, "objects created"};
+constexpr Counter kReleased{323, "objects released"};
+constexpr Kpi kWritten{188, "writes"};
+constexpr Kpi kWriteFailed{189, "writes failed"};
+constexpr Kpi kDeleted{190, "deletes"};
+constexpr Kpi kDeleteFailed{191, "deletes failed"};
+constexpr Kpi kCreateFailed{192, "object creations failed"};
+constexpr Kpi kIterFailed{193, "iterator creations failed"};
 
 // clang-format off
 struct Table {
     using Record = E;
     static constexpr uint32_t number = 18;
     static constexpr uint32_t logId  = kLogLayer3;
+    static constexpr Counter counters[]{kCreated, kReleased};
+    static constexpr Kpi indicators[]{kWritten, kWriteFailed, kDeleted, kDeleteFailed, kCreateFailed, kIterFailed};
 
     static constexpr Mcast6DbIterFuncs objects{MCAST6_DB_CreateL3McBdTagElbObject, MCAST6_DB_ReleaseL3McBdTagElbObject};
     static constexpr Accessors accessors{db_create_l3mc6_bd_tag_elb_obj, db_release_l3mc6_bd_tag_elb_object, db_set_l3mc6_bd_tag_elb_all_fields};

@@ -14,14 +14,22 @@ namespace mcast6::l3mc6_bd_tnl_elb {
 
 using E = L3BdElb6Entry;
 
-enum Counter : uint32_t { kCreated = 326, kReleased };
-enum Kpi : uint32_t { kWritten = 200, kWriteFailed, kDeleted, kDeleteFailed, kCreateFailed, kIterFailed };
+constexpr Counter kCreated{326, "objects created"};
+constexpr Counter kReleased{327, "objects released"};
+constexpr Kpi kWritten{200, "writes"};
+constexpr Kpi kWriteFailed{201, "writes failed"};
+constexpr Kpi kDeleted{202, "deletes"};
+constexpr Kpi kDeleteFailed{203, "deletes failed"};
+constexpr Kpi kCreateFailed{204, "object creations failed"};
+constexpr Kpi kIterFailed{205, "iterator creations failed"};
 
 // clang-format off
 struct Table {
     using Record = E;
     static constexpr uint32_t number = 20;
     static constexpr uint32_t logId  = kLogLayer3;
+    static constexpr Counter counters[]{kCreated, kReleased};
+    static constexpr Kpi indicators[]{kWritten, kWriteFailed, kDeleted, kDeleteFailed, kCreateFailed, kIterFailed};
 
     static constexpr Mcast6DbIterFuncs objects{MCAST6_DB_CreateL3McBdTnlElbObject, MCAST6_DB_ReleaseL3McBdTnlElbObject};
     static constexpr Accessors accessors{db_create_l3mc6_bd_tnl_elb_obj, db_release_l3mc6_bd_tnl_elb_object, db_set_l3mc6_bd_tnl_elb_all_fields};

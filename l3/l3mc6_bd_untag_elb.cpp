@@ -13,14 +13,22 @@ namespace mcast6::l3mc6_bd_untag_elb {
 
 using E = L3BdElb6Entry;
 
-enum Counter : uint32_t { kCreated = 324, kReleased };
-enum Kpi : uint32_t { kWritten = 194, kWriteFailed, kDeleted, kDeleteFailed, kCreateFailed, kIterFailed };
+constexpr Counter kCreated{324, "objects created"};
+constexpr Counter kReleased{325, "objects released"};
+constexpr Kpi kWritten{194, "writes"};
+constexpr Kpi kWriteFailed{195, "writes failed"};
+constexpr Kpi kDeleted{196, "deletes"};
+constexpr Kpi kDeleteFailed{197, "deletes failed"};
+constexpr Kpi kCreateFailed{198, "object creations failed"};
+constexpr Kpi kIterFailed{199, "iterator creations failed"};
 
 // clang-format off
 struct Table {
     using Record = E;
     static constexpr uint32_t number = 19;
     static constexpr uint32_t logId  = kLogLayer3;
+    static constexpr Counter counters[]{kCreated, kReleased};
+    static constexpr Kpi indicators[]{kWritten, kWriteFailed, kDeleted, kDeleteFailed, kCreateFailed, kIterFailed};
 
     static constexpr Mcast6DbIterFuncs objects{MCAST6_DB_CreateL3McBdUntagElbObject, MCAST6_DB_ReleaseL3McBdUntagElbObject};
     static constexpr Accessors accessors{db_create_l3mc6_bd_untag_elb_obj, db_release_l3mc6_bd_untag_elb_object, db_set_l3mc6_bd_untag_elb_all_fields};

@@ -14,14 +14,19 @@ namespace mcast6::l3mc6_elb {
 
 using E = L3Mc6ElbEntry;
 
-enum Counter : uint32_t { kCreated = 239, kReleased, kCacheFailed };
-enum Kpi : uint32_t { kCreateFailed = 128, kIterFailed };
+constexpr Counter kCreated{239, "objects created"};
+constexpr Counter kReleased{240, "objects released"};
+constexpr Counter kCacheFailed{241, "cached objects not ready"};
+constexpr Kpi kCreateFailed{128, "object creations failed"};
+constexpr Kpi kIterFailed{129, "iterator creations failed"};
 
 // clang-format off
 struct Table {
     using Record = E;
     static constexpr uint32_t number = 16;
     static constexpr uint32_t logId  = kLogLayer3;
+    static constexpr Counter counters[]{kCreated, kReleased, kCacheFailed};
+    static constexpr Kpi indicators[]{kCreateFailed, kIterFailed};
 
     static constexpr Mcast6DbIterFuncs objects{MCAST6_DB_CreateL3ElbObject, MCAST6_DB_ReleaseL3ElbObject};
     static constexpr Accessors accessors{db_create_l3mc6_elb_obj, db_release_l3mc6_elb_object, db_set_l3mc6_elb_all_fields};
@@ -182,7 +187,7 @@ Mcast6DbRes* MCAST6_DB_CreateL3ElbMfibIteratorExt(const L3Mc6ElbEntry* entry) {
 uint32_t MCAST6_DB_CreateL3ElbMfibIterator(const L3Mc6ElbEntry* entry, Mcast6DbRes* resource) {
     const auto key = Table::ByEntry::of(*entry);
     const uint32_t code = MCAST6_DB_CreateIterCommonWithDbRes(resource, &Table::objects, &key.descriptor, key.bytes);
-    if (code != kOk) MCAST6_KPI_AddKpiData(kIterFailed);
+    if (code != kOk) countOne<Table, kIterFailed>();
     return code;
 }
 

@@ -12,8 +12,14 @@ namespace mcast6::l3mc6_glbcfg {
 
 using E = L3Mc6GlbCfgEntry;
 
-enum Counter : uint32_t { kCreated = 33, kReleased };
-enum Kpi : uint32_t { kWritten = 145, kWriteFailed, kDeleted, kDeleteFailed, kCreateFailed = 159, kIterFailed };
+constexpr Counter kCreated{33, "objects created"};
+constexpr Counter kReleased{34, "objects released"};
+constexpr Kpi kWritten{145, "writes"};
+constexpr Kpi kWriteFailed{146, "writes failed"};
+constexpr Kpi kDeleted{147, "deletes"};
+constexpr Kpi kDeleteFailed{148, "deletes failed"};
+constexpr Kpi kCreateFailed{159, "object creations failed"};
+constexpr Kpi kIterFailed{160, "iterator creations failed"};
 
 // A time stamp with a clock reading of its own.
 template <uint16_t kOffset, auto kMember>
@@ -29,6 +35,8 @@ struct Table {
     using Record = E;
     static constexpr uint32_t number = 0;
     static constexpr uint32_t logId  = kLogConfiguration;
+    static constexpr Counter counters[]{kCreated, kReleased};
+    static constexpr Kpi indicators[]{kWritten, kWriteFailed, kDeleted, kDeleteFailed, kCreateFailed, kIterFailed};
 
     static constexpr Mcast6DbIterFuncs objects{MCAST6_DB_CreateGlbCfgObject, MCAST6_DB_ReleaseGlbCfgObject};
     static constexpr Accessors accessors{db_create_l3mc6_glbcfg_obj, db_release_l3mc6_glbcfg_object, db_set_l3mc6_glbcfg_all_fields};
@@ -171,7 +179,7 @@ uint32_t MCAST6_DB_DeleteGlbCfg(const L3Mc6GlbCfgEntry* record) {
     if (code != kOk) {
         logLine(Table::logId,
                 "[MCAST6 DB]Delete db global cfg object failed, write or update glb version failed. ret:%u", code);
-        MCAST6_KPI_AddKpiData(kDeleteFailed);
+        countOne<Table, kDeleteFailed>();
         return kFailed;
     }
     return removeRecord<Table>(record);

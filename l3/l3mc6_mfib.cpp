@@ -15,14 +15,23 @@ Mcast6DbHandle g_l3Mfib6DbStatObjCache;
 
 namespace mcast6::l3mc6_mfib {
 
-enum Counter : uint32_t { kCreated = 151, kReleased, kCacheCreateFailed, kCacheResetFailed };
-enum Kpi : uint32_t { kWriteTried = 93, kWriteFailed, kDeleted, kDeleteFailed, kCreateFailed = 114 };
+constexpr Counter kCreated{151, "objects created"};
+constexpr Counter kReleased{152, "objects released"};
+constexpr Counter kCacheCreateFailed{153, "cache object creations failed"};
+constexpr Counter kCacheResetFailed{154, "cache object resets failed"};
+constexpr Kpi kWriteTried{93, "writes attempted"};
+constexpr Kpi kWriteFailed{94, "writes failed"};
+constexpr Kpi kDeleted{95, "deletes"};
+constexpr Kpi kDeleteFailed{96, "deletes failed"};
+constexpr Kpi kCreateFailed{114, "object creations failed"};
 
 // clang-format off
 struct Table {
     using Record = E;
     static constexpr uint32_t number = 15;
     static constexpr uint32_t logId  = kLogLayer3;  // the statistics and queries log under kLogLayer3Query
+    static constexpr Counter counters[]{kCreated, kReleased, kCacheCreateFailed, kCacheResetFailed};
+    static constexpr Kpi indicators[]{kWriteTried, kWriteFailed, kDeleted, kDeleteFailed, kCreateFailed};
 
     static constexpr Mcast6DbIterFuncs objects{MCAST6_DB_CreateL3MfibObject, MCAST6_DB_ReleaseL3MfibObject};
     static constexpr Accessors accessors{db_create_l3mc6_mfib_obj, db_release_l3mc6_mfib_object, db_set_l3mc6_mfib_all_fields};
@@ -141,7 +150,7 @@ uint32_t MCAST6_DB_CreateL3MfibObject(uint32_t objType, uint32_t connType, Mcast
 
 void MCAST6_DB_ReleaseL3MfibObject(Mcast6DbHandle object) {
     if (object != 0) Table::accessors.release(object);
-    MCAST6_DfxCounterInc(kReleased);  // for 0 too
+    countOne<Table, kReleased>();  // for 0 too
 }
 
 uint32_t MCAST6_DB_ReadL3MfibEntry(L3Mc6MfibEntry* record, Mcast6DbHandle object) {

@@ -13,12 +13,13 @@ namespace mcast6::l3mc6_mfib_query {
 using l3mc6_mfib::E;
 using l3mc6_mfib::Row;
 
-inline constexpr uint32_t kIterFailed = 115;  // KPI
+constexpr Kpi kIterFailed{115, "iterator creations failed"};
 inline constexpr uint32_t kHashConflict = 5;  // error code
 inline constexpr uint32_t kQueryTypes = 10;
 
 struct Table {
     static constexpr uint32_t logId = kLogLayer3Query;
+    static constexpr Kpi indicators[]{kIterFailed};
     static constexpr Mcast6DbIterFuncs objects{MCAST6_DB_CreateL3MfibObject, MCAST6_DB_ReleaseL3MfibObject};
     static constexpr IterOutcomes onIter{.failed = {kpi(kIterFailed), returnsNull}};
     static constexpr CountOutcomes onCount{

@@ -13,14 +13,22 @@ namespace mcast6::l3mc6_mvpn_tnl_elb {
 
 using E = L3McMvpnTnlElbEntry;
 
-enum Counter : uint32_t { kCreated = 476, kReleased };
-enum Kpi : uint32_t { kWritten = 212, kWriteFailed, kDeleted, kDeleteFailed, kCreateFailed, kIterFailed };
+constexpr Counter kCreated{476, "objects created"};
+constexpr Counter kReleased{477, "objects released"};
+constexpr Kpi kWritten{212, "writes"};
+constexpr Kpi kWriteFailed{213, "writes failed"};
+constexpr Kpi kDeleted{214, "deletes"};
+constexpr Kpi kDeleteFailed{215, "deletes failed"};
+constexpr Kpi kCreateFailed{216, "object creations failed"};
+constexpr Kpi kIterFailed{217, "iterator creations failed"};
 
 // clang-format off
 struct Table {
     using Record = E;
     static constexpr uint32_t number = 28;
     static constexpr uint32_t logId  = kLogLayer3;
+    static constexpr Counter counters[]{kCreated, kReleased};
+    static constexpr Kpi indicators[]{kWritten, kWriteFailed, kDeleted, kDeleteFailed, kCreateFailed, kIterFailed};
 
     static constexpr Mcast6DbIterFuncs objects{MCAST6_DB_CreateL3McMvpnTnlElbObject, MCAST6_DB_ReleaseL3McMvpnTnlElbObject};
     static constexpr Accessors accessors{db_create_l3mc6_mvpn_tnl_elb_obj, db_release_l3mc6_mvpn_tnl_elb_object, db_set_l3mc6_mvpn_tnl_elb_all_fields};

@@ -10,14 +10,22 @@ namespace mcast6::l3mc6_mvpn_tnl_subelb {
 
 using E = L3McMvpnTnlElbEntry;
 
-enum Counter : uint32_t { kCreated = 478, kReleased };
-enum Kpi : uint32_t { kWritten = 218, kWriteFailed, kDeleted, kDeleteFailed, kCreateFailed, kIterFailed };
+constexpr Counter kCreated{478, "objects created"};
+constexpr Counter kReleased{479, "objects released"};
+constexpr Kpi kWritten{218, "writes"};
+constexpr Kpi kWriteFailed{219, "writes failed"};
+constexpr Kpi kDeleted{220, "deletes"};
+constexpr Kpi kDeleteFailed{221, "deletes failed"};
+constexpr Kpi kCreateFailed{222, "object creations failed"};
+constexpr Kpi kIterFailed{223, "iterator creations failed"};
 
 // clang-format off
 struct Table {
     using Record = E;
     static constexpr uint32_t number = 29;
     static constexpr uint32_t logId  = kLogLayer3;
+    static constexpr Counter counters[]{kCreated, kReleased};
+    static constexpr Kpi indicators[]{kWritten, kWriteFailed, kDeleted, kDeleteFailed, kCreateFailed, kIterFailed};
 
     static constexpr Mcast6DbIterFuncs objects{MCAST6_DB_CreateL3McMvpnTnlSubElbObject, MCAST6_DB_ReleaseL3McMvpnTnlSubElbObject};
     static constexpr Accessors accessors{db_create_l3mc6_mvpn_tnl_subelb_obj, db_release_l3mc6_mvpn_tnl_subelb_object, db_set_l3mc6_mvpn_tnl_subelb_all_fields};

@@ -11,13 +11,21 @@ namespace mcast6::l3mc6_register_elb {
 
 using E = L3Mc6RegOifEntry;
 
-enum Counter : uint32_t { kCreated = 252, kReleased };
-enum Kpi : uint32_t { kWritten = 137, kWriteFailed, kDeleted, kDeleteFailed, kCreateFailed, kIterFailed };
+constexpr Counter kCreated{252, "objects created"};
+constexpr Counter kReleased{253, "objects released"};
+constexpr Kpi kWritten{137, "writes"};
+constexpr Kpi kWriteFailed{138, "writes failed"};
+constexpr Kpi kDeleted{139, "deletes"};
+constexpr Kpi kDeleteFailed{140, "deletes failed"};
+constexpr Kpi kCreateFailed{141, "object creations failed"};
+constexpr Kpi kIterFailed{142, "iterator creations failed"};
 
 // clang-format off
 struct Table {
     using Record = E;  // no table number: nothing is recorded
     static constexpr uint32_t logId = kLogLayer3;
+    static constexpr Counter counters[]{kCreated, kReleased};
+    static constexpr Kpi indicators[]{kWritten, kWriteFailed, kDeleted, kDeleteFailed, kCreateFailed, kIterFailed};
 
     static constexpr Mcast6DbIterFuncs objects{MCAST6_DB_CreateL3McRegistOifObject, MCAST6_DB_ReleaseL3McRegistOifObject};
     static constexpr Accessors accessors{db_create_l3mc6_register_elb_obj, db_release_l3mc6_register_elb_object, db_set_l3mc6_register_elb_all_fields};

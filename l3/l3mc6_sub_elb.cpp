@@ -15,14 +15,20 @@ namespace mcast6::l3mc6_sub_elb {
 
 using E = L3Mc6ElbEntryExt;
 
-enum Counter : uint32_t { kCreated = 246, kReleased, kCacheCreateFailed, kCacheResetFailed };
-enum Kpi : uint32_t { kCreateFailed = 135, kIterFailed };
+constexpr Counter kCreated{246, "objects created"};
+constexpr Counter kReleased{247, "objects released"};
+constexpr Counter kCacheCreateFailed{248, "cache object creations failed"};
+constexpr Counter kCacheResetFailed{249, "cache object resets failed"};
+constexpr Kpi kCreateFailed{135, "object creations failed"};
+constexpr Kpi kIterFailed{136, "iterator creations failed"};
 
 // clang-format off
 struct Table {
     using Record = E;
     static constexpr uint32_t number = 16;  // that of l3mc6_elb
     static constexpr uint32_t logId  = kLogLayer3;
+    static constexpr Counter counters[]{kCreated, kReleased, kCacheCreateFailed, kCacheResetFailed};
+    static constexpr Kpi indicators[]{kCreateFailed, kIterFailed};
 
     static constexpr Mcast6DbIterFuncs objects{MCAST6_DB_CreateL3SubElbObject, MCAST6_DB_ReleaseL3SubElbObject};
     static constexpr Accessors accessors{db_create_l3mc6_sub_elb_obj, db_release_l3mc6_sub_elb_object, db_set_l3mc6_sub_elb_all_fields};
@@ -126,7 +132,7 @@ uint32_t MCAST6_DB_CreateL3SubElbObject(uint32_t objType, uint32_t connType, Mca
 
 void MCAST6_DB_ReleaseL3SubElbObject(Mcast6DbHandle object) {
     if (!returnedToScan(g_l3SubElb6ScanDbHandle, object)) Table::accessors.release(object);
-    MCAST6_DfxCounterInc(kReleased);  // in either case
+    countOne<Table, kReleased>();  // in either case
 }
 
 uint32_t MCAST6_DB_CreateL3SubElbObjCache(uint32_t objType, uint32_t connType, Mcast6DbHandle* slot) {

@@ -14,15 +14,14 @@ namespace mcast6::l3mc6_vlan_elb {
 
 using E = L3Mc6ElbEntryExt;
 
-enum Counter : uint32_t {
-    kCreated = 281,
-    kReleased,
-    kCacheCreateFailed,
-    kCacheResetFailed,
-    kCachedIterCreateFailed,
-    kCachedIterResetFailed
-};
-enum Kpi : uint32_t { kCreateFailed = 162, kIterFailed };
+constexpr Counter kCreated{281, "objects created"};
+constexpr Counter kReleased{282, "objects released"};
+constexpr Counter kCacheCreateFailed{283, "cache object creations failed"};
+constexpr Counter kCacheResetFailed{284, "cache object resets failed"};
+constexpr Counter kCachedIterCreateFailed{285, "cached iterator creations failed"};
+constexpr Counter kCachedIterResetFailed{286, "cached iterator resets failed"};
+constexpr Kpi kCreateFailed{162, "object creations failed"};
+constexpr Kpi kIterFailed{163, "iterator creations failed"};
 
 // elbFlagD is stored as a yes or no: 1 for 2, 0 for anything else; it reads back as 2 or 1.
 template <uint16_t kOffset>
@@ -42,6 +41,10 @@ struct Table {
     using Record = E;
     static constexpr uint32_t number = 17;
     static constexpr uint32_t logId  = kLogLayer3;
+    static constexpr Counter counters[]{
+        kCreated, kReleased, kCacheCreateFailed, kCacheResetFailed,
+        kCachedIterCreateFailed, kCachedIterResetFailed};
+    static constexpr Kpi indicators[]{kCreateFailed, kIterFailed};
 
     static constexpr Mcast6DbIterFuncs objects{MCAST6_DB_CreateVlanElbObject, MCAST6_DB_ReleaseVlanElbStatObject};
     static constexpr Accessors accessors{db_create_l3mc6_vlan_elb_obj, db_release_l3mc6_vlan_elb_object, db_set_l3mc6_vlan_elb_all_fields};
@@ -174,7 +177,7 @@ uint32_t MCAST6_DB_CreateVlanElbObject(uint32_t objType, uint32_t connType, Mcas
 
 void MCAST6_DB_ReleaseVlanElbStatObject(Mcast6DbHandle object) {
     if (!returnedToScan(g_l3VlanElb6ScanDbHandle, object)) Table::accessors.release(object);
-    MCAST6_DfxCounterInc(kReleased);  // in either case
+    countOne<Table, kReleased>();  // in either case
 }
 
 uint32_t MCAST6_DB_CreateVlanElbObjCache(uint32_t objType, uint32_t connType, Mcast6DbHandle* slot) {

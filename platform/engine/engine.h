@@ -48,7 +48,7 @@ public:
     Engine& operator=(const Engine&) = delete;
     ~Engine();
 
-    // What the accessors call; see platform/accessors/backend.h.
+    // What the accessors call; see platform/schema/accessors.h.
     uint32_t createObject(uint32_t table, uint32_t objType, uint32_t connType, uint64_t* object) noexcept;
     uint32_t createCacheObject(uint32_t table, uint32_t objType, uint32_t connType, uint64_t* object) noexcept;
     void releaseObject(uint32_t table, uint64_t object) noexcept;

@@ -5,8 +5,8 @@
 #include "mcast6_platform/engine.h"
 
 #include "mcast6_platform/platform.h"
-#include "platform/accessors/backend.h"
 #include "platform/engine/process_engine.h"
+#include "platform/schema/accessors.h"
 
 using mcast6::engine::Engine;
 using mcast6::engine::openEngine;

@@ -1,8 +1,8 @@
 #!/bin/bash
 # Compares what a shared library exports and needs with what the headers say. Prints each difference, exits 1 if any.
 #
-#   check.sh library  TREE LIBRARY [plain|sanitized]   headers of include/, frame/exports.map and the library
-#   check.sh platform TREE LIBRARY                     headers of platform/include/ and the platform library
+#   check.sh library  TREE MAP LIBRARY [plain|sanitized]   headers of include/, the version script and the library
+#   check.sh platform TREE LIBRARY                         headers of platform/include/ and the platform library
 set -euo pipefail
 export LC_ALL=C
 
@@ -54,15 +54,16 @@ declaredByPlatform() {
 }
 
 checkLibrary() {
-    local tree=$1 library=$2 build=${3:-plain} symbol needed
+    library=$3
+    local tree=$1 map=$2 build=${4:-plain} symbol needed
     declaredInHeaders "$tree/include" >"$work/headers"
-    namesOfMap "$tree/frame/exports.map" >"$work/map"
+    namesOfMap "$map" >"$work/map"
     exportedBy "$library" >"$work/exported"
     [[ -s $work/headers ]] || complain "no header under include/ declares anything with MCAST6_API"
-    grep -q '\*$' "$work/map" && complain "frame/exports.map: names are spelled out, never matched by a pattern"
+    grep -q '\*$' "$work/map" && complain "${map##*/}: names are spelled out, never matched by a pattern"
     compare "$work/headers" include/ "$work/exported" "${library##*/}"
-    compare "$work/headers" include/ "$work/map" frame/exports.map
-    compare "$work/map" frame/exports.map "$work/exported" "${library##*/}"
+    compare "$work/headers" include/ "$work/map" "${map##*/}"
+    compare "$work/map" "${map##*/}" "$work/exported" "${library##*/}"
     # A sanitizer's run time is needed, and its symbols carry no version.
     [[ $build == plain ]] || return 0
 
@@ -82,7 +83,8 @@ checkLibrary() {
 }
 
 checkPlatform() {
-    local tree=$1 library=$2
+    library=$2
+    local tree=$1
     declaredByPlatform "$tree/platform/include" >"$work/platform"
     exportedBy "$library" >"$work/exported"
     [[ -s $work/platform ]] || complain "no header under platform/include/ declares a function of the contract"
@@ -98,4 +100,4 @@ platform) checkPlatform "${@:2}" ;;
     ;;
 esac
 ((failures == 0)) || exit 1
-printf '%s: %d symbols, as declared\n' "${3##*/}" "$(wc -l <"$work/exported")"
+printf '%s: %d symbols, as declared\n' "${library##*/}" "$(wc -l <"$work/exported")"

@@ -11,13 +11,13 @@ failures=0
 # A tree with one operation, one datum and one call of the platform.
 freshTree() {
     rm -rf "$work/tree"
-    mkdir -p "$work/tree/include/mcast6_db" "$work/tree/frame" "$work/tree/platform/include"
+    mkdir -p "$work/tree/include/mcast6_db" "$work/tree/platform/include"
     cat >"$work/tree/include/mcast6_db/a.h" <<'H'
 #define MCAST6_API __attribute__((visibility("default")))
 MCAST6_API unsigned MCAST6_DB_WriteA(const void *record);
 extern MCAST6_API unsigned g_mcast6DbA[3];
 H
-    printf '{\n  global: /* all */\n    MCAST6_DB_WriteA;\n    g_mcast6DbA;\n  local: *;\n};\n' >"$work/tree/frame/exports.map"
+    printf '{\n  global: /* all */\n    MCAST6_DB_WriteA;\n    g_mcast6DbA;\n  local: *;\n};\n' >"$work/tree/exports.map"
     cat >"$work/tree/platform/include/engine.h" <<'H'
 /* unlike db_old_call(), which is gone */
 unsigned db_write_obj(unsigned long object);
@@ -34,13 +34,13 @@ C
 
 build() {
     "$compiler" -shared -fPIC -I"$work/tree/include" "$work/tree/a.cpp" -o "$work/tree/libmcast6db.so" \
-        -Wl,-soname,"${soname:-libmcast6db.so.1}" -Wl,--version-script="${map:-$work/tree/frame/exports.map}" "$@"
+        -Wl,-soname,"${soname:-libmcast6db.so.1}" -Wl,--version-script="${map:-$work/tree/exports.map}" "$@"
 }
 
 # expect NAME WANTED_LINE: WANTED_LINE is what check.sh complains of, or nothing when it accepts.
 expect() {
     local answer
-    if answer=$("$here/check.sh" library "$work/tree" "$work/tree/libmcast6db.so" 2>&1); then
+    if answer=$("$here/check.sh" library "$work/tree" "$work/tree/exports.map" "$work/tree/libmcast6db.so" 2>&1); then
         [[ -z $2 ]] && return
     elif [[ -n $2 && $answer == *"$2"* ]]; then
         return
@@ -57,17 +57,17 @@ echo 'MCAST6_API unsigned MCAST6_DB_ReadA(void *record);' >>"$work/tree/include/
 expect "declared, not exported" "MCAST6_DB_ReadA: in include/ but not in libmcast6db.so"
 
 freshTree
-sed -i 's/local:/MCAST6_DB_Extra; local:/' "$work/tree/frame/exports.map"
+sed -i 's/local:/MCAST6_DB_Extra; local:/' "$work/tree/exports.map"
 echo 'extern "C" void MCAST6_DB_Extra() {}' >>"$work/tree/a.cpp"
 build
 expect "exported, not declared" "MCAST6_DB_Extra: in libmcast6db.so but not in include/"
 
 freshTree && build
-sed -i 's/g_mcast6DbA;//' "$work/tree/frame/exports.map"
-expect "not in the map" "g_mcast6DbA: in include/ but not in frame/exports.map"
+sed -i 's/g_mcast6DbA;//' "$work/tree/exports.map"
+expect "not in the map" "g_mcast6DbA: in include/ but not in exports.map"
 
 freshTree
-sed -i 's/MCAST6_DB_WriteA;/MCAST6_DB_*;/' "$work/tree/frame/exports.map"
+sed -i 's/MCAST6_DB_WriteA;/MCAST6_DB_*;/' "$work/tree/exports.map"
 build
 expect "a pattern in the map" "never matched by a pattern"
 

@@ -1,5 +1,5 @@
 #!/bin/bash
-# Which directory may include which: cli -> include; l2, l3 -> frame -> platform/include <- engine, accessors, host;
+# Which directory may include which: cli -> include; l2, l3 -> frame -> platform/include <- engine, host;
 # engine -> store interface <- stores. Prints every #include line that goes another way, exits 1 if any.
 #   arrows.sh [TREE]
 set -euo pipefail

@@ -9,7 +9,7 @@
 #include <functional>
 
 #include "mcast6_platform/engine.h"
-#include "platform/accessors/backend.h"
+#include "platform/schema/accessors.h"
 #include "tests/platform/state.h"
 
 using namespace mcast6::recording;

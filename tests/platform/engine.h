@@ -5,7 +5,7 @@
 
 namespace mcast6::recording {
 
-// Each function is the one of the same name in platform/accessors/backend.h, or the generic call of engine.h.
+// Each function is the one of the same name in platform/schema/accessors.h, or the generic call of engine.h.
 class Engine {
 public:
     virtual ~Engine() = default;
