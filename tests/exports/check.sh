@@ -1,8 +1,10 @@
 #!/bin/bash
 # Compares what a shared library exports and needs with what the headers say. Prints each difference, exits 1 if any.
 #
-#   check.sh library  TREE MAP LIBRARY [plain|sanitized]   headers of include/, the version script and the library
-#   check.sh platform TREE LIBRARY                         headers of platform/include/ and the platform library
+#   check.sh library  TREE MAP BASELINE LIBRARY [plain|sanitized]   headers of include/, the version script, the baseline
+#   check.sh platform TREE BASELINE LIBRARY                         headers of platform/include/, the baseline
+#
+# BASELINE is the committed interface of the library, which tests/abi/ compares in full; here its names alone.
 set -euo pipefail
 export LC_ALL=C
 
@@ -35,6 +37,8 @@ namesOfMap() {
         inside' | tr ';' '\n' | sed -E 's/[[:space:]]//g' | grep -v '^$' | sort -u
 }
 
+namesOfBaseline() { sed -nE "s/.*<elf-symbol name='([^']*)'.*/\1/p" "$1" | sort -u; }
+
 # Without the names of version nodes (type A).
 exportedBy() {
     nm -D --defined-only "$1" | awk '$2 != "A" { sub(/@.*/, "", $3); print $3 }' | sort -u
@@ -53,9 +57,14 @@ declaredByPlatform() {
         tr -d '( ' | sort -u
 }
 
+compareWithBaseline() {
+    namesOfBaseline "$1" >"$work/baseline"
+    compare "$work/baseline" "${1##*/}" "$work/exported" "${library##*/}"
+}
+
 checkLibrary() {
-    library=$3
-    local tree=$1 map=$2 build=${4:-plain} symbol needed
+    library=$4
+    local tree=$1 map=$2 baseline=$3 build=${5:-plain} symbol needed
     declaredInHeaders "$tree/include" >"$work/headers"
     namesOfMap "$map" >"$work/map"
     exportedBy "$library" >"$work/exported"
@@ -64,6 +73,7 @@ checkLibrary() {
     compare "$work/headers" include/ "$work/exported" "${library##*/}"
     compare "$work/headers" include/ "$work/map" "${map##*/}"
     compare "$work/map" "${map##*/}" "$work/exported" "${library##*/}"
+    compareWithBaseline "$baseline"
     # A sanitizer's run time is needed, and its symbols carry no version.
     [[ $build == plain ]] || return 0
 
@@ -83,12 +93,13 @@ checkLibrary() {
 }
 
 checkPlatform() {
-    library=$2
-    local tree=$1
+    library=$3
+    local tree=$1 baseline=$2
     declaredByPlatform "$tree/platform/include" >"$work/platform"
     exportedBy "$library" >"$work/exported"
     [[ -s $work/platform ]] || complain "no header under platform/include/ declares a function of the contract"
     compare "$work/platform" platform/include/ "$work/exported" "${library##*/}"
+    compareWithBaseline "$baseline"
 }
 
 case ${1:-} in

@@ -18,6 +18,7 @@ MCAST6_API unsigned MCAST6_DB_WriteA(const void *record);
 extern MCAST6_API unsigned g_mcast6DbA[3];
 H
     printf '{\n  global: /* all */\n    MCAST6_DB_WriteA;\n    g_mcast6DbA;\n  local: *;\n};\n' >"$work/tree/exports.map"
+    printf "  <elf-symbol name='%s' type='x'/>\n" MCAST6_DB_WriteA g_mcast6DbA >"$work/tree/a.abi"
     cat >"$work/tree/platform/include/engine.h" <<'H'
 /* unlike db_old_call(), which is gone */
 unsigned db_write_obj(unsigned long object);
@@ -40,7 +41,7 @@ build() {
 # expect NAME WANTED_LINE: WANTED_LINE is what check.sh complains of, or nothing when it accepts.
 expect() {
     local answer
-    if answer=$("$here/check.sh" library "$work/tree" "$work/tree/exports.map" "$work/tree/libmcast6db.so" 2>&1); then
+    if answer=$("$here/check.sh" library "$work/tree" "$work/tree/exports.map" "$work/tree/a.abi" "$work/tree/libmcast6db.so" 2>&1); then
         [[ -z $2 ]] && return
     elif [[ -n $2 && $answer == *"$2"* ]]; then
         return
@@ -66,6 +67,14 @@ freshTree && build
 sed -i 's/g_mcast6DbA;//' "$work/tree/exports.map"
 expect "not in the map" "g_mcast6DbA: in include/ but not in exports.map"
 
+freshTree && build
+sed -i 1d "$work/tree/a.abi"
+expect "not in the baseline" "MCAST6_DB_WriteA: in libmcast6db.so but not in a.abi"
+
+freshTree && build
+echo "<elf-symbol name='MCAST6_DB_ReadA'/>" >>"$work/tree/a.abi"
+expect "in the baseline, gone" "MCAST6_DB_ReadA: in a.abi but not in libmcast6db.so"
+
 freshTree
 sed -i 's/MCAST6_DB_WriteA;/MCAST6_DB_*;/' "$work/tree/exports.map"
 build
@@ -86,14 +95,15 @@ expect "another soname" "its soname is not libmcast6db.so.1"
 freshTree
 echo 'extern "C" unsigned db_write_obj(unsigned long) { return 0; }' >"$work/tree/p.cpp"
 "$compiler" -shared -fPIC "$work/tree/p.cpp" -o "$work/tree/libp.so"
-"$here/check.sh" platform "$work/tree" "$work/tree/libp.so" || failures=$((failures + 1))
+echo "<elf-symbol name='db_write_obj'/>" >"$work/tree/p.abi"
+"$here/check.sh" platform "$work/tree" "$work/tree/p.abi" "$work/tree/libp.so" || failures=$((failures + 1))
 echo 'extern "C" unsigned db_stray() { return 0; }' >>"$work/tree/p.cpp"
 "$compiler" -shared -fPIC "$work/tree/p.cpp" -o "$work/tree/libp.so"
-if answer=$("$here/check.sh" platform "$work/tree" "$work/tree/libp.so"); then
+if answer=$("$here/check.sh" platform "$work/tree" "$work/tree/p.abi" "$work/tree/libp.so"); then
     echo "FAILED a platform with a stray symbol was accepted"
     failures=$((failures + 1))
 else
-    [[ $answer == "db_stray: in libp.so but not in platform/include/" ]] || failures=$((failures + 1))
+    [[ $answer == "db_stray: in libp.so but not in platform/include/"$'\n'"db_stray: in libp.so but not in p.abi" ]] || failures=$((failures + 1))
 fi
 
 ((failures == 0)) || exit 1
