@@ -4,10 +4,12 @@
 
 set(MCAST6_GENERATED ${PROJECT_BINARY_DIR}/generated)
 
-add_executable(mcast6declared tools/facts/declared.cpp tools/facts/accessors.cpp tools/facts/exports.cpp
-                              tools/facts/output.cpp)
-target_include_directories(mcast6declared PRIVATE ${PROJECT_SOURCE_DIR})
-target_link_libraries(mcast6declared PRIVATE mcast6schema fmt::fmt mcast6warnings)
+add_library(mcast6facts STATIC tools/facts/accessors.cpp tools/facts/exports.cpp tools/facts/output.cpp)
+target_include_directories(mcast6facts PUBLIC ${PROJECT_SOURCE_DIR})
+target_link_libraries(mcast6facts PUBLIC mcast6schema fmt::fmt PRIVATE mcast6warnings)
+
+add_executable(mcast6declared tools/facts/declared.cpp)
+target_link_libraries(mcast6declared PRIVATE mcast6facts mcast6warnings)
 
 # The bodies of the accessors, compiled into every platform.
 set(MCAST6_ACCESSOR_BODIES ${MCAST6_GENERATED}/accessors.cpp)
@@ -64,9 +66,8 @@ std::vector<Module> modules() { return {@calls@describeFrame()}; }
 }  // namespace mcast6::facts
 ]] @ONLY)
 add_executable(mcast6described tools/facts/described.cpp tools/facts/names.cpp tools/facts/tables.cpp
-                               tools/facts/output.cpp tools/facts/describe_frame.cpp frame/context.cpp
-                               ${MCAST6_GENERATED}/describe_all.cpp ${describedSources})
+                               tools/facts/describe_frame.cpp frame/context.cpp ${MCAST6_GENERATED}/describe_all.cpp ${describedSources})
 target_include_directories(mcast6described PRIVATE ${PROJECT_SOURCE_DIR} include platform/include)
 # It runs for a moment, and the modules compile in two thirds of the time.
 target_compile_options(mcast6described PRIVATE -O0)
-target_link_libraries(mcast6described PRIVATE mcast6platform mcast6schema fmt::fmt mcast6warnings)
+target_link_libraries(mcast6described PRIVATE mcast6facts mcast6platform mcast6warnings)
