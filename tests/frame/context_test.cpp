@@ -20,7 +20,7 @@ using recording::Recorder;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-// As the library was loaded, before any test.
+// The state at load, before any test.
 const Mcast6DbMemCallback hooksAtLoad = g_mcast6DbMemCallback;
 const Mcast6DbLogFunc logAtLoad = g_mcast6DbContext;
 const bool statisticsClearAtLoad = [] {

@@ -42,7 +42,7 @@ Mcast6DbHandle slot;
 const LogId helpers{0x0F2E1016};
 const Effect released = line("release l3mc6_mfib obj1");
 
-// The engine's own functions, so that nothing but the frame counts or logs.
+// The engine's own functions, so that only the frame counts or logs.
 const Mcast6DbIterFuncs objects{db_create_l3mc6_mfib_obj, db_release_l3mc6_mfib_object};
 const Mcast6DbCacheFuncs cached{db_create_l3mc6_mfib_cache_object, db_reset_l3mc6_mfib_cache_object};
 const Mcast6DbKeyDesc kInterface{0x02090004, {0, 0, 0}};
@@ -111,7 +111,7 @@ Step cacheCreation(uint32_t result) {
                        returns(result)}};
 }
 
-// 'lost': objects that nobody releases any more, because the reset of a new one failed.
+// 'lost': the number of objects that leak because the reset of a new one failed.
 Step cacheReset(uint32_t result, int64_t lost) {
     return {.calls = {call("reset_cache l3mc6_mfib obj1")},
             .failed = {dfx(56), helpers("Failed to reset cache object, objType:%d, connType:%d, ret:%d", 9u, 0u, code),
@@ -171,8 +171,8 @@ std::vector<Operation> caches() {
     };
 }
 
-INSTANTIATE_TEST_SUITE_P(iterators, EveryWayOut, testing::ValuesIn(iterators()), nameOfOperation);
-INSTANTIATE_TEST_SUITE_P(caches, EveryWayOut, testing::ValuesIn(caches()), nameOfOperation);
+INSTANTIATE_TEST_SUITE_P(iterators, EveryExit, testing::ValuesIn(iterators()), nameOfOperation);
+INSTANTIATE_TEST_SUITE_P(caches, EveryExit, testing::ValuesIn(caches()), nameOfOperation);
 
 class FastCountTest : public testing::Test {
 protected:
@@ -185,7 +185,7 @@ protected:
     Recorder& platform = Recorder::instance();
 };
 
-// The types of an object go to the engine and into the messages as they are given.
+// The types of an object are passed unchanged to the engine and into the messages.
 TEST_F(FastCountTest, aCacheIsOfTheTypesAskedFor) {
     platform.answer("db_create_l3mc6_mfib_cache_object", 4294967295u);
     EXPECT_EQ(1u, MCAST6_DB_CreateObjCache(3, 2, &slot, &cached));

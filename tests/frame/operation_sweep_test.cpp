@@ -1,4 +1,4 @@
-// The sweep itself: it accepts an operation that is as described, and finds every way in which one is not.
+// The sweep itself: it accepts an operation that matches its description, and finds every kind of difference.
 #include "tests/support/operation_sweep.h"
 
 #include <gmock/gmock.h>
@@ -88,7 +88,7 @@ uint32_t concluded(Defect defect, uint32_t code) {
     return defect == Defect::otherCode ? 1 : code;
 }
 
-// An update with a defect: a buffer, an object, two setters, the engine's update.
+// An update with a defect. Its steps: a buffer, an object, two setters, the engine's update.
 uint32_t operate(Defect defect, const uint32_t* record) {
     if (record == nullptr) {
         if (defect == Defect::acceptsNull) return 0;

@@ -1,4 +1,4 @@
-// The helpers for tests of tables find what they are there to find.
+// The helpers for tests of tables find the defects they are written for.
 #include "tests/support/table_family.h"
 
 #include <gmock/gmock.h>
@@ -78,7 +78,7 @@ uint32_t stampBoth(Mcast6DbHandle object, bool isOred) {
 TEST(TableFamilyTest, stampsAreHeldToBothCallsTheTimeAndTheOrOfTheCodes) {
     EXPECT_THAT(pairs.stampMismatches([](Mcast6DbHandle object, uint32_t) { return stampBoth(object, true); }),
                 IsEmpty());
-    // Wrong for both flags where the creation time's setter fails.
+    // With a failing setter of the creation time it is wrong for both flags.
     EXPECT_THAT(pairs.stampMismatches([](Mcast6DbHandle object, uint32_t) { return stampBoth(object, false); }),
                 SizeIs(4));
     EXPECT_THAT(pairs.stampMismatches([](Mcast6DbHandle object, uint32_t) {

@@ -1,5 +1,5 @@
-/* Sizes and offsets of what the headers declare, as the compiler lays it out in C and in C++. Hosts are compiled against
- * them: a number here changes only together with the library's soname. */
+/* Sizes and offsets of the types in the headers, in C and in C++. Hosts are compiled against them: a number here
+ * changes only together with the library's soname. */
 #include <assert.h>
 #include <stddef.h>
 

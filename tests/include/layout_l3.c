@@ -1,4 +1,5 @@
-/* Sizes and offsets of the layer-3 tables' records but those in layout.c, and of their process-wide data; see layout.c. */
+/* Sizes and offsets of the layer-3 tables' records except those in layout.c, and of their process-wide data; see
+ * layout.c. */
 #include <assert.h>
 #include <stddef.h>
 

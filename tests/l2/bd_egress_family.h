@@ -1,5 +1,5 @@
 // The four tables of a bridge domain's egress members: l2mc6_bd_tag_elb, l2mc6_bd_untag_elb, l2mc6_bd_vxlan_elb and
-// l2mc6_bd_vxlan_sub_elb. They take the same steps; the names stand for counters that each table tells:
+// l2mc6_bd_vxlan_sub_elb. Their steps are the same. The names below are counters of each table:
 //
 // operation          step          fails with   then
 // create object      create        any          createFailed; the code
@@ -59,14 +59,14 @@ using Entry = L2Elb6Entry;
 
 inline const LogId egress{0x0F2E100F};
 
-// Pieces of keys, as the sample's bytes say.
+// Parts of keys, with the values of the sample's bytes.
 inline const std::string kVr = "00010203";
 inline const std::string kVrf = "04050607";
 inline const std::string kBd = "30313233";
 inline const std::string kGroup = digits("0f0e0d0c 13121110 17161514 1b1a1918");
 inline const std::string kSource = digits("1f1e1d1c 23222120 27262524 2b2a2928");
 
-// The key record of the iterators over an entry: byte n is 0x80 + n. What they look for is its entry.
+// The key record of the iterators over an entry: byte n is 0x80 + n.
 inline L2McBdElbKey entryKey() {
     L2McBdElbKey key;
     uint8_t bytes[sizeof key];
@@ -90,14 +90,14 @@ struct Messages {
     const char* iteratorOfAll;
 };
 
-// What 13044 does between the release and the result 0.
+// The effects of 13044 between the release and the result 0.
 struct Tolerated {
     Effects write, smooth, remove;
 };
 
 using Functions = MemberFunctions<Entry>;
 
-// An iterator over some records, and the key that it gives to the engine.
+// An iterator over some records, and the key that it passes to the engine.
 struct Filter {
     std::string name;
     std::function<Mcast6DbRes*()> run;
@@ -117,7 +117,7 @@ struct Literals {
     std::string name;
     uint32_t number;
     uint32_t rowSize;
-    uint32_t createStamp;  // where in the row; the smooth time follows
+    uint32_t createStamp;  // offset in the row; the smooth time follows
     std::string key;
     std::string row;  // see withGaps()
     void (*readStored)(Entry&);
@@ -130,26 +130,26 @@ struct Literals {
 
 class BdEgress {
 public:
-    explicit BdEgress(const Literals& literals)
-        : told(literals),
-          table(factsOf(literals, {dfx(literals.counters.createFailed)}), fillWithOffsets<Entry>, literals.readStored),
+    explicit BdEgress(const Literals& values)
+        : literals(values),
+          table(factsOf(values, {dfx(values.counters.createFailed)}), fillWithOffsets<Entry>, values.readStored),
           released(table.facts.released) {}
 
-    const Literals told;
+    const Literals literals;
     TableFamily<Entry> table;
     const Effect released;
 
     std::vector<Operation> operations() {
-        std::vector<Operation> all = {table.createObject("createObject", told.functions.createObject),
-                                      table.releaseObject("releaseObject", told.functions.releaseObject),
+        std::vector<Operation> all = {table.createObject("createObject", literals.functions.createObject),
+                                      table.releaseObject("releaseObject", literals.functions.releaseObject),
                                       read(),
                                       write(),
                                       updateSmoothVersion(),
                                       remove(),
                                       getEntry(),
                                       iteratorOfAll(),
-                                      table.releaseIterator("releaseIterator", told.functions.releaseIterator)};
-        const auto create = told.functions.createIterator;
+                                      table.releaseIterator("releaseIterator", literals.functions.releaseIterator)};
+        const auto create = literals.functions.createIterator;
         all.push_back(iterator({"iteratorWithoutKey", [create] { return create(nullptr, nullptr); }, "none"}));
         all.push_back(iterator({"iteratorWithKey",
                                 [create] {
@@ -158,103 +158,104 @@ public:
                                     return create(&descriptor, key.data());
                                 },
                                 keyOf("01090028", kVr + kBd + kGroup + kSource)}));
-        for (const Filter& filter : told.filters) all.push_back(iterator(filter));
+        for (const Filter& filter : literals.filters) all.push_back(iterator(filter));
         return all;
     }
 
     std::vector<Claim> claims() {
         return claimsOf(
-            told, table,
+            literals, table,
             {
                 {"setReadsTheClockOnceForBothStamps",
-                 [this] { expectStamps(table, told.functions.set, table.sample(), kFirstTime + kFirstTime); }},
+                 [this] { expectStamps(table, literals.functions.set, table.sample(), kFirstTime + kFirstTime); }},
                 {"aRowIsStampedWithTheSmoothTimeAndIfAskedTheCreationTime",
-                 [this] { expectStamping(table, told.functions.stamp); }},
+                 [this] { expectStamping(table, literals.functions.stamp); }},
                 {"readingAnAbsentRecordAnswers15005AndIsSilent",
-                 [this] { expectAbsentRead(table, told.functions.read, 15005); }},
+                 [this] { expectAbsentRead(table, literals.functions.read, 15005); }},
             });
     }
 
-    // Of a key operation, where a table has one.
+    // For a key operation, if the table has one.
     Claim keyClaim(void (*setKey)(uint32_t*, void*, const Entry*)) {
         return {"aKeyIsItsWordAndItsFields", [this, setKey] { expectKey(table, setKey); }};
     }
 
-    // Of an operation whose engine call answers 13044: it returns 0, bumps one counter and not the other, and records one
-    // error of the kind.
+    // For an operation whose engine call returns 13044: it returns 0, increments one counter and not the other, and
+    // records one error of the kind.
     Claim toleranceClaim(std::string name, uint32_t (*function)(const Entry*), std::string engineCall, uint32_t counter,
                          uint32_t otherCounter, uint32_t errorKind) {
         const Tolerance tolerance{
             .engineCall = std::move(engineCall),
             .counted = "dfx " + std::to_string(counter),
             .notCounted = "dfx " + std::to_string(otherCounter),
-            .error = "record " + std::to_string(told.number) + " " + std::to_string(errorKind),
+            .error = "record " + std::to_string(literals.number) + " " + std::to_string(errorKind),
         };
         return {std::move(name), [this, function, tolerance] { expectTolerance(table, function, tolerance); }};
     }
 
 private:
     Operation read() {
-        return table.read(
-            "read", told.functions.read,
-            {.null = {egress(told.messages.readNull), returns(1)},
-             .createFailed = {egress(told.messages.readCreate, code), returns(code)},
-             .failed = {egress(told.messages.readFailed, code), record(told.number, 0), released, returns(code)},
-             .answered = {{15005, {released, returns(15005)}}},
-             .done = {released, returns(0)}});
+        return table.read("read", literals.functions.read,
+                          {.null = {egress(literals.messages.readNull), returns(1)},
+                           .createFailed = {egress(literals.messages.readCreate, code), returns(code)},
+                           .failed = {egress(literals.messages.readFailed, code), record(literals.number, 0), released,
+                                      returns(code)},
+                           .answered = {{15005, {released, returns(15005)}}},
+                           .done = {released, returns(0)}});
     }
 
     Operation write() {
-        const Effect failed = dfx(told.counters.writeFailed);
-        return table.write("write", told.functions.write,
-                           {.null = {egress(told.messages.writeNull), failed, returns(1)},
-                            .createFailed = {egress(told.messages.writeCreate, code), failed, returns(code)},
-                            .setFailed = {released, egress(told.messages.writeSet, code), failed, returns(code)},
-                            .failed = {released, egress(told.messages.writeFailed, code), record(told.number, 2),
-                                       failed, returns(code)},
-                            .answered = {{13044, {released, allOf(told.tolerated.write), returns(0)}}},
-                            .done = {released, dfx(told.counters.written), returns(0)}});
+        const Effect failed = dfx(literals.counters.writeFailed);
+        return table.write("write", literals.functions.write,
+                           {.null = {egress(literals.messages.writeNull), failed, returns(1)},
+                            .createFailed = {egress(literals.messages.writeCreate, code), failed, returns(code)},
+                            .setFailed = {released, egress(literals.messages.writeSet, code), failed, returns(code)},
+                            .failed = {released, egress(literals.messages.writeFailed, code),
+                                       record(literals.number, 2), failed, returns(code)},
+                            .answered = {{13044, {released, allOf(literals.tolerated.write), returns(0)}}},
+                            .done = {released, dfx(literals.counters.written), returns(0)}});
     }
 
     Operation updateSmoothVersion() {
-        return table.update(
-            "updateSmoothVersion", told.functions.updateSmoothVersion,
-            {table.sets("smoothVersion", 0x9F9E9D9C), table.stamps("timeStampSmooth")},
-            {.null = {egress(told.messages.smoothNull), returns(1)},
-             .createFailed = {egress(told.messages.smoothCreate, code), returns(code)},
-             .setFailed = {egress(told.messages.smoothSet, code), released, returns(code)},
-             .failed = {released, egress(told.messages.smoothFailed, code), record(told.number, 6), returns(code)},
-             .answered = {{13044, {released, allOf(told.tolerated.smooth), returns(0)}}},
-             .done = {released, returns(0)}});
+        return table.update("updateSmoothVersion", literals.functions.updateSmoothVersion,
+                            {table.sets("smoothVersion", 0x9F9E9D9C), table.stamps("timeStampSmooth")},
+                            {.null = {egress(literals.messages.smoothNull), returns(1)},
+                             .createFailed = {egress(literals.messages.smoothCreate, code), returns(code)},
+                             .setFailed = {egress(literals.messages.smoothSet, code), released, returns(code)},
+                             .failed = {released, egress(literals.messages.smoothFailed, code),
+                                        record(literals.number, 6), returns(code)},
+                             .answered = {{13044, {released, allOf(literals.tolerated.smooth), returns(0)}}},
+                             .done = {released, returns(0)}});
     }
 
     Operation remove() {
-        const Effect failed = dfx(told.counters.removeFailed);
-        return table.remove("delete", told.functions.remove,
-                            {.null = {egress(told.messages.removeNull), failed, returns(1)},
-                             .createFailed = {egress(told.messages.removeCreate, code), failed, returns(code)},
-                             .failed = {released, record(told.number, 4), egress(told.messages.removeFailed, code),
-                                        failed, returns(code)},
-                             .answered = {{13044, {released, allOf(told.tolerated.remove), returns(0)}}},
-                             .done = {released, dfx(told.counters.removed), returns(0)}});
+        const Effect failed = dfx(literals.counters.removeFailed);
+        return table.remove("delete", literals.functions.remove,
+                            {.null = {egress(literals.messages.removeNull), failed, returns(1)},
+                             .createFailed = {egress(literals.messages.removeCreate, code), failed, returns(code)},
+                             .failed = {released, record(literals.number, 4),
+                                        egress(literals.messages.removeFailed, code), failed, returns(code)},
+                             .answered = {{13044, {released, allOf(literals.tolerated.remove), returns(0)}}},
+                             .done = {released, dfx(literals.counters.removed), returns(0)}});
     }
 
     Operation getEntry() {
         return table.getEntry(
-            "getEntry", told.functions.getEntry,
+            "getEntry", literals.functions.getEntry,
             {.null = {returns(1)},
-             .nextFailed = {egress(told.messages.nextFailed, code), record(told.number, 9), returns(1)},
-             .readFailed = {egress(told.messages.entryFailed, code), record(told.number, 0), returns(1)}});
+             .nextFailed = {egress(literals.messages.nextFailed, code), record(literals.number, 9), returns(1)},
+             .readFailed = {egress(literals.messages.entryFailed, code), record(literals.number, 0), returns(1)}});
     }
 
     Operation iterator(const Filter& filter, const Effect& log = allOf({})) {
-        return table.createIterator(filter.name, filter.run, filter.key,
-                                    builtByTheFrame(released, {dfx(told.counters.iteratorFailed), log, returnsNull()}));
+        return table.createIterator(
+            filter.name, filter.run, filter.key,
+            builtByTheFrame(released, {dfx(literals.counters.iteratorFailed), log, returnsNull()}));
     }
 
     Operation iteratorOfAll() {
-        return iterator({"iteratorOfAll", told.functions.createIteratorOfAll, "none"},
-                        egress(told.messages.iteratorOfAll));
+        return iterator({"iteratorOfAll", literals.functions.createIteratorOfAll, "none"},
+                        egress(literals.messages.iteratorOfAll));
     }
 };
 

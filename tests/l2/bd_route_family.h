@@ -1,5 +1,5 @@
-// The three tables of a bridge domain's routes: l2mc6_bd_tag_rt, l2mc6_bd_untag_rt and l2mc6_bd_rt_vxlan_elb. They take the
-// same steps; the names stand for counters that each table tells:
+// The three tables of a bridge domain's routes: l2mc6_bd_tag_rt, l2mc6_bd_untag_rt and l2mc6_bd_rt_vxlan_elb. Their
+// steps are the same. The names below are counters of each table:
 //
 // operation          step          fails with   then
 // create object      create        any          createFailed; the code
@@ -71,7 +71,7 @@ struct Messages {
     const char* iteratorOfAll;
 };
 
-// What 13044 counts, after the error and before the result 0.
+// The counters of 13044, after the error and before the result 0.
 struct Tolerated {
     Effects write, remove;
 };
@@ -105,11 +105,11 @@ struct Literals {
     std::string name;
     uint32_t number;
     uint32_t rowSize;
-    uint32_t createStamp;  // where in the row; the smooth time follows
+    uint32_t createStamp;  // offset in the row; the smooth time follows
     std::string key;
     std::string row;  // see withGaps()
     void (*readStored)(Record&);
-    std::string iteratorKeyWord, iteratorKey;  // of a key that the engine knows
+    std::string iteratorKeyWord, iteratorKey;  // of a key that the table has
     Counters counters;
     Messages messages;
     Tolerated tolerated;
@@ -119,27 +119,27 @@ struct Literals {
 template <class Record>
 class BdRoute {
 public:
-    explicit BdRoute(const Literals<Record>& literals)
-        : told(literals),
-          table(factsOf(literals, {dfx(literals.counters.createFailed)}), fillWithOffsets<Record>, literals.readStored),
+    explicit BdRoute(const Literals<Record>& values)
+        : literals(values),
+          table(factsOf(values, {dfx(values.counters.createFailed)}), fillWithOffsets<Record>, values.readStored),
           released(table.facts.released) {}
 
-    const Literals<Record> told;
+    const Literals<Record> literals;
     TableFamily<Record> table;
     const Effect released;
 
     std::vector<Operation> operations() {
-        const Functions<Record>& functions = told.functions;
+        const Functions<Record>& functions = literals.functions;
         return {
             table.createObject("createObject", functions.createObject),
             table.releaseObject("releaseObject", functions.releaseObject),
             read(),
             write(),
             table.setFields(
-                "setSmoothItem", [this] { return told.functions.setSmoothItem(table.object, &table.record); },
+                "setSmoothItem", [this] { return literals.functions.setSmoothItem(table.object, &table.record); },
                 smoothItem()),
             table.setFields(
-                "setItem", [this] { return told.functions.setItem(table.object, &table.record); }, item()),
+                "setItem", [this] { return literals.functions.setItem(table.object, &table.record); }, item()),
             update(
                 "updateThroughAnItemSetter",
                 [functions](const Record* record) { return functions.updateOper(record, functions.setSmoothItem); },
@@ -153,29 +153,31 @@ public:
                 item()),
             remove(),
             getEntry(),
-            iterator("iteratorOfAll", functions.createIteratorOfAll, "none", routes(told.messages.iteratorOfAll)),
+            iterator("iteratorOfAll", functions.createIteratorOfAll, "none", routes(literals.messages.iteratorOfAll)),
             iterator(
                 "iteratorWithoutKey", [functions] { return functions.createIterator(nullptr, nullptr); }, "none"),
             iterator(
-                "iteratorWithKey", [this] { return iteratorWithKey(); }, keyOf(told.iteratorKeyWord, told.iteratorKey)),
+                "iteratorWithKey", [this] { return iteratorWithKey(); },
+                keyOf(literals.iteratorKeyWord, literals.iteratorKey)),
             table.releaseIterator("releaseIterator", functions.releaseIterator),
         };
     }
 
     Operation iterator(const std::string& name, std::function<Mcast6DbRes*()> run, const std::string& key,
                        const Effect& log = allOf({})) {
-        return table.createIterator(name, std::move(run), key,
-                                    builtByTheFrame(released, {dfx(told.counters.iteratorFailed), log, returnsNull()}));
+        return table.createIterator(
+            name, std::move(run), key,
+            builtByTheFrame(released, {dfx(literals.counters.iteratorFailed), log, returnsNull()}));
     }
 
     std::vector<Claim> claims() {
         return claimsOf(
-            told, table,
+            literals, table,
             {
                 {"setReadsTheClockOnceAndTakesItForAMissingCreationTime", [this] { checkClockOfSet(); }},
                 {"aStampKeepsTheCallersCreationTimeUnlessItIs0", [this] { checkStamp(); }},
                 {"readingAnAbsentRecordAnswers60AndIsSilent",
-                 [this] { expectAbsentRead(table, told.functions.read, 60); }},
+                 [this] { expectAbsentRead(table, literals.functions.read, 60); }},
                 {"anUpdateCallsItsItemSetterWithTheObjectAndTheRecord", [this] { checkArgumentsOfItemSetter(); }},
                 {"anItemSettersAnswerEndsTheUpdateAndIsReturned", [this] { checkAnswerOfItemSetter(); }},
                 {"anUpdateOfAnAbsentRecordReturns0AndRecordsKind1", [this] { checkAbsentUpdate(); }},
@@ -185,7 +187,7 @@ public:
 private:
     using Recorder = recording::Recorder;
 
-    // In place of the setters that the updates bring themselves.
+    // Passed in place of the setters that the updates use themselves.
     static uint32_t notToBeCalled(Mcast6DbHandle, const Record*) {
         ADD_FAILURE() << "an update called a setter that it ignores";
         return 0;
@@ -200,81 +202,82 @@ private:
     }
 
     Mcast6DbRes* iteratorWithKey() const {
-        const auto keyWord = static_cast<uint32_t>(std::stoul(told.iteratorKeyWord, nullptr, 16));
+        const auto keyWord = static_cast<uint32_t>(std::stoul(literals.iteratorKeyWord, nullptr, 16));
         const Mcast6DbKeyDesc descriptor{keyWord, {}};
-        const recording::Bytes key = recording::unhex(told.iteratorKey);
-        return told.functions.createIterator(&descriptor, key.data());
+        const recording::Bytes key = recording::unhex(literals.iteratorKey);
+        return literals.functions.createIterator(&descriptor, key.data());
     }
 
     Operation read() {
-        return table.read(
-            "read", told.functions.read,
-            {.null = {routes(told.messages.readNull), returns(1)},
-             .createFailed = {routes(told.messages.readCreate, code), returns(code)},
-             .failed = {routes(told.messages.readFailed, code), record(told.number, 0), released, returns(code)},
-             .answered = {{15005, {released, returns(60)}}},
-             .done = {released, returns(0)}});
+        return table.read("read", literals.functions.read,
+                          {.null = {routes(literals.messages.readNull), returns(1)},
+                           .createFailed = {routes(literals.messages.readCreate, code), returns(code)},
+                           .failed = {routes(literals.messages.readFailed, code), record(literals.number, 0), released,
+                                      returns(code)},
+                           .answered = {{15005, {released, returns(60)}}},
+                           .done = {released, returns(0)}});
     }
 
     Operation write() {
-        const Effect failed = dfx(told.counters.writeFailed);
+        const Effect failed = dfx(literals.counters.writeFailed);
         return table.write(
-            "write", told.functions.write,
-            {.null = {routes(told.messages.writeNull), failed, returns(1)},
-             .createFailed = {routes(told.messages.writeCreate, code), failed, returns(code)},
-             .setFailed = {released, routes(told.messages.writeSet, code), failed, returns(code)},
-             .failed = {released, routes(told.messages.writeFailed, code), record(told.number, 2), failed,
+            "write", literals.functions.write,
+            {.null = {routes(literals.messages.writeNull), failed, returns(1)},
+             .createFailed = {routes(literals.messages.writeCreate, code), failed, returns(code)},
+             .setFailed = {released, routes(literals.messages.writeSet, code), failed, returns(code)},
+             .failed = {released, routes(literals.messages.writeFailed, code), record(literals.number, 2), failed,
                         returns(code)},
-             .answered = {{13044, {released, record(told.number, 1), allOf(told.tolerated.write), returns(0)}}},
-             .done = {released, dfx(told.counters.written), returns(0)}});
+             .answered = {{13044, {released, record(literals.number, 1), allOf(literals.tolerated.write), returns(0)}}},
+             .done = {released, dfx(literals.counters.written), returns(0)}});
     }
 
     Operation update(const char* name, std::function<uint32_t(const Record*)> run, std::vector<Call> setters) {
-        return table.update(
-            name, run, std::move(setters),
-            {.null = {routes(told.messages.updateNull), returns(1)},
-             .createFailed = {routes(told.messages.updateCreate, code), returns(code)},
-             .setFailed = {routes(told.messages.updateSet, code), released, returns(code)},
-             .failed = {released, routes(told.messages.updateFailed, code), record(told.number, 6), returns(code)},
-             .answered = {{13044, {released, record(told.number, 1), returns(0)}}},
-             .done = {released, returns(0)}});
+        return table.update(name, run, std::move(setters),
+                            {.null = {routes(literals.messages.updateNull), returns(1)},
+                             .createFailed = {routes(literals.messages.updateCreate, code), returns(code)},
+                             .setFailed = {routes(literals.messages.updateSet, code), released, returns(code)},
+                             .failed = {released, routes(literals.messages.updateFailed, code),
+                                        record(literals.number, 6), returns(code)},
+                             .answered = {{13044, {released, record(literals.number, 1), returns(0)}}},
+                             .done = {released, returns(0)}});
     }
 
     Operation remove() {
-        const Effect failed = dfx(told.counters.removeFailed);
+        const Effect failed = dfx(literals.counters.removeFailed);
         return table.remove(
-            "delete", told.functions.remove,
-            {.null = {routes(told.messages.removeNull), failed, returns(1)},
-             .createFailed = {routes(told.messages.removeCreate, code), failed, returns(code)},
-             .failed = {released, record(told.number, 4), routes(told.messages.removeFailed, code), failed,
+            "delete", literals.functions.remove,
+            {.null = {routes(literals.messages.removeNull), failed, returns(1)},
+             .createFailed = {routes(literals.messages.removeCreate, code), failed, returns(code)},
+             .failed = {released, record(literals.number, 4), routes(literals.messages.removeFailed, code), failed,
                         returns(code)},
-             .answered = {{13044, {released, record(told.number, 1), allOf(told.tolerated.remove), returns(0)}}},
-             .done = {released, dfx(told.counters.removed), returns(0)}});
+             .answered = {{13044,
+                           {released, record(literals.number, 1), allOf(literals.tolerated.remove), returns(0)}}},
+             .done = {released, dfx(literals.counters.removed), returns(0)}});
     }
 
     Operation getEntry() {
-        const char* const message = told.messages.entryNull;
+        const char* const message = literals.messages.entryNull;
         return table.getEntry(
-            "getEntry", told.functions.getEntry,
+            "getEntry", literals.functions.getEntry,
             {.null = {message == nullptr ? allOf({}) : routes(message), returns(1)},
-             .nextFailed = {routes(told.messages.nextFailed, code), record(told.number, 9), returns(1)},
-             .readFailed = {routes(told.messages.entryFailed, code), record(told.number, 0), returns(1)}});
+             .nextFailed = {routes(literals.messages.nextFailed, code), record(literals.number, 9), returns(1)},
+             .readFailed = {routes(literals.messages.entryFailed, code), record(literals.number, 0), returns(1)}});
     }
 
     void checkClockOfSet() const {
         Record record = table.sample();
         record.timeStampCreate = 0;
-        expectStamps(table, told.functions.set, record, kFirstTime + kFirstTime);
+        expectStamps(table, literals.functions.set, record, kFirstTime + kFirstTime);
     }
 
     void checkStamp() const {
         startClock();
         Record record = table.sample();
-        recording::Bytes row(told.rowSize + 2, 0x5A);  // at an odd address
-        told.functions.stamp(row.data() + 1, &record);
+        recording::Bytes row(literals.rowSize + 2, 0x5A);  // at an odd address
+        literals.functions.stamp(row.data() + 1, &record);
         EXPECT_EQ(stampedRow(table.facts, "4041424344454647", kFirstTime), inner(row));
         record.timeStampCreate = 0;
-        told.functions.stamp(row.data() + 1, &record);
+        literals.functions.stamp(row.data() + 1, &record);
         EXPECT_EQ(stampedRow(table.facts, kSecondTime, kSecondTime), inner(row));
         EXPECT_EQ(2u, Recorder::instance().clockReadings());
         EXPECT_THAT(Recorder::instance().trace(), testing::IsEmpty());
@@ -289,30 +292,30 @@ private:
             given = itsRecord;
             return 0u;
         };
-        EXPECT_EQ(0u, told.functions.updateOper(&record, note));
+        EXPECT_EQ(0u, literals.functions.updateOper(&record, note));
         EXPECT_EQ("obj1", object);
         EXPECT_EQ(&record, given);
         EXPECT_EQ(Recorder::instance().trace(),
-                  (Trace{"create " + told.name + " 1 0 -> obj1", "dfx " + std::to_string(told.counters.created),
-                         "update obj1 " + told.key, "release " + told.name + " obj1",
-                         "dfx " + std::to_string(told.counters.released)}));
+                  (Trace{"create " + literals.name + " 1 0 -> obj1", "dfx " + std::to_string(literals.counters.created),
+                         "update obj1 " + literals.key, "release " + literals.name + " obj1",
+                         "dfx " + std::to_string(literals.counters.released)}));
     }
 
     void checkAnswerOfItemSetter() const {
         const Record record = table.sample();
-        EXPECT_EQ(13044u, told.functions.updateOper(&record, [](Mcast6DbHandle, const Record*) { return 13044u; }));
+        EXPECT_EQ(13044u, literals.functions.updateOper(&record, [](Mcast6DbHandle, const Record*) { return 13044u; }));
         EXPECT_EQ(0u, Recorder::instance().callsOf("db_update_obj"));
-        EXPECT_THAT(Recorder::instance().logFormats(), testing::ElementsAre(told.messages.updateSet));
-        EXPECT_THAT(g_mcast6DbErrStat[told.number], testing::Each(0u));
+        EXPECT_THAT(Recorder::instance().logFormats(), testing::ElementsAre(literals.messages.updateSet));
+        EXPECT_THAT(g_mcast6DbErrStat[literals.number], testing::Each(0u));
         EXPECT_EQ(0u, Recorder::instance().liveObjects());
     }
 
     void checkAbsentUpdate() const {
         const Record record = table.sample();
         Recorder::instance().answer("db_update_obj", 13044);
-        EXPECT_EQ(0u, told.functions.update(&record, nullptr));
-        EXPECT_EQ(1u, g_mcast6DbErrStat[told.number][1]);
-        EXPECT_EQ(0u, g_mcast6DbErrStat[told.number][6]);
+        EXPECT_EQ(0u, literals.functions.update(&record, nullptr));
+        EXPECT_EQ(1u, g_mcast6DbErrStat[literals.number][1]);
+        EXPECT_EQ(0u, g_mcast6DbErrStat[literals.number][6]);
         EXPECT_THAT(Recorder::instance().logFormats(), testing::IsEmpty());
     }
 };

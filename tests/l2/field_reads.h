@@ -1,4 +1,4 @@
-// Reads by field, told field by field: what a getter's success does to a record.
+// Reads by field: how each successful getter changes a record.
 #pragma once
 
 #include <algorithm>
@@ -17,12 +17,12 @@ struct FieldRead {
     void (*readInto)(Record& record);
 };
 
-// The recorder's line of a getter on obj1 that succeeds.
+// The recorder's line of a successful getter on obj1.
 inline std::string getterLine(const std::string& table, const std::string& field) {
     return "get " + table + "." + field + " obj1";
 }
 
-// Does to a record what the getters did that succeeded, by the trace.
+// Changes a record as the successful getters of the trace did.
 template <class Record, class FieldReads>
 void readWhatWasGot(Record& record, const FieldReads& reads, const std::string& table, const Trace& trace) {
     for (const FieldRead<Record>& read : reads) {

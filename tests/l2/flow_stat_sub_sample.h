@@ -1,4 +1,4 @@
-// A flow-statistics subscription with other bytes in each field, and what becomes of it in either of its tables.
+// A flow-statistics subscription with different bytes in each field, its row, and the effect of reads in either table.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -41,7 +41,7 @@ inline const std::string kWrittenFields = digits(
     "14131211 24232221 28272625"           // srcPid, cfgWord2, cfgWord3
     "34333231");                           // smoothVersion
 
-// A row that the engine may answer with, all of it unlike the sample.
+// A row that the engine returns; it differs from the sample in every field.
 inline const std::string kStoredRow = digits(
     "91000092 93000094"                    // keyId1, keyId2
     "fd00d1d2 d3d4d5d6 d7d8d9da dbdcdddf"  // flowAddr1
@@ -50,7 +50,7 @@ inline const std::string kStoredRow = digits(
     "9b00009c"                             // smoothVersion
     "a0a1a2a3a4a5a6a7 a8a9aaabacadaeaf");  // timeStampCreate, timeStampSmooth
 
-// What reading kStoredRow does to a record; only getFlag differs between the tables.
+// Changes a record as reading kStoredRow does; only getFlag differs between the tables.
 inline void readStored(FlowStatSubEntry& record, uint32_t getFlag) {
     record.addrType = 2;
     record.keyId1 = 0x92000091;
@@ -66,9 +66,9 @@ inline void readStored(FlowStatSubEntry& record, uint32_t getFlag) {
     record.timeStampSmooth = 0xAFAEADACABAAA9A8;
 }
 
-// -- what holds in both tables
+// -- checks for both tables
 
-// Of the two addresses' copies into a key the second is answered.
+// A key setter returns the code of the second address's copy.
 inline void expectTheLastCopyToBeAnswered(uint32_t (*setKey)(Mcast6DbKeyDesc*, void*, const FlowStatSubEntry*)) {
     recording::Recorder& platform = recording::Recorder::instance();
     FlowStatSubEntry record;
@@ -84,7 +84,7 @@ inline void expectTheLastCopyToBeAnswered(uint32_t (*setKey)(Mcast6DbKeyDesc*, v
     EXPECT_EQ(0u, platform.pendingAnswers());
 }
 
-// What a read gives in the members that are not stored.
+// The values of unstored members after a read.
 inline void expectReadConstants(uint32_t (*read)(FlowStatSubEntry*), uint32_t addrType, uint32_t getFlag) {
     FlowStatSubEntry record;
     fillSample(record);

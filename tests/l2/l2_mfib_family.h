@@ -1,5 +1,5 @@
-// The two tables of layer-2 forwarding entries, l2mc6_bd_mfib and l2mc6_vlan_mfib. They take the same steps; what
-// differs is told in a file for each: names, numbers, messages. MfibFamily builds their operations from that.
+// The two tables of layer-2 forwarding entries, l2mc6_bd_mfib and l2mc6_vlan_mfib. Their steps are the same. Names,
+// numbers and messages differ and are in a file for each table. MfibFamily builds their operations from these.
 #pragma once
 
 #include <functional>
@@ -55,7 +55,7 @@ struct Functions {
     Named<void(uint32_t)> setSourcePid;
 };
 
-// Each with its code where it tells one.
+// Messages; where a message has a conversion it logs the code.
 struct Messages {
     Effect createFailed, itemFailed;
     Effect readNull, readCreateFailed, readFailed;
@@ -80,9 +80,9 @@ struct MfibTable {
     bool hasMaskLengths;
     uint32_t domainType;  // as it reads back
     uint32_t number;
-    uint32_t sortedNumber;                                 // records a failed allocation of the sorted scan
-    uint32_t conflictNumber;                               // records an object that the hash-conflict count cannot have
-    uint32_t created, released;                            // diagnostic counters
+    uint32_t sortedNumber;       // the table number of a failed allocation of the sorted scan
+    uint32_t conflictNumber;     // the table number of a failed object of the hash-conflict count
+    uint32_t created, released;  // diagnostic counters
     uint32_t written, writeFailed, removed, removeFailed;  // KPIs
     uint32_t* pid;
     Mcast6DbHandle* keptObject;
@@ -94,7 +94,7 @@ struct MfibTable {
     }
     std::string writtenRow() const { return kWrittenHead + (hasMaskLengths ? kWrittenMaskLengths : "") + kWrittenTail; }
     std::string storedRow() const { return kStoredHead + (hasMaskLengths ? kStoredMaskLengths : "") + kStoredTail; }
-    // The fields in the order in which a read by field fetches them.
+    // The fields in the order of a read by field.
     std::vector<MfibRead> itemReads() const;
 };
 
@@ -112,7 +112,7 @@ inline std::vector<MfibRead> MfibTable::itemReads() const {
     return reads;
 }
 
-// What reading the stored row whole does to a record.
+// Changes a record as reading the whole stored row does.
 inline void readStored(const MfibTable& table, Entry& record) {
     for (const MfibRead& read : table.itemReads()) read.readInto(record);
     record.addrType = 2;
@@ -165,7 +165,7 @@ public:
         return all;
     }
 
-    // A keyed iterator whose failures record what those of both tables do.
+    // A keyed iterator; both tables record its failures in the same way.
     Operation keyedIterator(const char* name, std::function<Mcast6DbRes*()> run, const std::string& key,
                             const Effect& propertyFailed, const Effect& allocationFailed) {
         return base.createIterator(
@@ -191,7 +191,7 @@ private:
                 .createIterator = table.functions.createIter.function};
     }
 
-    // Starts without a kept object and source pid, and looks at both.
+    // Starts without a cached object and source pid, and watches both.
     void watchGlobals(Operation& operation) const {
         operation.scene.prepare = [&table = t, prepare = operation.scene.prepare] {
             *table.pid = 0;
@@ -322,21 +322,21 @@ private:
 
     Call getter(const std::string& field) const { return call(getterLine(t.name, field)); }
 
-    // The record that was the sample after the getters that succeeded.
+    // The sample after the successful getters.
     Effect leavesItem(bool hasConstants) const {
         return [this, hasConstants](Expectation& expectation) {
             Entry read;
             fillSample(read);
-            readWhatWasGot(read, t.itemReads(), t.name, expectation.picture.trace);
+            readWhatWasGot(read, t.itemReads(), t.name, expectation.observed.trace);
             if (hasConstants) {
                 read.addrType = 2;
                 read.domainType = t.domainType;
             }
-            expectation.picture.memory["record"] = bytesOf(read);
+            expectation.observed.memory["record"] = bytesOf(read);
         };
     }
 
-    // The getters that follow one that failed without a report.
+    // The getters after one whose failure is not reported.
     Effect restAfter(const std::string& field) const {
         Effects lines;
         bool isAfter = false;
@@ -361,7 +361,7 @@ private:
         return steps;
     }
 
-    // The iterator has a record to give when it is stepped.
+    // The next step of the iterator succeeds.
     Scene beforeARecord() {
         Scene scene = base.withIterator();
         scene.prepare = [this, prepare = scene.prepare] {
@@ -462,7 +462,7 @@ private:
             m.byDomainPropertyFailed, m.byDomainAllocationFailed);
     }
 
-    // The statement is made on handle 0 when there is no object, and handle 0 is released.
+    // Without an object the statement is created on handle 0, and handle 0 is released.
     Operation createSortedIter() {
         Operation operation = base.createIterator(
             f.createSortedIter.name, f.createSortedIter.function, "none",
@@ -472,7 +472,7 @@ private:
              .allocationFailed = {released, m.sortedAllocationFailed, record(t.sortedNumber, 8), returnsNull()}});
         const std::string condition = " " + t.sortedKey + " 3 key=01020004:none";
         const Effects gone = {released, returnsNull()};
-        // In place of the creation and the root iterator.
+        // Replaces the creation and the root iterator.
         operation.steps.erase(operation.steps.begin(), operation.steps.begin() + 2);
         operation.steps.insert(
             operation.steps.begin(),
@@ -504,7 +504,7 @@ private:
             {.createFailed = {returns(1)}, .failed = {released, returns(1)}, .done = {released, returns(0)}});
     }
 
-    // Makes and releases its object past the counters and the message.
+    // Its object is created and released without the counters and the message.
     Operation countByDomain() {
         const Effect gone = line("release " + t.name + " obj1");
         return {

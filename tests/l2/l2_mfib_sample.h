@@ -1,4 +1,4 @@
-// A record of the two layer-2 forwarding tables with other bytes in each field, and what becomes of it.
+// A record of the two layer-2 forwarding tables with different bytes in each field, its row, and the effect of reads.
 #pragma once
 
 #include <cstring>
@@ -17,7 +17,7 @@ inline const std::string kDomain = digits("34333231");
 
 inline const std::string kKey = "key=00010028:" + kVr + kGroup + kSource + kDomain;
 
-// The row of the sample when it is written at 1'700'000'000, the recorder's time: up to vrfId, the mask lengths, which
+// The row that a write of the sample stores at 1'700'000'000, the recorder's time: up to vrfId, the mask lengths, which
 // one table has, and from pathFlags on.
 inline const std::string kWrittenHead = kVr + kGroup + kSource + kDomain + digits("3c3b3a39");
 inline const std::string kWrittenMaskLengths = digits("41 42");
@@ -57,7 +57,7 @@ inline void fillSample(L2Mc6MfibEntry& record) {
     record.timeStampSmooth = 0xB1B2B3B4B5B6B7B8;
 }
 
-// A row that the engine may answer with, all of it unlike the sample, in the same three pieces.
+// A row that the engine returns, in the same three parts; it differs from the sample in every field.
 inline const std::string kStoredHead = digits(
     "c1c2c3c4"                             // vrId
     "d0d1d2d3 d4d5d6d7 d8d9dadb dcdddedf"  // groupAddr
@@ -72,7 +72,7 @@ inline const std::string kStoredTail = digits(
     "abcd 02040608 0a0c0e10"                       // serviceStatus, hppErrCode, enpErrCode
     "1113151719 1b1d1f 2123252729 2b2d2f");        // timeStampCreate, timeStampSmooth
 
-// What reading one field of the stored row does to a record; "<domain>" stands for bdId or vlanId.
+// Changes a record as reading one field of the stored row does; "<domain>" is bdId or vlanId.
 using MfibRead = FieldRead<L2Mc6MfibEntry>;
 
 inline const MfibRead kContextReads[] = {

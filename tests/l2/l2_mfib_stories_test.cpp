@@ -1,4 +1,4 @@
-// The two tables of layer-2 forwarding entries: conversions byte for byte, and the claims that no single way out shows.
+// The two tables of layer-2 forwarding entries: conversions byte for byte, and claims that involve more than one exit.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -39,7 +39,7 @@ protected:
         readStored(table, read);
         return read;
     }
-    // An iterator that stands on the stored row.
+    // An iterator positioned on the stored row.
     Mcast6DbRes* onStoredRow() {
         Mcast6DbRes* iterator = f.createIter.function();
         platform.fillNextStep(unhex(table.storedRow()));
@@ -86,8 +86,8 @@ TEST_P(L2MfibTest, getWritesEveryFieldItsConstantsAndNothingElse) {
     EXPECT_EQ(0u, *table.pid);
 }
 
-// The copies of a conversion, by their sizes; the answer of one that fails is the conversion's if it is that of the two
-// bytes of serviceStatus.
+// The copies of a conversion, by their sizes. A conversion returns the code of a failed copy only for the two bytes of
+// serviceStatus.
 TEST_P(L2MfibTest, conversionsAnswerTheResultOfTheCopyOfServiceStatus) {
     Bytes row = unhex(table.storedRow());
     const auto set = [&] { return f.set.function(&entry, row.data()); };
@@ -201,8 +201,8 @@ TEST_P(L2MfibTest, getNextAnswers0EvenWhenGettersFailed) {
     platform.fillNextStep(unhex(table.storedRow()));
     platform.answer(table.accessor("get", "vrId"), 0x100);
     platform.answer(table.accessor("get", "timeStampSmooth"), 0x23);
-    platform.answer(table.accessor("get", "groupAddr"), 0x4000);       // not told
-    platform.answer(table.accessor("get", "svcCtxHighPrio"), 0x8000);  // neither
+    platform.answer(table.accessor("get", "groupAddr"), 0x4000);       // not reported
+    platform.answer(table.accessor("get", "svcCtxHighPrio"), 0x8000);  // not reported
     EXPECT_EQ(0u, f.getNext.function(iterator, &entry));
     EXPECT_EQ(platform.trace().back(), "log 9 0x0F2E1010 \"[MCAST6 DB] get vlan mfib item fail, ret:291.\"");
     EXPECT_EQ(1u, platform.logFormats().size());
@@ -379,7 +379,7 @@ TEST_P(L2MfibTest, aFailedConflictCountWrites0AndTells15005As0) {
 INSTANTIATE_TEST_SUITE_P(l2, L2MfibTest, testing::Values(&kBdMfib, &kVlanMfib),
                          [](const testing::TestParamInfo<const MfibTable*>& item) { return item.param->name; });
 
-// The number of the VLAN table is recorded by the bridge domain table too, twice.
+// The bridge domain table records under the VLAN table's number too, twice.
 TEST(L2MfibNumbersTest, theBridgeDomainTableRecordsTwoErrorsUnderTheNumberOfTheVlanTable) {
     startOver();
     Recorder& platform = Recorder::instance();

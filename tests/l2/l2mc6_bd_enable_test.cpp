@@ -45,7 +45,7 @@
 // release iterator   null          -            nothing
 //                    -             -            released; block freed
 //
-// "released" counts 454, a create that succeeds 452. Errors are recorded under table 26.
+// "released" counts 454, a successful create counts 452. Errors are recorded under table 26.
 #include "mcast6_db/l2mc6_bd_enable.h"
 
 #include <gmock/gmock.h>
@@ -67,7 +67,7 @@ using recording::Bytes;
 using recording::unhex;
 using testing::IsEmpty;
 
-// -- a record with other bytes in each field, and what becomes of it
+// -- the sample: a record with different bytes in each field, and its rows
 
 // Padding included, so that all bytes of a record can be compared.
 void fillSample(L2McBdEnableEntry& record) {
@@ -95,7 +95,7 @@ void fillSample(L2McBdEnableEntry& record) {
 
 const std::string kKey = "key=0001000c:" + digits("04030201 08070605 14131211");
 
-// The row of the sample when it is written at 1'700'000'000, the recorder's time.
+// The row that a write of the sample stores at 1'700'000'000, the recorder's time.
 const std::string kWrittenRow = digits(
     "04030201 08070605 14131211"           // keyId1, keyId2, addrType
     "24232221 38373635 28272625 2c2b2a29"  // attrA, pathFlags, mldVersion, attrB
@@ -103,7 +103,7 @@ const std::string kWrittenRow = digits(
     "00f1536500000000 00f1536500000000"    // timeStampCreate, timeStampSmooth
     "74737271 8182838485868788898a8b8c");  // l2mcEnable, attrC
 
-// A row that the engine may answer with, all of it unlike the sample.
+// A row that the engine returns; it differs from the sample in every field.
 const std::string kStoredRow = digits(
     "0b000000 0c000000 0d000000"           // keyId1, keyId2, addrType
     "91000092 93000094 95000096 97000098"  // attrA, pathFlags, mldVersion, attrB
@@ -111,7 +111,7 @@ const std::string kStoredRow = digits(
     "a0a1a2a3a4a5a6a7 a8a9aaabacadaeaf"    // timeStampCreate, timeStampSmooth
     "b0b1b2b3 c0c1c2c3c4c5c6c7c8c9cacb");  // l2mcEnable, attrC
 
-// What reading kStoredRow does to a record: spare1 and the padding stay.
+// Changes a record as reading kStoredRow does: spare1 and the padding are unchanged.
 void readStored(L2McBdEnableEntry& record) {
     record.keyId1 = 0x0B;
     record.addrType = 2;
@@ -133,7 +133,7 @@ void readStored(L2McBdEnableEntry& record) {
     std::memcpy(record.attrC, attrC, sizeof attrC);
 }
 
-// -- every way out
+// -- every exit
 
 const LogId config{0x0F2E1012};
 const Effect released = allOf({line("release l2mc6_bd_enable obj1"), dfx(454)});
@@ -176,7 +176,7 @@ Operation write() {
          .done = {released, dfx(455), returns(0)}});
 }
 
-// As they go with the sample.
+// The setters for the sample.
 std::vector<Call> updateSetters() {
     return {table.sets("mldVersion", 0x25262728),     table.sets("l2mcEnable", 0x71727374),
             table.setsBytes("serviceStatus", "4142"), table.setsBytes("errCode", "4344"),
@@ -184,7 +184,7 @@ std::vector<Call> updateSetters() {
             table.stamps("timeStampSmooth")};
 }
 
-// A setter that fails does not keep the object from being updated.
+// A failed setter does not stop the update.
 Operation update() {
     const Effect updateFailed = config("[MCAST6 DB]update l2 bd enable, update object failed, ret:%u.", code);
     return table.update(
@@ -265,7 +265,7 @@ const Operation operations[] = {
     table.releaseIterator("ReleaseL2McBdEnableIterator", MCAST6_DB_ReleaseL2McBdEnableIterator),
 };
 
-INSTANTIATE_TEST_SUITE_P(l2mc6_bd_enable, EveryWayOut, testing::ValuesIn(operations), nameOfOperation);
+INSTANTIATE_TEST_SUITE_P(l2mc6_bd_enable, EveryExit, testing::ValuesIn(operations), nameOfOperation);
 
 // -- conversions
 

@@ -42,7 +42,7 @@
 // release iterator   null          -            nothing
 //                    -             -            released; block freed
 //
-// "released" counts 392, a create that succeeds 390. Errors are recorded under table 23.
+// "released" counts 392, a successful create counts 390. Errors are recorded under table 23.
 #include "mcast6_db/l2mc6_bd_flowstat_sub.h"
 
 #include <gmock/gmock.h>
@@ -63,7 +63,7 @@ using flow_stat_sub::kKey;
 using flow_stat_sub::kStoredRow;
 using testing::IsEmpty;
 
-// At 1'700'000'000, the recorder's time, whatever the caller's time stamps are.
+// Written at 1'700'000'000, the recorder's time; the caller's time stamps are ignored.
 const std::string kWrittenRow = flow_stat_sub::kWrittenFields + digits("00f1536500000000 00f1536500000000");
 
 void readStored(FlowStatSubEntry& record) { flow_stat_sub::readStored(record, 1); }
@@ -71,7 +71,7 @@ void readStored(FlowStatSubEntry& record) { flow_stat_sub::readStored(record, 1)
 // keyId1, srcPid, cfgWord3
 const std::string kSrcPidKey = "key=0209000c:" + digits("04030201 14131211 28272625");
 
-// -- every way out
+// -- every exit
 
 const LogId flows{0x0F2E1014};
 const Effect released = allOf({line("release l2mc6_bd_flowstat_sub obj1"), dfx(392)});
@@ -192,7 +192,7 @@ const Operation operations[] = {
     table.releaseIterator("ReleaseL2McBdFlowstatSubIterator", MCAST6_DB_ReleaseL2McBdFlowstatSubIterator),
 };
 
-INSTANTIATE_TEST_SUITE_P(l2mc6_bd_flowstat_sub, EveryWayOut, testing::ValuesIn(operations), nameOfOperation);
+INSTANTIATE_TEST_SUITE_P(l2mc6_bd_flowstat_sub, EveryExit, testing::ValuesIn(operations), nameOfOperation);
 
 // -- conversions
 

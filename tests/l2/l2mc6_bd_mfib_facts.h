@@ -14,8 +14,8 @@ inline const MfibTable kBdMfib{
     .hasMaskLengths = false,
     .domainType = 1,
     .number = 27,
-    .sortedNumber = 8,    // the other table's
-    .conflictNumber = 8,  // likewise
+    .sortedNumber = 8,    // the other table's number
+    .conflictNumber = 8,  // the other table's number
     .created = 473,
     .released = 474,
     .written = 3,

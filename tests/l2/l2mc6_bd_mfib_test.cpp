@@ -83,8 +83,8 @@
 //                    count         any          log, 15005 as 0; error 0; released; count is 0; 1
 //                    -             -            released; count filled; 0
 //
-// A create that fails is logged with its code, whatever else follows. Errors are recorded under table 27 unless told
-// otherwise.
+// A failed create is logged with its code, in addition to the effects above. Errors are recorded under table 27 unless
+// said otherwise.
 #include <gtest/gtest.h>
 
 #include "tests/l2/l2mc6_bd_mfib_facts.h"
@@ -106,7 +106,7 @@ std::vector<Operation> operations() {
     return all;
 }
 
-INSTANTIATE_TEST_SUITE_P(l2mc6_bd_mfib, EveryWayOut, testing::ValuesIn(operations()), nameOfOperation);
+INSTANTIATE_TEST_SUITE_P(l2mc6_bd_mfib, EveryExit, testing::ValuesIn(operations()), nameOfOperation);
 
 }  // namespace
 

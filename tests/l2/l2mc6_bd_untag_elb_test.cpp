@@ -1,5 +1,6 @@
-// l2mc6_bd_untag_elb: see bd_egress_family.h for what each operation does. Of its own: 13044 is taken for done by all; a step
-// with a null handle and a record prints a debug line with the record's addresses. Errors are recorded under table 22.
+// l2mc6_bd_untag_elb: see bd_egress_family.h for what each operation does. Differences: all changes treat 13044 as
+// success; a step with a null handle and a record prints a debug line with the record's addresses. Errors are recorded
+// under table 22.
 #include "mcast6_db/l2mc6_bd_untag_elb.h"
 
 #include "tests/l2/bd_egress_family.h"
@@ -11,13 +12,14 @@ namespace {
 const std::string kKey = keyOf("0001002c", kVr + kBd + kGroup + kSource + "34353637");
 
 const std::string kRow =
-    "00010203 30313233"                       // vrId, bdId
-    "0f0e0d0c 13121110 17161514 1b1a1918"     // groupAddr
-    "1f1e1d1c 23222120 27262524 2b2a2928"     // sourceAddr
-    "34353637 04050607 5859 5a5b 75 76 ____"  // outIfIndex, vrfId, fwdIfExtType, fwdIfKind, isSelfBoard, elbByte1, padding
-    "90919293 40414243 8c8d8e8f"              // pathFlags, mcId, egressAttr
-    "48494a4b4c4d4e4f 50515253 94959697"      // mcidVersion, mfibVersion, appSrcPid
-    "98999a9b 9c9d9e9f"                       // appVersion, smoothVersion
+    "00010203 30313233"                                         // vrId, bdId
+    "0f0e0d0c 13121110 17161514 1b1a1918"                       // groupAddr
+    "1f1e1d1c 23222120 27262524 2b2a2928"                       // sourceAddr
+    "34353637 04050607 5859 5a5b"                               // outIfIndex, vrfId, fwdIfExtType, fwdIfKind
+    "75 76 ____"                                                // isSelfBoard, elbByte1, padding
+    "90919293 40414243 8c8d8e8f"                                // pathFlags, mcId, egressAttr
+    "48494a4b4c4d4e4f 50515253 94959697"                        // mcidVersion, mfibVersion, appSrcPid
+    "98999a9b 9c9d9e9f"                                         // appVersion, smoothVersion
     "b0b1b2b3b4b5b6b7b8b9babbbcbdbebfc0c1c2c3c4c5c6c7c8c9cacb"  // svcCtxHighPrio
     "e8e9eaebecedeeeff0f1f2f3"                                  // svcCtxNormalPrio
     "f4f5 f6f7 00f1536500000000"                                // serviceStatus, errCode, timeStampCreate
@@ -132,7 +134,7 @@ BdEgress& family() {
     return family;
 }
 
-// A null iterator with a record is told on the debug line.
+// A null iterator with a record prints a debug line.
 std::vector<Operation> operations() {
     std::vector<Operation> all = family().operations();
     for (Operation& operation : all) {
@@ -163,7 +165,7 @@ std::vector<Claim> claims() {
     return all;
 }
 
-INSTANTIATE_TEST_SUITE_P(l2mc6_bd_untag_elb, EveryWayOut, testing::ValuesIn(operations()), nameOfOperation);
+INSTANTIATE_TEST_SUITE_P(l2mc6_bd_untag_elb, EveryExit, testing::ValuesIn(operations()), nameOfOperation);
 INSTANTIATE_TEST_SUITE_P(l2mc6_bd_untag_elb, EveryClaim, testing::ValuesIn(claims()), nameOfClaim);
 
 }  // namespace

@@ -1,6 +1,8 @@
-// l2mc6_bd_vxlan_elb: see bd_egress_family.h for what each operation does. Of its own: 13044 is recorded as a failed write or
-// update by these, and counted as failed by a write and a removal; all three return 0. Errors are recorded under table 30.
-// Counts, which the other tables of the family lack:
+// l2mc6_bd_vxlan_elb: see bd_egress_family.h for what each operation does. Differences: a write and an update record
+// 13044 as a failure of their own kind, and a write and a removal count it as failed; all three return 0. Errors are
+// recorded under table 30.
+//
+// Counts, which the other tables of the family do not have:
 //
 // operation          step          fails with   then
 // count by key       create 9      any          504; log; 1
@@ -154,7 +156,7 @@ BdEgress& family() {
     return family;
 }
 
-CallWays waysOfCount() {
+CallExits exitsOfCount() {
     return {
         .createFailed = {egress("[GetL2Mc6BdVxlanElbCountByKey] create elb object fail, ret:%u.", code), returns(1)},
         .failed = {family().released, egress("[GetL2Mc6BdVxlanElbCountByKey] get elb num fail, ret:%u.", code),
@@ -171,14 +173,14 @@ std::vector<Operation> operations() {
             const recording::Bytes key = recording::unhex("14131211 34333231");
             return MCAST6_DB_GetL2Mc6BdVxlanElbCountByKey(&descriptor, key.data(), count);
         },
-        keyOf("05090008", "14131211 34333231"), waysOfCount()));
+        keyOf("05090008", "14131211 34333231"), exitsOfCount()));
     all.push_back(family().table.countByKey(
         "countByTunnelVsg",
         [](uint32_t* count) {
             const L2McBdVxlanVsgKey key{{0x11121314, 0x21222324, 0x31323334, 0x41424344}};
             return MCAST6_DB_GetL2Mc6BdVxlanElbCountByTnlVsg(&key, count);
         },
-        keyOf("06090014", "14131211 24232221 34333231 44434241 02000000"), waysOfCount()));
+        keyOf("06090014", "14131211 24232221 34333231 44434241 02000000"), exitsOfCount()));
     return all;
 }
 
@@ -199,7 +201,7 @@ std::vector<Claim> claims() {
     return all;
 }
 
-INSTANTIATE_TEST_SUITE_P(l2mc6_bd_vxlan_elb, EveryWayOut, testing::ValuesIn(operations()), nameOfOperation);
+INSTANTIATE_TEST_SUITE_P(l2mc6_bd_vxlan_elb, EveryExit, testing::ValuesIn(operations()), nameOfOperation);
 INSTANTIATE_TEST_SUITE_P(l2mc6_bd_vxlan_elb, EveryClaim, testing::ValuesIn(claims()), nameOfClaim);
 
 }  // namespace

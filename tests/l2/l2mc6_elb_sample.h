@@ -1,4 +1,4 @@
-// A record of l2mc6_elb with other bytes in each field, and what becomes of it.
+// A record of l2mc6_elb with different bytes in each field, its row, and the effect of reads.
 #pragma once
 
 #include <cstring>
@@ -20,7 +20,7 @@ inline const std::string kOutIf = digits("36353433");
 inline const std::string kKeyBytes = kVr + kVlan + kUserVlan + kGroup + kSource + kOutIf;
 inline const std::string kKey = "key=0001002c:" + kKeyBytes;
 
-// The row of the sample when it is written at 1'700'000'000, the recorder's time.
+// The row that a write of the sample stores at 1'700'000'000, the recorder's time.
 inline const std::string kWrittenRow = kKeyBytes + digits(
                                                        "08070605"           // vrfId
                                                        "5251 4e4d"          // fwdIfExtType, fwdIfType
@@ -73,7 +73,7 @@ inline void fillSample(L2Elb6Entry& record) {
     record.elbWord2 = 0xB0BABBBC;
 }
 
-// A row that the engine may answer with, all of it unlike the sample.
+// A row that the engine returns; it differs from the sample in every field.
 inline const std::string kStoredRow = digits(
     "c1c2c3c4 c5c6 c7c8"                     // vrId, vlanId, userVlanId
     "d0d1d2d3 d4d5d6d7 d8d9dadb dcdddedf"    // groupAddr
@@ -90,7 +90,7 @@ inline const std::string kStoredRow = digits(
     "abcd ef01"                              // serviceStatus, errCode
     "1113151719 1b1d1f 2123252729 2b2d2f");  // timeStampCreate, timeStampSmooth
 
-// What reading one field of the stored row does to a record, in the order in which a read by field fetches them.
+// Changes a record as reading one field of the stored row does, in the order of a read by field.
 inline const FieldRead<L2Elb6Entry> kItemReads[] = {
     {"vrId", [](L2Elb6Entry& record) { record.vrId = 0xC4C3C2C1; }},
     {"vrfId", [](L2Elb6Entry& record) { record.vrfId = 0xC0CFCECD; }},
@@ -132,7 +132,7 @@ inline void readConstants(L2Elb6Entry& record) {
     record.fixedWord2 = 5;
 }
 
-// What reading the stored row whole does to a record.
+// Changes a record as reading the whole stored row does.
 inline void readStored(L2Elb6Entry& record) {
     for (const auto& read : kItemReads) read.readInto(record);
     record.elbByte1 = 0xF6;

@@ -60,7 +60,7 @@
 //                                  other        log; error 0; released; 0
 //                    -             -            released; the count
 //
-// A create that fails is logged with its code, whatever else follows. Errors are recorded under table 7.
+// A failed create is logged with its code, in addition to the effects above. Errors are recorded under table 7.
 #include "mcast6_db/l2mc6_elb.h"
 
 #include <gmock/gmock.h>
@@ -130,13 +130,13 @@ Operation write() {
 }
 
 Operation update() {
-    const Effect told = egress("[MCAST6 DB] update elb6 failed, create db object failed. ret:%u.", code);
+    const Effect failed = egress("[MCAST6 DB] update elb6 failed, create db object failed. ret:%u.", code);
     return table.update("UpdateL2Elb6SmoothVersion", MCAST6_DB_UpdateL2Elb6SmoothVersion,
                         {table.sets("smoothVersion", 0x5D5E5F60), table.stamps("timeStampSmooth")},
                         {.null = {egress("[MCAST6 DB] update db elb6 object failed, param is null."), returns(1)},
                          .createFailed = {egress("[MCAST6 DB] update elb6 failed"), returns(1)},
-                         .setFailed = {told, released, returns(1)},
-                         .failed = {released, told, record(7, 6), returns(0)},
+                         .setFailed = {failed, released, returns(1)},
+                         .failed = {released, failed, record(7, 6), returns(0)},
                          .answered = {{13044, {released, record(7, 1), returns(0)}}},
                          .done = {released, returns(0)}});
 }
@@ -160,7 +160,7 @@ std::vector<Call> getters(std::initializer_list<const char*> fields) {
     return calls;
 }
 
-// The record that was the sample after the getters that succeeded. The VLAN is read into a word of zeros.
+// The sample after the successful getters. The VLAN is read into a word of zeros.
 Effect leavesRead(bool isItem) {
     return [isItem](Expectation& expectation) {
         L2Elb6Entry read = table.sample();
@@ -168,8 +168,8 @@ Effect leavesRead(bool isItem) {
             readConstants(read);
             read.vlanId = 0;
         }
-        readWhatWasGot(read, kItemReads, "l2mc6_elb", expectation.picture.trace);
-        expectation.picture.memory["record"] = bytesOf(read);
+        readWhatWasGot(read, kItemReads, "l2mc6_elb", expectation.observed.trace);
+        expectation.observed.memory["record"] = bytesOf(read);
     };
 }
 
@@ -354,13 +354,13 @@ std::vector<Operation> operations() {
     };
 }
 
-INSTANTIATE_TEST_SUITE_P(l2mc6_elb, EveryWayOut, testing::ValuesIn(operations()), nameOfOperation);
+INSTANTIATE_TEST_SUITE_P(l2mc6_elb, EveryExit, testing::ValuesIn(operations()), nameOfOperation);
 
-// -- stories
+// -- whole operations
 
 class L2ElbTest : public SampleTest<L2Elb6Entry, fillSample> {
 protected:
-    // An iterator that stands on the stored row.
+    // An iterator positioned on the stored row.
     Mcast6DbRes* onStoredRow() {
         Mcast6DbRes* iterator = MCAST6_DB_CreateL2Elb6Iter();
         platform.fillNextStep(unhex(kStoredRow));
@@ -388,7 +388,7 @@ TEST_F(L2ElbTest, setAnswersTheResultOfTheCopyOfElbData1) {
     EXPECT_THAT(copies,
                 testing::UnorderedElementsAre("memcpy_s 16 16", "memcpy_s 16 16", "memcpy_s 16 16", "memcpy_s 28 28",
                                               "memcpy_s 12 12", "memcpy_s 2 2", "memcpy_s 2 2"));
-    // Both addresses and elbData1 are 16 bytes; the one that fails leaves its zeros in the row.
+    // Both addresses and elbData1 are 16 bytes; a failed copy leaves zeros in the row.
     size_t answered = 0;
     for (size_t failing = 0; failing < copies.size(); ++failing) {
         for (size_t i = 0; i <= failing; ++i) platform.answer("memcpy_s", i == failing ? 34 : 0);
@@ -490,7 +490,7 @@ TEST_F(L2ElbTest, aFailedUpdateIsToldAndRecordedAndAnswers0) {
     EXPECT_EQ("log 9 0x0F2E100F \"[MCAST6 DB] update elb6 failed, create db object failed. ret:4711.\"",
               platform.takeTrace().at(7));
     EXPECT_EQ(1u, g_mcast6DbErrStat[7][6]);
-    // A setter that fails says the same, but is not recorded, and answers 1.
+    // A failed setter logs the same message, records nothing, and returns 1.
     platform.answer("db_set_l2mc6_elb_smoothVersion", 4711);
     EXPECT_EQ(1u, MCAST6_DB_UpdateL2Elb6SmoothVersion(&record));
     EXPECT_EQ("log 9 0x0F2E100F \"[MCAST6 DB] update elb6 failed, create db object failed. ret:4711.\"",
@@ -530,7 +530,7 @@ TEST_F(L2ElbTest, aCopyThatDoesNotFitCountsAsAFailedGetter) {
         EXPECT_EQ("log 9 0x0F2E100F \"[MCAST6 DB] get mcast6 elb6 fail, ret:34.\"", platform.trace().back());
         platform.announceLength(getter, width);
     }
-    // Of the addresses only the getters count.
+    // For addresses only the getters' codes count.
     platform.announceLength("db_get_l2mc6_elb_groupAddr", 17);
     EXPECT_EQ(0u, MCAST6_DB_GetL2Elb6AddrItem(iterator->object, &record));
     EXPECT_EQ(0xE0E1E2E3u, record.sourceAddr.word[0]);

@@ -40,7 +40,7 @@
 // release iterator   null          -            nothing
 //                    -             -            released; block freed
 //
-// "released" counts 15, a create that succeeds 14. Errors are recorded under table 10 but where it is said otherwise.
+// "released" counts 15, a successful create counts 14. Errors are recorded under table 10 unless said otherwise.
 #include "mcast6_db/l2mc6_flowstat_sub.h"
 
 #include <gmock/gmock.h>
@@ -61,12 +61,12 @@ using flow_stat_sub::kKey;
 using flow_stat_sub::kStoredRow;
 using testing::IsEmpty;
 
-// At 1'700'000'000, the recorder's time; the caller's creation time is kept.
+// Written at 1'700'000'000, the recorder's time; the caller's creation time is kept.
 const std::string kWrittenRow = flow_stat_sub::kWrittenFields + digits("5857565554535251 00f1536500000000");
 
 void readStored(FlowStatSubEntry& record) { flow_stat_sub::readStored(record, 0); }
 
-// -- every way out
+// -- every exit
 
 const LogId flows{0x0F2E1014};
 const Effect released = allOf({line("release l2mc6_flowstat_sub obj1"), dfx(15)});
@@ -137,7 +137,7 @@ Operation getEntry() {
          .readFailed = {flows("[MCAST6 DB] get flowstat fail, db_read_obj_with_buf fail, ret:%d.", code), returns(1)}});
 }
 
-IterWays iterWays() {
+IterExits iterExits() {
     const Effect rootIterFailed =
         flows("[MCAST6 DB] create l2mc flow stat iter failed, create root iter failed. ret:%d", code);
     return {.createFailed = {flows("[MCAST6 DB] create l2mc flow stat iter failed, create obj failed."), returnsNull()},
@@ -159,7 +159,7 @@ Operation createIterator() {
         },
         "key=00010028:" + digits("00010203 04050607 08090a0b 0c0d0e0f 10111213 14151617 18191a1b 1c1d1e1f"
                                  "20212223 24252627"),
-        iterWays());
+        iterExits());
 }
 
 const Operation operations[] = {
@@ -173,17 +173,17 @@ const Operation operations[] = {
     update(),
     getEntry(),
     createIterator(),
-    table.createIterator("CreateL2FlowStatSubAllIter", MCAST6_DB_CreateL2FlowStatSubAllIter, "none", iterWays()),
+    table.createIterator("CreateL2FlowStatSubAllIter", MCAST6_DB_CreateL2FlowStatSubAllIter, "none", iterExits()),
     table.releaseIterator("ReleaseL2FlowStatSubIter", MCAST6_DB_ReleaseL2FlowStatSubIter),
 };
 
-INSTANTIATE_TEST_SUITE_P(l2mc6_flowstat_sub, EveryWayOut, testing::ValuesIn(operations), nameOfOperation);
+INSTANTIATE_TEST_SUITE_P(l2mc6_flowstat_sub, EveryExit, testing::ValuesIn(operations), nameOfOperation);
 
 // -- conversions
 
 class FlowstatSubTest : public SampleTest<FlowStatSubEntry, fillSample> {};
 
-// The arguments as the other tables have them.
+// The arguments in the order of the other tables.
 void setFromRecord(const FlowStatSubEntry* from, void* row) { MCAST6_DB_SetL2FlowStatSubItem(row, from); }
 
 TEST_F(FlowstatSubTest, setTakesTheRowFirstWritesEveryFieldInItsPlaceAndNothingElse) {

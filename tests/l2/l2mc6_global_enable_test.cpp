@@ -48,7 +48,7 @@
 //                    count         any          released; the code
 //                    -             -            released; count filled; 0
 //
-// "released" counts 38, a create that succeeds 37. The error is recorded under table 3.
+// "released" counts 38, a successful create counts 37. The error is recorded under table 3.
 #include "mcast6_db/l2mc6_global_enable.h"
 
 #include <gmock/gmock.h>
@@ -67,7 +67,7 @@ namespace {
 
 using testing::IsEmpty;
 
-// -- a record with other bytes in each field, and what becomes of it
+// -- the sample: a record with different bytes in each field, and its rows
 
 void fillSample(MldGlobalEntry& record) {
     std::memset(&record, 0xA5, sizeof record);
@@ -85,7 +85,7 @@ void fillSample(MldGlobalEntry& record) {
 
 const std::string kKey = "key=00010008:" + digits("04030201 08070605");
 
-// At 1'700'000'000, the recorder's time.
+// Written at 1'700'000'000, the recorder's time.
 const std::string kWrittenRow = digits(
     "04030201 08070605"                    // keyId1, keyId2
     "14131211 34333231 4142 4344"          // cfgWord1, smoothVersion, serviceStatus, errCode
@@ -109,7 +109,7 @@ void readStored(MldGlobalEntry& record) {
     record.timeStampSmooth = 0xAFAEADACABAAA9A8;
 }
 
-// -- every way out
+// -- every exit
 
 const LogId config{0x0F2E1012};
 const Effect released = allOf({line("release l2mc6_global_enable obj1"), dfx(38)});
@@ -227,7 +227,7 @@ const Operation operations[] = {
     count(),
 };
 
-INSTANTIATE_TEST_SUITE_P(l2mc6_global_enable, EveryWayOut, testing::ValuesIn(operations), nameOfOperation);
+INSTANTIATE_TEST_SUITE_P(l2mc6_global_enable, EveryExit, testing::ValuesIn(operations), nameOfOperation);
 
 // -- conversions
 

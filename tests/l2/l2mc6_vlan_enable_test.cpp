@@ -33,7 +33,7 @@
 // release iterator   null          -            nothing
 //                    -             -            released; block freed
 //
-// "released" counts 44, a create that succeeds 43. The error is recorded under table 14.
+// "released" counts 44, a successful create counts 43. The error is recorded under table 14.
 #include "mcast6_db/l2mc6_vlan_enable.h"
 
 #include <gmock/gmock.h>
@@ -52,7 +52,7 @@ namespace {
 
 using testing::IsEmpty;
 
-// -- a record with other bytes in each field, and what becomes of it
+// -- the sample: a record with different bytes in each field, and its rows
 
 void fillSample(L2VlanEnableEntry& record) {
     std::memset(&record, 0xA5, sizeof record);
@@ -79,7 +79,7 @@ void fillSample(L2VlanEnableEntry& record) {
 
 const std::string kKey = "key=0001000a:" + digits("04030201 08070605 1211");
 
-// At 1'700'000'000, the recorder's time.
+// Written at 1'700'000'000, the recorder's time.
 const std::string kWrittenRow = digits(
     "04030201 08070605 1211 1413"                   // keyId1, keyId2, vlanId, vlanAttr
     "24232221 28272625 2c2b2a29 302f2e2d 34333231"  // cfgWord1 to cfgWord5
@@ -94,7 +94,7 @@ const std::string kStoredRow = digits(
     "a0a1a2a3a4a5a6a7 a8a9aaabacadaeaf"             // timeStampCreate, timeStampSmooth
     "b0b1b2b3 c0c1c2c3c4c5c6c7c8c9cacb");           // l2mcEnable, attrC
 
-// What a read does; a step of an iterator sets spare1 too.
+// Changes a record as a read does; a step of an iterator also sets spare1.
 void readStored(L2VlanEnableEntry& record) {
     record.keyId1 = 0x920000D1;
     record.keyId2 = 0x940000D2;
@@ -124,7 +124,7 @@ std::string walkedBack() {
     return bytesOf(record);
 }
 
-// -- every way out
+// -- every exit
 
 const LogId config{0x0F2E1012};
 const Effect released = allOf({line("release l2mc6_vlan_enable obj1"), dfx(44)});
@@ -207,7 +207,7 @@ const Operation operations[] = {
     table.releaseIterator("ReleaseMldVlanIter", MCAST6_DB_ReleaseMldVlanIter),
 };
 
-INSTANTIATE_TEST_SUITE_P(l2mc6_vlan_enable, EveryWayOut, testing::ValuesIn(operations), nameOfOperation);
+INSTANTIATE_TEST_SUITE_P(l2mc6_vlan_enable, EveryExit, testing::ValuesIn(operations), nameOfOperation);
 
 // -- conversions
 

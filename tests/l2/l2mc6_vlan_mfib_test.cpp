@@ -83,7 +83,7 @@
 //                    count         any          log, 15005 as 0; error 0; released; count is 0; 1
 //                    -             -            released; count filled; 0
 //
-// A create that fails is logged with its code, whatever else follows. Errors are recorded under table 8.
+// A failed create is logged with its code, in addition to the effects above. Errors are recorded under table 8.
 #include <gtest/gtest.h>
 
 #include "tests/l2/l2mc6_vlan_mfib_facts.h"
@@ -95,7 +95,7 @@ namespace {
 
 MfibFamily vlanMfib(kVlanMfib, [](Entry& entry) { readStored(kVlanMfib, entry); });
 
-INSTANTIATE_TEST_SUITE_P(l2mc6_vlan_mfib, EveryWayOut, testing::ValuesIn(vlanMfib.operations()), nameOfOperation);
+INSTANTIATE_TEST_SUITE_P(l2mc6_vlan_mfib, EveryExit, testing::ValuesIn(vlanMfib.operations()), nameOfOperation);
 
 }  // namespace
 

@@ -45,7 +45,7 @@
 // release iterator   null          -            nothing
 //                    -             -            released; block freed
 //
-// "released" counts 22, a create that succeeds 21. Errors are recorded under table 9 but where it is said otherwise.
+// "released" counts 22, a successful create counts 21. Errors are recorded under table 9 unless said otherwise.
 #include "mcast6_db/l2mc6_vlan_port.h"
 
 #include <gmock/gmock.h>
@@ -64,7 +64,7 @@ namespace {
 
 using testing::IsEmpty;
 
-// -- a record with other bytes in each field, and what becomes of it
+// -- the sample: a record with different bytes in each field, and its rows
 
 void fillSample(VlanPortEntry& record) {
     std::memset(&record, 0xA5, sizeof record);
@@ -88,7 +88,7 @@ void fillSample(VlanPortEntry& record) {
 
 const std::string kKey = "key=0001000c:" + digits("04030201 1211 1413 24232221");
 
-// At 1'700'000'000, the recorder's time.
+// Written at 1'700'000'000, the recorder's time.
 const std::string kWrittenRow = digits(
     "04030201 1211 1413 24232221"          // keyId1, vlanId, keyId3, keyId4
     "08070605 28272625 34333231"           // portAttr, cfgWord1, smoothVersion
@@ -117,7 +117,7 @@ void readStored(VlanPortEntry& record) {
     record.timeStampSmooth = 0xAFAEADACABAAA9A8;
 }
 
-// -- every way out
+// -- every exit
 
 const LogId ports{0x0F2E100F};
 const Effect released = allOf({line("release l2mc6_vlan_port obj1"), dfx(22)});
@@ -229,7 +229,7 @@ const Operation operations[] = {
     table.releaseIterator("ReleaseVlanPortIter", MCAST6_DB_ReleaseVlanPortIter),
 };
 
-INSTANTIATE_TEST_SUITE_P(l2mc6_vlan_port, EveryWayOut, testing::ValuesIn(operations), nameOfOperation);
+INSTANTIATE_TEST_SUITE_P(l2mc6_vlan_port, EveryExit, testing::ValuesIn(operations), nameOfOperation);
 
 // -- conversions
 

@@ -1,5 +1,5 @@
 // The three tables of a layer-3 entry's egress members in a bridge domain: l3mc6_bd_tag_elb, l3mc6_bd_untag_elb and
-// l3mc6_bd_tnl_elb. They take the same steps; the names stand for counters and KPI that each table tells:
+// l3mc6_bd_tnl_elb. Their steps are the same. The names below are counters and KPIs of each table:
 //
 // operation          step          fails with   then
 // create object      create        any          kpi createFailed; the code
@@ -42,7 +42,7 @@
 //                    count         any          log; 0
 //                    -             -            the count; the object stays in the cache
 //
-// Setters of the smooth version: smoothVersion, mlagRole, isMlagDual, inIfhasMlag, timeStampSmooth; behind tunnels only
+// Setters of the smooth version: smoothVersion, mlagRole, isMlagDual, inIfhasMlag, timeStampSmooth; for tunnels only
 // the first and the last.
 #pragma once
 
@@ -57,7 +57,7 @@ namespace mcast6::tests::l3_bd_egress {
 using namespace l3_members;
 using Entry = L3BdElb6Entry;
 
-// Pieces of keys, as the sample's bytes say.
+// Parts of keys, with the values of the sample's bytes.
 inline const std::string kBridgeDomain = "48494a4b";  // bdElbAttr4
 inline const std::string kSrcPid = "e0e1e2e3";
 inline const std::string kLowByte19 = "eb";  // of bdElbAttr19
@@ -76,26 +76,27 @@ public:
         all.push_back({"getAnswers0", [this] {
                            Entry entry = table.sample();
                            const recording::Bytes row = recording::unhex(table.facts.storedRow);
-                           EXPECT_EQ(0u, told.functions.get(row.data(), &entry));
+                           EXPECT_EQ(0u, literals.functions.get(row.data(), &entry));
                        }});
         all.push_back({"ofAttribute19TheLowByteIsKept", [this] {
                            Entry entry = table.sample();
                            entry.bdElbAttr19 = 0x12345678;
-                           recording::Bytes row(told.rowSize);
-                           told.functions.set(&entry, row.data());
-                           told.functions.get(row.data(), &entry);
+                           recording::Bytes row(literals.rowSize);
+                           literals.functions.set(&entry, row.data());
+                           literals.functions.get(row.data(), &entry);
                            EXPECT_EQ(0x78u, entry.bdElbAttr19);
                        }});
         return all;
     }
 
 protected:
-    CallWays waysOfRead() const override {
-        return {.null = {egress(told.messages.readNull), returns(1)},
-                .createFailed = {egress(told.messages.readCreate, code), returns(code)},
-                .failed = {egress(told.messages.readFailed, code), record(told.number, 0), released, returns(code)},
-                .answered = {{15005, {released, returns(15005)}}},
-                .done = {released, returns(0)}};
+    CallExits exitsOfRead() const override {
+        return {
+            .null = {egress(literals.messages.readNull), returns(1)},
+            .createFailed = {egress(literals.messages.readCreate, code), returns(code)},
+            .failed = {egress(literals.messages.readFailed, code), record(literals.number, 0), released, returns(code)},
+            .answered = {{15005, {released, returns(15005)}}},
+            .done = {released, returns(0)}};
     }
     Effect setterLog() const override { return egress(writeSet_, code); }
 

@@ -1,4 +1,4 @@
-// Records of layer-3 egress members with other bytes in each field, for the tables that share them.
+// Records of layer-3 egress members with different bytes in each field, for the tables that share them.
 #pragma once
 
 #include <cstring>
@@ -9,7 +9,7 @@
 
 namespace mcast6::tests::l3_egress {
 
-// The pieces of the sample that keys are made of, as the database has them.
+// The parts of the sample that keys consist of, as stored.
 inline const std::string kEntry = digits(
     "04030201 08070605"                   // vrId, vrfId
     "1112131415161718191a1b1c1d1e1f20"    // groupAddr
@@ -67,8 +67,8 @@ inline void fillSample(L3Mc6ElbEntryExt& entry) {
     entry.elbExtB = 0xCCCDCECF;
 }
 
-// Reading a stored row does this to the members that all these tables store; a table's own ones follow where it is
-// tested.
+// Changes the members that all these tables store as reading a stored row does. The test of a table adds its own
+// members.
 template <class Entry>
 void readShared(Entry& entry) {
     entry.vrId = 0x010000D1;

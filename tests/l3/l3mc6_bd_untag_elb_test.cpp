@@ -16,9 +16,10 @@ const std::string kRow =
     "04050607 08090a0b"                             // vrId, vrfId
     "13121110 17161514 1b1a1918 1f1e1d1c"           // groupAddr
     "23222120 27262524 2b2a2928 2f2e2d2c 48494a4b"  // sourceAddr, bdElbAttr4
-    "4c4d4e4f 54 eb ec __ 78797a7b 7c7d7e7f"  // bdElbAttr5, bdElbAttr6, bdElbAttr19, bdElbAttr18, gap, bdElbAttr9, bdElbAttr10
-    "f4f5f6f7 30313233 38393a3b3c3d3e3f ec ed"  // bdElbAttr16, bdElbAttr1, bdElbAttr2, mlagRole, isMlagDual
-    "eeef 40414243 e0e1e2e3 e4e5e6e7 e8e9eaeb"  // inIfhasMlag, bdElbAttr3, appSrcPid, bdElbAttr14, smoothVersion
+    "4c4d4e4f 54 eb ec __"                          // bdElbAttr5, bdElbAttr6, bdElbAttr19, bdElbAttr18, gap
+    "78797a7b 7c7d7e7f"                             // bdElbAttr9, bdElbAttr10
+    "f4f5f6f7 30313233 38393a3b3c3d3e3f ec ed"      // bdElbAttr16, bdElbAttr1, bdElbAttr2, mlagRole, isMlagDual
+    "eeef 40414243 e0e1e2e3 e4e5e6e7 e8e9eaeb"      // inIfhasMlag, bdElbAttr3, appSrcPid, bdElbAttr14, smoothVersion
     "9c9d9e9fa0a1a2a3a4a5a6a7a8a9aaabacadaeafb0b1b2b3b4b5b6b7"  // bdElbAttr11
     "d4d5d6d7d8d9dadb dcdddedf f0f1 f8f9"                       // bdElbAttr12, bdElbAttr13, bdElbAttr15, bdElbAttr17
     "00f1536500000000 00f1536500000000";                        // timeStampCreate, timeStampSmooth
@@ -152,7 +153,7 @@ std::vector<Claim> claims() {
     return all;
 }
 
-INSTANTIATE_TEST_SUITE_P(l3mc6_bd_untag_elb, EveryWayOut, testing::ValuesIn(operations()), nameOfOperation);
+INSTANTIATE_TEST_SUITE_P(l3mc6_bd_untag_elb, EveryExit, testing::ValuesIn(operations()), nameOfOperation);
 INSTANTIATE_TEST_SUITE_P(l3mc6_bd_untag_elb, EveryClaim, testing::ValuesIn(claims()), nameOfClaim);
 
 }  // namespace

@@ -47,7 +47,7 @@
 // release iterator   null              -            nothing
 //                    -                 -            object released; block freed
 //
-// "released" counts 240, a create that succeeds 239. Errors are recorded under table 16.
+// "released" counts 240, a successful create counts 239. Errors are recorded under table 16.
 #include "mcast6_db/l3mc6_elb.h"
 
 #include <gmock/gmock.h>
@@ -75,12 +75,12 @@ using recording::Recorder;
 using recording::unhex;
 using testing::IsEmpty;
 
-// -- what becomes of the sample
+// -- the rows of the sample
 
 const std::string kKey = "key=0001002d:" + kEntry + l3_egress::kOutIfIndex + "9d";
 const std::string kMembersKey = "key=06090029:" + kEntry + "9e";  // the low byte of elbFlagA
 
-// At 1'700'000'000, the recorder's time; "__" is a byte that no conversion writes.
+// Written at 1'700'000'000, the recorder's time; "__" is a byte that no conversion writes.
 const std::string kSetRow =
     "04030201 08070605"                   // vrId, vrfId
     "1112131415161718191a1b1c1d1e1f20"    // groupAddr
@@ -120,7 +120,7 @@ void readStored(L3Mc6ElbEntry& entry) {
     entry.zeroByte = 0;
 }
 
-// -- every way out
+// -- every exit
 
 const LogId layer3{0x0F2E1016};
 const Effect released = allOf({line("release l3mc6_elb obj1"), dfx(240)});
@@ -138,12 +138,12 @@ TableFamily<L3Mc6ElbEntry> table({.name = "l3mc6_elb",
                                   .createIterator = MCAST6_DB_CreateL3ElbAllIterator},
                                  fillSample, readStored);
 
-const ScanWays scanWays = {.objectFailed = {dfx(241), record(16, 0), returnsNull()},
-                           .objectResetFailed = {dfx(241), record(16, 0), returnsNull()},
-                           .iteratorFailed = {record(16, 7), returnsNull()},
-                           .iteratorResetFailed = {record(16, 7), returnsNull()},
-                           .propertyFailed = {record(16, 7), returnsNull()},
-                           .allocationFailed = {record(16, 8), returnsNull()}};
+const ScanExits scanExits = {.objectFailed = {dfx(241), record(16, 0), returnsNull()},
+                             .objectResetFailed = {dfx(241), record(16, 0), returnsNull()},
+                             .iteratorFailed = {record(16, 7), returnsNull()},
+                             .iteratorResetFailed = {record(16, 7), returnsNull()},
+                             .propertyFailed = {record(16, 7), returnsNull()},
+                             .allocationFailed = {record(16, 8), returnsNull()}};
 
 Mcast6DbRes* scanMembers() {
     return MCAST6_DB_CreateL3ElbMcidIteratorFast(0x01020304, 0x05060708,
@@ -162,26 +162,26 @@ FastScans<L3Mc6ElbEntry> scans(table, {.handle = &g_l3Elb6ScanDbHandle,
                                        .release = MCAST6_DB_ReleaseL3ElbIterator,
                                        .keyWord = "01090029",
                                        .key = kEntry + "01",
-                                       .ways = scanWays,
+                                       .exits = scanExits,
                                        .releasedCounter = 240,
-                                       .givenBack = {},
+                                       .returned = {},
                                        .ordinaryFailed = {returnsNull()}});
 FastScans<L3Mc6ElbEntry> interfaceScans(table, {.handle = &g_l3Elb6ScanDbHandle,
                                                 .scan = scanInterface,
                                                 .release = MCAST6_DB_ReleaseL3ElbIterator,
                                                 .keyWord = "02090004",
                                                 .key = "54535251",
-                                                .ways = scanWays,
+                                                .exits = scanExits,
                                                 .releasedCounter = 240,
-                                                .givenBack = {},
+                                                .returned = {},
                                                 .ordinaryFailed = {returnsNull()}});
 
-const CacheWays objectWays = {.createFailed = {dfx(241), returns(code)}, .resetFailed = {dfx(241), returns(code)}};
-const CacheWays iteratorWays = {.createFailed = {returns(code)}, .resetFailed = {returns(code)}};
-const FastReadWays fastReadWays = {.null = {returns(1)},
-                                   .createFailed = {dfx(241), returns(1)},
-                                   .resetFailed = {dfx(241), returns(1)},
-                                   .failed = {returns(code)}};
+const CacheExits objectExits = {.createFailed = {dfx(241), returns(code)}, .resetFailed = {dfx(241), returns(code)}};
+const CacheExits iteratorExits = {.createFailed = {returns(code)}, .resetFailed = {returns(code)}};
+const FastReadExits fastReadExits = {.null = {returns(1)},
+                                     .createFailed = {dfx(241), returns(1)},
+                                     .resetFailed = {dfx(241), returns(1)},
+                                     .failed = {returns(code)}};
 
 Operation read() {
     return table.read("ReadL3Elb", MCAST6_DB_ReadL3Elb,
@@ -223,11 +223,11 @@ Operation getEntry() {
 const Operation operations[] = {
     table.createObject("CreateL3ElbObject", MCAST6_DB_CreateL3ElbObject),
     table.releaseObject("ReleaseL3ElbObject", MCAST6_DB_ReleaseL3ElbObject),
-    cacheObject(table, "CreateL3ElbObjCache", MCAST6_DB_CreateL3ElbObjCache, objectWays),
-    cacheObjectAgain(table, "CreateL3ElbObjCacheAgain", MCAST6_DB_CreateL3ElbObjCache, objectWays),
+    cacheObject(table, "CreateL3ElbObjCache", MCAST6_DB_CreateL3ElbObjCache, objectExits),
+    cacheObjectAgain(table, "CreateL3ElbObjCacheAgain", MCAST6_DB_CreateL3ElbObjCache, objectExits),
     read(),
-    readFast(table, "ReadL3ElbFast", MCAST6_DB_ReadL3ElbFast, g_l3Elb6DbReadObjCache, fastReadWays),
-    readFastAgain(table, "ReadL3ElbFastAgain", MCAST6_DB_ReadL3ElbFast, g_l3Elb6DbReadObjCache, fastReadWays),
+    readFast(table, "ReadL3ElbFast", MCAST6_DB_ReadL3ElbFast, g_l3Elb6DbReadObjCache, fastReadExits),
+    readFastAgain(table, "ReadL3ElbFastAgain", MCAST6_DB_ReadL3ElbFast, g_l3Elb6DbReadObjCache, fastReadExits),
     countOutgoing(),
     createIterator(
         "CreateL3ElbIterator",
@@ -244,9 +244,9 @@ const Operation operations[] = {
     createIterator(
         "CreateL3ElbMfibIteratorExt", [] { return MCAST6_DB_CreateL3ElbMfibIteratorExt(&table.record); }, kMembersKey),
     createIteratorInResource(),
-    cacheIterator(table, "CreateL3ElbIterCache", MCAST6_DB_CreateL3ElbIterCache, "02090004", "54535251", iteratorWays),
+    cacheIterator(table, "CreateL3ElbIterCache", MCAST6_DB_CreateL3ElbIterCache, "02090004", "54535251", iteratorExits),
     cacheIteratorAgain(table, "CreateL3ElbIterCacheAgain", MCAST6_DB_CreateL3ElbIterCache, "02090004", "54535251",
-                       iteratorWays),
+                       iteratorExits),
     scans.first("CreateL3ElbMcidIteratorFastFirst"),
     scans.second("CreateL3ElbMcidIteratorFastWhileOneIsOut"),
     scans.third("CreateL3ElbMcidIteratorFastAgain"),
@@ -259,7 +259,7 @@ const Operation operations[] = {
     table.releaseIterator("ReleaseL3ElbIterator", MCAST6_DB_ReleaseL3ElbIterator),
 };
 
-INSTANTIATE_TEST_SUITE_P(l3mc6_elb, EveryWayOut, testing::ValuesIn(operations), nameOfOperation);
+INSTANTIATE_TEST_SUITE_P(l3mc6_elb, EveryExit, testing::ValuesIn(operations), nameOfOperation);
 
 // -- conversions
 
@@ -281,7 +281,7 @@ TEST_F(ElbTest, setKeepsACreationTimeThatIsGivenAndNoSmoothTime) {
 
 TEST_F(ElbTest, getWritesEveryFieldItsConstantsAndNothingElse) { expectRecord(table, MCAST6_DB_GetL3Elb); }
 
-// Lets each copy of a conversion fail in turn; only the last address's is told.
+// Makes each copy of a conversion fail in turn; only the code of the last address's copy is returned.
 template <class Convert>
 void expectTheSourceAddressToBeAnswered(Recorder& platform, Convert convert) {
     platform.traceCopies(true);

@@ -60,7 +60,7 @@
 //                    count           any          released; the code
 //                    -               -            count written; released; 0
 //
-// "released" counts 34, a create that succeeds 33. Errors are recorded under table 0.
+// "released" counts 34, a successful create counts 33. Errors are recorded under table 0.
 #include "mcast6_db/l3mc6_glbcfg.h"
 
 #include <gmock/gmock.h>
@@ -83,7 +83,7 @@ using recording::hex;
 using recording::Recorder;
 using recording::unhex;
 
-// -- a record with other bytes in each field, and what becomes of it
+// -- the sample: a record with different bytes in each field, and its rows
 
 void fillSample(L3Mc6GlbCfgEntry& record) {
     record.cfgKeyA = 0x01020304;
@@ -103,7 +103,7 @@ const std::string kKeyBytes = digits("04030201 08070605 0c0b0a09");
 const std::string kKey = "key=0001000c:" + kKeyBytes;
 const std::string kHashKey = "key=01090008:" + digits("04030201 08070605");
 
-// At 1'700'000'000, the recorder's time; 'glbVersion' in the row's order of bytes.
+// Written at 1'700'000'000, the recorder's time; 'glbVersion' in the row's order of bytes.
 std::string rowWith(const std::string& glbVersion) {
     const std::string before = digits(
         "04030201 08070605 0c0b0a09 14131211"  // cfgKeyA, cfgKeyB, cfgKeyC, cfgWord3
@@ -114,7 +114,7 @@ std::string rowWith(const std::string& glbVersion) {
     return before + glbVersion + after;
 }
 
-// The common version is 7 where the library asks for it, so the record's becomes 8.
+// The common version is 7, so the record's becomes 8.
 constexpr uint32_t kCommonVersion = 7;
 const std::string kWrittenRow = rowWith("08000000");
 
@@ -136,13 +136,13 @@ void readStored(L3Mc6GlbCfgEntry& record) {
     record.timeStampSmooth = 0xAFAEADACABAAA9A8;
 }
 
-// What goes to the common library: the sample's key, eight zeros, the version, sixteen zeros.
+// The version record for the common library: the sample's key, eight zeros, the version, sixteen zeros.
 std::string versionRecord(const std::string& version) {
     return kKeyBytes + "0000000000000000" + version + std::string(32, '0');
 }
 const Call readsVersion = call("glb_read " + versionRecord("00000000"));
 
-// -- every way out
+// -- every exit
 
 const LogId config{0x0F2E1012};
 const Effect released = allOf({line("release l3mc6_glbcfg obj1"), dfx(34)});
@@ -166,7 +166,7 @@ std::string sampleWithVersion(uint32_t glbVersion) {
     return bytesOf(record);
 }
 
-// The scene with a common version that waits to be read, or with none.
+// The scene with a common version ready to be read, or with none.
 Scene withCommonVersion(Scene scene) {
     scene.prepare = [prepare = scene.prepare] {
         prepare();
@@ -211,7 +211,7 @@ Operation write() {
         .calls = {readsVersion},
         .failed = {leaves("record", sampleWithVersion(1)), line("set_all l3mc6_glbcfg obj1 " + rowWith("01000000")),
                    line("write obj1"), released, kpi(145), returns(0)},
-        .done = {leaves("record", sampleWithVersion(8))}};  // whatever follows
+        .done = {leaves("record", sampleWithVersion(8))}};  // whatever the result
     operation.steps.insert(operation.steps.begin() + 1, stamp);
     return operation;
 }
@@ -229,7 +229,7 @@ Operation updateSmoothVersion() {
          .done = {released, returns(0)}});
 }
 
-// A removal from the object on.
+// The part of a removal that follows the version.
 Operation remove(std::string name) {
     return table.remove(
         std::move(name), MCAST6_DB_DeleteGlbCfg,
@@ -261,7 +261,7 @@ Operation removeWithCommonVersion() {
 Operation removeWithoutCommonVersion() {
     Operation operation = remove("DeleteGlbCfgWithoutACommonVersion");
     operation.scene = withoutCommonVersion(operation.scene);
-    const std::string write = "glb_write " + versionRecord("34333231");  // the record's
+    const std::string write = "glb_write " + versionRecord("34333231");  // the record's version
     operation.steps.insert(operation.steps.begin(),
                            {{.calls = {gives(readsVersion.line, "15005")}, .failed = {line(write), removal}},
                             {.calls = {call(write)}, .failed = notAdvanced}});
@@ -311,7 +311,7 @@ Operation versionOfKey() {
             .done = {released, returns(0x06000096)}};
 }
 
-IterWays iterWays() { return builtByTheFrame(released, {kpi(160), returnsNull()}); }
+IterExits iterExits() { return builtByTheFrame(released, {kpi(160), returnsNull()}); }
 
 Operation createIteratorOfAll() {
     return table.createIterator(
@@ -322,7 +322,7 @@ Operation createIteratorOfAll() {
 Operation createIteratorByHashKey() {
     return table.createIterator(
         "CreateGlbCfgIteratorByHashKey", [] { return MCAST6_DB_CreateGlbCfgIteratorByHashKey(0x01020304, 0x05060708); },
-        kHashKey, iterWays());
+        kHashKey, iterExits());
 }
 
 Operation createIteratorCommon() {
@@ -333,13 +333,13 @@ Operation createIteratorCommon() {
             const uint32_t key[3] = {0x01020304, 0x05060708, 0x090A0B0C};
             return MCAST6_DB_CreateGlbCfgIterCommon(&descriptor, key);
         },
-        kKey, iterWays());
+        kKey, iterExits());
 }
 
 Operation createIteratorCommonOfAll() {
     return table.createIterator(
         "CreateGlbCfgIterCommonOfAll", [] { return MCAST6_DB_CreateGlbCfgIterCommon(nullptr, nullptr); }, "none",
-        iterWays());
+        iterExits());
 }
 
 Operation getEntry() {
@@ -386,7 +386,7 @@ const Operation operations[] = {
         {.createFailed = {returns(code)}, .failed = {released, returns(code)}, .done = {released, returns(0)}}),
 };
 
-INSTANTIATE_TEST_SUITE_P(l3mc6_glbcfg, EveryWayOut, testing::ValuesIn(operations), nameOfOperation);
+INSTANTIATE_TEST_SUITE_P(l3mc6_glbcfg, EveryExit, testing::ValuesIn(operations), nameOfOperation);
 
 // -- conversions
 

@@ -25,7 +25,7 @@
 //                      the rest                   as its count, then one more log
 // matches by type                                 as the count by type, then one more log
 //
-// "released" counts 152, a create that succeeds 151. No error statistics.
+// "released" counts 152, a successful create counts 151. No error statistics.
 #include "mcast6_db/l3mc6_mfib_query.h"
 
 #include <gmock/gmock.h>
@@ -82,7 +82,7 @@ Step creation(uint32_t objType, Effects failed) {
 
 // -- iterators --------------------------------------------------------------------------------------------------------
 
-// An iterator that allocates its handle. 'key' as in the trace; 'log': what a failure logs, if anything.
+// An iterator that allocates its handle. 'key' as in the trace; 'log': the message of a failure, if any.
 Operation owned(std::string name, std::string key, Effects log, Run run) {
     const Effect failed = allOf({kpi(115), allOf(std::move(log)), returnsNull()});
     return {
@@ -100,7 +100,7 @@ Operation owned(std::string name, std::string key, Effects log, Run run) {
     };
 }
 
-// An iterator into a given resource; 'nullRun': the same with no resource.
+// An iterator into a handle that the caller provides; 'nullRun': the same without a handle.
 Operation given(std::string name, std::string key, Effects log, Run run, Run nullRun) {
     const Effect failed = allOf({kpi(115), allOf(std::move(log)), returns(1)});
     return {
@@ -125,7 +125,7 @@ Operation releaseIterator() {
         iterator = MCAST6_DB_CreateL3MfibIter();
         ASSERT_NE(nullptr, iterator);
     };
-    scene.watched.pop_back();  // the block is gone afterwards
+    scene.watched.pop_back();  // the block is freed
     return {
         .name = "ReleaseL3MfibIter",
         .scene = scene,
@@ -138,7 +138,7 @@ Operation releaseIterator() {
 
 // -- counts -----------------------------------------------------------------------------------------------------------
 
-// A count by key; 'log': what a failure logs besides.
+// A count by key; 'log': the additional message of a failure.
 Operation counted(std::string name, std::string key, Effects log, Run run) {
     const Effect failed = allOf({allOf(std::move(log)), returns(code)});
     return {
@@ -165,7 +165,7 @@ Operation countAll() {
     };
 }
 
-// -- what is queried by a type of its own and by the operations that dispatch -----------------------------------------
+// -- queries by type, called directly and through the dispatching operations ------------------------------------------
 
 struct Query {
     uint32_t type;
@@ -181,32 +181,41 @@ struct Query {
 // clang-format off
 const std::vector<Query>& allQueries() {
     static const std::vector<Query> all{
-        {0, "CreateL3MfibIterBySrcAddr",       MCAST6_DB_CreateL3MfibIterBySrcAddr,       "MCAST6_DB_Create MfibIter by src addr failed.",
-            "GetL3MfibNumBySource",            MCAST6_DB_GetL3MfibNumBySource,            "create object fail.",
+        {0, "CreateL3MfibIterBySrcAddr", MCAST6_DB_CreateL3MfibIterBySrcAddr,
+            "MCAST6_DB_Create MfibIter by src addr failed.",
+            "GetL3MfibNumBySource", MCAST6_DB_GetL3MfibNumBySource, "create object fail.",
             "key=04090018:" + kVrVrf + kSource},
-        {1, "CreateL3MfibIterByGrpAddr",       MCAST6_DB_CreateL3MfibIterByGrpAddr,       "MCAST6_DB_Create MfibIter by group failed.",
-            "GetL3MfibNumByGroup",             MCAST6_DB_GetL3MfibNumByGroup,             "create object fail.",
+        {1, "CreateL3MfibIterByGrpAddr", MCAST6_DB_CreateL3MfibIterByGrpAddr,
+            "MCAST6_DB_Create MfibIter by group failed.",
+            "GetL3MfibNumByGroup", MCAST6_DB_GetL3MfibNumByGroup, "create object fail.",
             "key=05090018:" + kVrVrf + kGroup},
-        {2, "CreateL3MfibIterByIntf",          MCAST6_DB_CreateL3MfibIterByIntf,          "MCAST6_DB_Create MfibIter by interface failed.",
-            "GetL3MfibNumByIntf",              MCAST6_DB_GetL3MfibNumByIntf,              "create object fail.",
+        {2, "CreateL3MfibIterByIntf", MCAST6_DB_CreateL3MfibIterByIntf,
+            "MCAST6_DB_Create MfibIter by interface failed.",
+            "GetL3MfibNumByIntf", MCAST6_DB_GetL3MfibNumByIntf, "create object fail.",
             "key=0809000c:" + kVrVrf + kInIfIndex},
-        {3, "CreateL3MfibIterBySrcAndIntf",    MCAST6_DB_CreateL3MfibIterBySrcAndIntf,    "MCAST6_DB_Create MfibIter by source and interface failed.",
-            "GetL3MfibNumBySrcAndIntf",        MCAST6_DB_GetL3MfibNumBySrcAndIntf,        "create object fail.",
+        {3, "CreateL3MfibIterBySrcAndIntf", MCAST6_DB_CreateL3MfibIterBySrcAndIntf,
+            "MCAST6_DB_Create MfibIter by source and interface failed.",
+            "GetL3MfibNumBySrcAndIntf", MCAST6_DB_GetL3MfibNumBySrcAndIntf, "create object fail.",
             "key=0609001c:" + kVrVrf + kSource + kInIfIndex},
-        {4, "CreateL3MfibIterByGrpAndIntf",    MCAST6_DB_CreateL3MfibIterByGrpAndIntf,    "MCAST6_DB_Create MfibIter by group ip and interface failed.",
-            "GetL3MfibNumByGrpAndIntf",        MCAST6_DB_GetL3MfibNumByGrpAndIntf,        "create object fail.",
+        {4, "CreateL3MfibIterByGrpAndIntf", MCAST6_DB_CreateL3MfibIterByGrpAndIntf,
+            "MCAST6_DB_Create MfibIter by group ip and interface failed.",
+            "GetL3MfibNumByGrpAndIntf", MCAST6_DB_GetL3MfibNumByGrpAndIntf, "create object fail.",
             "key=0709001c:" + kVrVrf + kGroup + kInIfIndex},
-        {6, "CreateL3MfibIterByVrAndVrf",      MCAST6_DB_CreateL3MfibIterByVrAndVrf,      "MCAST6_DB_Create MfibIter by vr and vrf failed.",
-            "GetL3MfibFwdTotalNum",            MCAST6_DB_GetL3MfibFwdTotalNum,            "create object fail.",
+        {6, "CreateL3MfibIterByVrAndVrf", MCAST6_DB_CreateL3MfibIterByVrAndVrf,
+            "MCAST6_DB_Create MfibIter by vr and vrf failed.",
+            "GetL3MfibFwdTotalNum", MCAST6_DB_GetL3MfibFwdTotalNum, "create object fail.",
             "key=03090008:" + kVrVrf},
-        {7, "CreateL3MfibIterByRegIntf",       MCAST6_DB_CreateL3MfibIterByRegIntf,       "MCAST6_DB_Create MfibIter by reg failed.",
-            "GetL3MfibNumByRegIntf",           MCAST6_DB_GetL3MfibNumByRegIntf,           "get num by reg failed.",
+        {7, "CreateL3MfibIterByRegIntf", MCAST6_DB_CreateL3MfibIterByRegIntf,
+            "MCAST6_DB_Create MfibIter by reg failed.",
+            "GetL3MfibNumByRegIntf", MCAST6_DB_GetL3MfibNumByRegIntf, "get num by reg failed.",
             "key=0c09000c:" + kVrVrf + kRegIfIndex},
-        {8, "CreateL3MfibIterByRegIntfAndSrc", MCAST6_DB_CreateL3MfibIterByRegIntfAndSrc, "MCAST6_DB_Create MfibIter by reg and src failed.",
-            "GetL3MfibNumByRegIntfAndSrc",     MCAST6_DB_GetL3MfibNumByRegIntfAndSrc,     "get num by reg and src failed.",
+        {8, "CreateL3MfibIterByRegIntfAndSrc", MCAST6_DB_CreateL3MfibIterByRegIntfAndSrc,
+            "MCAST6_DB_Create MfibIter by reg and src failed.",
+            "GetL3MfibNumByRegIntfAndSrc", MCAST6_DB_GetL3MfibNumByRegIntfAndSrc, "get num by reg and src failed.",
             "key=0e09001c:" + kVrVrf + kSource + kRegIfIndex},
-        {9, "CreateL3MfibIterByRegIntfAndGrp", MCAST6_DB_CreateL3MfibIterByRegIntfAndGrp, "MCAST6_DB_Create MfibIter by reg and grp failed.",
-            "GetL3MfibNumByRegIntfAndGrp",     MCAST6_DB_GetL3MfibNumByRegIntfAndGrp,     "get num by reg and grp failed.",
+        {9, "CreateL3MfibIterByRegIntfAndGrp", MCAST6_DB_CreateL3MfibIterByRegIntfAndGrp,
+            "MCAST6_DB_Create MfibIter by reg and grp failed.",
+            "GetL3MfibNumByRegIntfAndGrp", MCAST6_DB_GetL3MfibNumByRegIntfAndGrp, "get num by reg and grp failed.",
             "key=0d09001c:" + kVrVrf + kGroup + kRegIfIndex},
     };
     return all;
@@ -287,7 +296,7 @@ std::vector<Operation> typedQueries() {
     return operations;
 }
 
-// A type that no query has.
+// A type without a query.
 std::vector<Operation> refusedTypes() {
     std::vector<Operation> operations;
     for (const uint32_t type : {5u, 10u, 4294967295u}) {
@@ -317,12 +326,12 @@ std::vector<Operation> refusedTypes() {
     return operations;
 }
 
-INSTANTIATE_TEST_SUITE_P(l3mc6_mfib_iterators, EveryWayOut, testing::ValuesIn(iterators()), nameOfOperation);
-INSTANTIATE_TEST_SUITE_P(l3mc6_mfib_counts, EveryWayOut, testing::ValuesIn(counts()), nameOfOperation);
-INSTANTIATE_TEST_SUITE_P(l3mc6_mfib_query_types, EveryWayOut, testing::ValuesIn(typedQueries()), nameOfOperation);
-INSTANTIATE_TEST_SUITE_P(l3mc6_mfib_refused_types, EveryWayOut, testing::ValuesIn(refusedTypes()), nameOfOperation);
+INSTANTIATE_TEST_SUITE_P(l3mc6_mfib_iterators, EveryExit, testing::ValuesIn(iterators()), nameOfOperation);
+INSTANTIATE_TEST_SUITE_P(l3mc6_mfib_counts, EveryExit, testing::ValuesIn(counts()), nameOfOperation);
+INSTANTIATE_TEST_SUITE_P(l3mc6_mfib_query_types, EveryExit, testing::ValuesIn(typedQueries()), nameOfOperation);
+INSTANTIATE_TEST_SUITE_P(l3mc6_mfib_refused_types, EveryExit, testing::ValuesIn(refusedTypes()), nameOfOperation);
 
-// -- beyond the ways out ----------------------------------------------------------------------------------------------
+// -- beyond the exits -------------------------------------------------------------------------------------------------
 
 TEST(L3Mc6MfibQueryTables, holdTheFunctionsOfEachTypeAndNoneForType5) {
     static_assert(sizeof g_Mfib6CreatIterFunc / sizeof g_Mfib6CreatIterFunc[0] == 10);
@@ -350,7 +359,7 @@ TEST(L3Mc6MfibQueryTables, holdTheFunctionsOfEachTypeAndNoneForType5) {
     EXPECT_EQ(MCAST6_DB_GetL3MfibNumByRegIntfAndGrp, g_Mfib6GetNumFunc[9]);
 }
 
-// Queries of type 6 take the two words alone: behind them there need be nothing.
+// Queries of type 6 read only the two words: no memory after them is needed.
 TEST(L3Mc6MfibQuery, byVrAndVrfReadsTwoWords) {
     startOver();
     Recorder& platform = Recorder::instance();
@@ -379,7 +388,7 @@ TEST(L3Mc6MfibQuery, byVrAndVrfReadsTwoWords) {
     platform.reset();
 }
 
-// An engine may fill 64 bits of a count; the caller gets the lower half.
+// An engine may write 64 bits of a count; the caller gets the low half.
 TEST(L3Mc6MfibQuery, countsThatTheEngineFillsAs64BitsDoNotOverrun) {
     startOver();
     Recorder& platform = Recorder::instance();

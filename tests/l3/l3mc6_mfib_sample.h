@@ -1,4 +1,4 @@
-// A record of l3mc6_mfib with other bytes in each field, and what becomes of it.
+// A record of l3mc6_mfib with different bytes in each field, its row, and the effect of reads.
 #pragma once
 
 #include <cstddef>
@@ -10,7 +10,7 @@
 
 namespace mcast6::tests::l3mc6_mfib {
 
-// The pieces of the sample that keys are made of, as the database has them.
+// The parts of the sample that keys consist of, as stored.
 inline const std::string kVrVrf = digits("04030201 08070605");
 inline const std::string kGroup = digits("1112131415161718191a1b1c1d1e1f20");
 inline const std::string kSource = digits("2122232425262728292a2b2c2d2e2f30");
@@ -19,7 +19,7 @@ inline const std::string kRegIfIndex = digits("403f3e3d");
 
 inline const std::string kKey = "key=00010028:" + kVrVrf + kGroup + kSource;
 
-// The row of the sample but for its time stamps and for what comes after them.
+// The row of the sample up to its time stamps.
 inline const std::string kFieldsOfSample = digits(
     "04030201 08070605"                               // vrId, vrfId
     "1112131415161718191a1b1c1d1e1f20"                // groupAddr
@@ -37,7 +37,7 @@ inline const std::string kFieldsOfSample = digits(
     "c3c2c1c0 cbcac9c8 cfcecdcc");                    // smoothVersion, attr23, attr24
 inline const std::string kAttr16OfSample = digits("67666564");
 
-// When it is written at 1'700'000'000, the recorder's time.
+// Written at 1'700'000'000, the recorder's time.
 inline const std::string kWrittenRow = kFieldsOfSample + digits("00f1536500000000 00f1536500000000") + kAttr16OfSample;
 
 // Unstored places hold 0xA5.
@@ -82,7 +82,7 @@ inline void fillSample(L3Mc6MfibEntry& record) {
     record.timeStampSmooth = 0xD8D9DADBDCDDDEDF;
 }
 
-// A row that the engine may answer with, all of it unlike the sample; the reserved byte is set.
+// A row that the engine returns; it differs from the sample in every field, and the reserved byte is set.
 inline const std::string kStoredRow =
     "a1000001 a2000002"                               // vrId, vrfId
     "ff1e0000000000000000000000001234"                // groupAddr
@@ -100,7 +100,7 @@ inline const std::string kStoredRow =
     "320000f6 230000f7 240000f8"                      // smoothVersion, attr23, attr24
     "a0a1a2a3a4a5a6a7 a8a9aaabacadaeaf 160000f9";     // timeStampCreate, timeStampSmooth, attr16
 
-// What reading kStoredRow does to a record: unstored places stay.
+// Changes a record as reading kStoredRow does: unstored places are unchanged.
 inline void readStored(L3Mc6MfibEntry& record) {
     record.vrId = 0x010000A1;
     record.vrfId = 0x020000A2;
@@ -141,7 +141,7 @@ inline void readStored(L3Mc6MfibEntry& record) {
     record.timeStampSmooth = 0xAFAEADACABAAA9A8;
 }
 
-// What reading a cleared row does to a record: all is zero but for addrType and the unstored places.
+// Changes a record as reading a cleared row does: everything is 0 except addrType and the unstored places.
 inline void readNothing(L3Mc6MfibEntry& record) {
     constexpr size_t kStored[][2] = {
         {offsetof(L3Mc6MfibEntry, vrId), offsetof(L3Mc6MfibEntry, host1)},

@@ -1,4 +1,4 @@
-// l3mc6_mfib: conversions byte for byte, and the claims that no single way out shows.
+// l3mc6_mfib: conversions byte for byte, and claims that involve more than one exit.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -112,7 +112,7 @@ TEST_F(MfibTest, getAfterSetGivesWhatWasSetAndLeavesTheGapsAlone) {
     MCAST6_DB_GetL3Mfib(row.data(), &record);
     EXPECT_EQ(kept, bytesOf(record));
 
-    // Other content in the gaps stays as well.
+    // Other content of the gaps is unchanged too.
     for (const uint8_t filler : {uint8_t{0x00}, uint8_t{0x3C}}) {
         std::memset(&record, filler, sizeof record);
         MCAST6_DB_GetL3Mfib(row.data(), &record);
@@ -222,7 +222,7 @@ TEST_F(MfibTest, getNextReleasesTheObjectAtTheEndAndLeavesTheHandleToItsOwner) {
     EXPECT_THAT(platform.misuses(), IsEmpty());
 }
 
-// What was read before a failed read is not converted again: the buffer is cleared first.
+// A failed read does not convert the row of an earlier read again: the buffer is cleared first.
 TEST_F(MfibTest, getNextFillsTheRecordFromAClearedRowWhenTheReadFails) {
     Mcast6DbRes* iterator = MCAST6_DB_CreateL3MfibIter();
     ASSERT_NE(nullptr, iterator);
@@ -251,7 +251,7 @@ TEST_F(MfibTest, theReadCacheIsMadeOnceAndResetBeforeEachRead) {
     EXPECT_EQ(0u, g_l3Mfib6DbStatObjCache);
 }
 
-// After a reset that failed the kept object is tried again; one that was just made is made again.
+// After a failed reset the cached object is reset again; one that was just created is created again.
 TEST_F(MfibTest, aFailedResetKeepsTheOldObjectOnly) {
     platform.answer("db_reset_l3mc6_mfib_cache_object", 9);
     EXPECT_EQ(9u, MCAST6_DB_ReadL3MfibFast(&record));

@@ -43,7 +43,7 @@
 //                    read          any          log; record filled from a cleared row; the code
 //                    -             -            record filled; 0
 //
-// "released" counts 152, a create that succeeds 151. Errors are recorded under table 15.
+// "released" counts 152, a successful create counts 151. Errors are recorded under table 15.
 #include "mcast6_db/l3mc6_mfib.h"
 
 #include <gmock/gmock.h>
@@ -71,7 +71,7 @@ const LogId statistics{0x0F2E1017};
 const Effect released = allOf({line("release l3mc6_mfib obj1"), dfx(152)});
 const Effect pidSet = leaves("pid", digits("bbbab9b8"));
 
-// A record, a row to be read, no object yet, empty caches.
+// A record, a row ready to be read, no object yet, empty caches.
 Scene plain() {
     return {.prepare =
                 [] {
@@ -151,7 +151,7 @@ Operation releaseObject() {
     };
 }
 
-// The read by key, with what an operation does after it.
+// The read by key, with the effects that follow it.
 Step keyedRead(Effects afterwards) {
     Effects failed{records("MCAST6_DB_ReadL3Mfib, read mfib object db failed, ret:%u.", code), record(15, 0)};
     failed.insert(failed.end(), afterwards.begin(), afterwards.end());
@@ -185,7 +185,7 @@ Operation read() {
     };
 }
 
-// Creating and resetting a cached object; 'afterwards' ends a failure.
+// Creating and resetting a cached object; 'afterwards': effects at the end of a failure.
 Step cacheCreation(uint32_t objType, Effects afterwards) {
     Effects failed{
         dfx(153), records("Failed to create l3mfib6 cache object, objType:%u, connType:%u, ret:%u", objType, 0u, code)};
@@ -205,7 +205,7 @@ Operation fillCache() {
         .name = "CreateL3MfibObjCacheOfEmptySlot",
         .scene = plain(),
         .run = [] { return MCAST6_DB_CreateL3MfibObjCache(9, 0, &slot); },
-        // An object that cannot be reset is lost: neither kept in the slot nor released.
+        // An object that cannot be reset leaks: it is neither kept in the slot nor released.
         .steps = {cacheCreation(9, {returns(code)}), cacheReset(9, {keeps(1, 0, 0), returns(code)})},
         .done = {leaves("slot", "obj1"), keeps(1, 0, 0), returns(0)},
     };
@@ -357,7 +357,7 @@ Operation getEntry() {
 }
 
 Operation getNext() {
-    // The recorder names a released handle by its number; the root iterator goes with its object.
+    // The recorder prints the number of a released handle; the root iterator is released with its object.
     const Effect ended = allOf({released, leaves("iterator", "none ?1000001"), keeps(-1, -1, 0)});
     return {
         .name = "GetNextL3Mfib",
@@ -397,7 +397,7 @@ std::vector<Operation> operations() {
     };
 }
 
-INSTANTIATE_TEST_SUITE_P(l3mc6_mfib, EveryWayOut, testing::ValuesIn(operations()), nameOfOperation);
+INSTANTIATE_TEST_SUITE_P(l3mc6_mfib, EveryExit, testing::ValuesIn(operations()), nameOfOperation);
 
 }  // namespace
 

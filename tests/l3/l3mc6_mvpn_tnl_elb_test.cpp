@@ -170,7 +170,7 @@ std::vector<Claim> claims() {
     return all;
 }
 
-INSTANTIATE_TEST_SUITE_P(l3mc6_mvpn_tnl_elb, EveryWayOut, testing::ValuesIn(operations()), nameOfOperation);
+INSTANTIATE_TEST_SUITE_P(l3mc6_mvpn_tnl_elb, EveryExit, testing::ValuesIn(operations()), nameOfOperation);
 INSTANTIATE_TEST_SUITE_P(l3mc6_mvpn_tnl_elb, EveryClaim, testing::ValuesIn(claims()), nameOfClaim);
 
 }  // namespace

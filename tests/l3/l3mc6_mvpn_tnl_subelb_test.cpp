@@ -123,7 +123,7 @@ Mvpn& family() {
     return family;
 }
 
-INSTANTIATE_TEST_SUITE_P(l3mc6_mvpn_tnl_subelb, EveryWayOut, testing::ValuesIn(family().operations()), nameOfOperation);
+INSTANTIATE_TEST_SUITE_P(l3mc6_mvpn_tnl_subelb, EveryExit, testing::ValuesIn(family().operations()), nameOfOperation);
 INSTANTIATE_TEST_SUITE_P(l3mc6_mvpn_tnl_subelb, EveryClaim, testing::ValuesIn(family().claims()), nameOfClaim);
 
 }  // namespace

@@ -33,7 +33,7 @@
 // release iterator   null            -            nothing
 //                    -               -            released; block freed
 //
-// "released" counts 253, a create that succeeds 252. No error statistics.
+// "released" counts 253, a successful create counts 252. No error statistics.
 #include "mcast6_db/l3mc6_register_elb.h"
 
 #include <gmock/gmock.h>
@@ -59,7 +59,7 @@ using recording::hex;
 using recording::unhex;
 using testing::IsEmpty;
 
-// -- a record with other bytes in each field, and what becomes of it
+// -- the sample: a record with different bytes in each field, and its rows
 
 void fillSample(L3Mc6RegOifEntry& record) {
     std::memset(&record, 0xA5, sizeof record);
@@ -93,7 +93,7 @@ const std::string kKey = "key=00010028:" + digits(
                                                "1112131415161718191a1b1c1d1e1f20"    // groupAddr
                                                "2122232425262728292a2b2c2d2e2f30");  // sourceAddr
 
-// At 1'700'000'000, the recorder's time; "__" is a byte that no conversion writes.
+// Written at 1'700'000'000, the recorder's time; "__" is a byte that no conversion writes.
 const std::string kSetRow =
     "04030201 08070605"                            // vrId, vrfId
     "1112131415161718191a1b1c1d1e1f20"             // groupAddr
@@ -139,7 +139,7 @@ void readStored(L3Mc6RegOifEntry& record) {
     record.timeStampSmooth = 0xAFAEADACABAAA9A8;
 }
 
-// What delivering the stored row as an egress record does to one.
+// Changes an egress record as reading the stored row into it does.
 void readStoredAsEgress(L3Mc6ElbEntry& entry) {
     entry.vrId = 0x010000D1;
     entry.vrfId = 0x020000D2;
@@ -161,7 +161,7 @@ void readStoredAsEgress(L3Mc6ElbEntry& entry) {
     entry.elbFlagB = 0x000000D9;
 }
 
-// -- every way out
+// -- every exit
 
 const LogId layer3{0x0F2E1016};
 const Effect released = allOf({line("release l3mc6_register_elb obj1"), dfx(253)});
@@ -214,9 +214,10 @@ Operation createIterator(std::string name, Function run, const std::string& key)
     return table.createIterator(std::move(name), run, key, builtByTheFrame(released, {kpi(142), returnsNull()}));
 }
 
-const EntryWays entryWays = {.null = {layer3("[l3mc6 reg] get reg oif obj fail."), returns(1)},
-                             .nextFailed = {layer3("[l3mc6 reg] get reg oif entry fail, ret:%u.", code), returns(1)},
-                             .readFailed = {layer3("[l3mc6 reg] read reg oif object fail, ret:%u.", code), returns(1)}};
+const EntryExits entryExits = {
+    .null = {layer3("[l3mc6 reg] get reg oif obj fail."), returns(1)},
+    .nextFailed = {layer3("[l3mc6 reg] get reg oif entry fail, ret:%u.", code), returns(1)},
+    .readFailed = {layer3("[l3mc6 reg] read reg oif object fail, ret:%u.", code), returns(1)}};
 
 Operation getEntryAsEgress() {
     Scene scene = table.withIterator();
@@ -232,9 +233,9 @@ Operation getEntryAsEgress() {
         .name = "GetL3mcRegOifEntryExt",
         .scene = scene,
         .run = [] { return MCAST6_DB_GetL3mcRegOifEntryExt(table.iterator, &egress); },
-        .nulls = {{"iterator", [] { return MCAST6_DB_GetL3mcRegOifEntryExt(nullptr, &egress); }, entryWays.null},
-                  {"egress", [] { return MCAST6_DB_GetL3mcRegOifEntryExt(table.iterator, nullptr); }, entryWays.null}},
-        .steps = stepAndRead(table.facts, entryWays),
+        .nulls = {{"iterator", [] { return MCAST6_DB_GetL3mcRegOifEntryExt(nullptr, &egress); }, entryExits.null},
+                  {"egress", [] { return MCAST6_DB_GetL3mcRegOifEntryExt(table.iterator, nullptr); }, entryExits.null}},
+        .steps = stepAndRead(table.facts, entryExits),
         .done = {leaves("egress", bytesOf(expected)), returns(0)}};
 }
 
@@ -266,12 +267,12 @@ const Operation operations[] = {
             return MCAST6_DB_CreateL3mcRegOifVSGIterator(&egress);
         },
         "key=04090029:" + l3_egress::kEntry + "9e"),
-    table.getEntry("GetL3mcRegOifEntry", MCAST6_DB_GetL3mcRegOifEntry, entryWays),
+    table.getEntry("GetL3mcRegOifEntry", MCAST6_DB_GetL3mcRegOifEntry, entryExits),
     getEntryAsEgress(),
     table.releaseIterator("ReleaseL3mcRegOifIterator", MCAST6_DB_ReleaseL3mcRegOifIterator),
 };
 
-INSTANTIATE_TEST_SUITE_P(l3mc6_register_elb, EveryWayOut, testing::ValuesIn(operations), nameOfOperation);
+INSTANTIATE_TEST_SUITE_P(l3mc6_register_elb, EveryExit, testing::ValuesIn(operations), nameOfOperation);
 
 // -- conversions
 
@@ -279,7 +280,7 @@ class RegisterElbTest : public SampleTest<L3Mc6RegOifEntry, fillSample> {
 protected:
     RegisterElbTest() { l3_egress::fillSample(entry); }
 
-    // The sizes of all copies but those of addresses, sorted.
+    // The sizes of all copies except those of addresses, sorted.
     Trace copies() {
         Trace lines = platform.takeTrace();
         std::erase(lines, "memcpy_s 16 16");
@@ -337,7 +338,7 @@ TEST_F(RegisterElbTest, regAttrBComesBackThroughIts64BitField) {
 
 // -- egress records
 
-// What making a register record of the egress sample does to the register sample.
+// Changes the register sample as converting the egress sample into it does.
 L3Mc6RegOifEntry registerOfEgress() {
     L3Mc6RegOifEntry expected;
     fillSample(expected);
@@ -416,7 +417,7 @@ TEST_F(RegisterElbTest, anUnknownKindDropsTheIdOfTheEgressRecord) {
     EXPECT_EQ(0u, record.instId);
 }
 
-// Every kind that a register record may hold comes out as it is.
+// Every kind of a register record is passed on unchanged.
 TEST_F(RegisterElbTest, anIteratorDeliversTheKindOfInstanceAsItIs) {
     Mcast6DbRes* iterator = MCAST6_DB_CreateL3mcRegOifAllIterator();
     ASSERT_NE(nullptr, iterator);

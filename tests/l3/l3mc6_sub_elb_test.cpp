@@ -31,7 +31,7 @@
 // release iterator   null              -            nothing
 //                    -                 -            object released; block freed
 //
-// "released" counts 247, a create that succeeds 246. Errors are recorded under table 16.
+// "released" counts 247, a successful create counts 246. Errors are recorded under table 16.
 #include "mcast6_db/l3mc6_sub_elb.h"
 
 #include <gmock/gmock.h>
@@ -56,12 +56,12 @@ using l3_egress::kEntry;
 using recording::Bytes;
 using recording::hex;
 
-// -- what becomes of the sample
+// -- the rows of the sample
 
 const std::string kKey = "key=0001002f:" + kEntry + digits("b3b2b1b0 4241 9d");
 const std::string kMembersKey = "key=0109002d:" + kEntry + digits("46454443 9d");
 
-// At 1'700'000'000, the recorder's time; "__" is a byte that no conversion writes.
+// Written at 1'700'000'000, the recorder's time; "__" is a byte that no conversion writes.
 const std::string kSetRow =
     "04030201 08070605"                     // vrId, vrfId
     "1112131415161718191a1b1c1d1e1f20"      // groupAddr
@@ -105,7 +105,7 @@ void readStored(L3Mc6ElbEntryExt& record) {
     record.elbExtB = 0x020000C2;
 }
 
-// -- every way out
+// -- every exit
 
 const LogId layer3{0x0F2E1016};
 const Effect released = allOf({line("release l3mc6_sub_elb obj1"), dfx(247)});
@@ -123,8 +123,8 @@ TableFamily<L3Mc6ElbEntryExt> table({.name = "l3mc6_sub_elb",
                                      .createIterator = MCAST6_DB_CreateL3SubElbAllIterator},
                                     fillSample, readStored);
 
-// What the object cache tells of a failure, for an object of this type.
-CacheWays cacheWays(uint32_t objType, uint32_t connType) {
+// The message of the object cache for a failure, for an object of this type.
+CacheExits cacheExits(uint32_t objType, uint32_t connType) {
     return {
         .createFailed = {dfx(248), layer3("Failed to create l3subelb6 cache object, objType:%u, connType:%u, ret:%u",
                                           objType, connType, code)},
@@ -132,18 +132,18 @@ CacheWays cacheWays(uint32_t objType, uint32_t connType) {
                                          objType, connType, code)}};
 }
 
-CacheWays objectWays() {
-    const CacheWays ways = cacheWays(3, 2);
-    return {.createFailed = with(ways.createFailed, {returns(code)}),
-            .resetFailed = with(ways.resetFailed, {returns(code)})};
+CacheExits objectExits() {
+    const CacheExits exits = cacheExits(3, 2);
+    return {.createFailed = with(exits.createFailed, {returns(code)}),
+            .resetFailed = with(exits.resetFailed, {returns(code)})};
 }
 
-FastReadWays fastReadWays() {
-    const CacheWays ways = cacheWays(3, 0);
+FastReadExits fastReadExits() {
+    const CacheExits exits = cacheExits(3, 0);
     const Effects failed = {layer3("read l3mc6 elb sub failed, create db object failed. ret:%u.", code), returns(1)};
     return {.null = {layer3("read l3mc6 sub enable failed, para is null."), returns(1)},
-            .createFailed = with(ways.createFailed, failed),
-            .resetFailed = with(ways.resetFailed, failed),
+            .createFailed = with(exits.createFailed, failed),
+            .resetFailed = with(exits.resetFailed, failed),
             .failed = {returns(code)}};
 }
 
@@ -172,12 +172,12 @@ Operation getEntry() {
 const Operation operations[] = {
     table.createObject("CreateL3SubElbObject", MCAST6_DB_CreateL3SubElbObject),
     table.releaseObject("ReleaseL3SubElbObject", MCAST6_DB_ReleaseL3SubElbObject),
-    cacheObject(table, "CreateL3SubElbObjCache", MCAST6_DB_CreateL3SubElbObjCache, objectWays()),
-    cacheObjectAgain(table, "CreateL3SubElbObjCacheAgain", MCAST6_DB_CreateL3SubElbObjCache, objectWays()),
+    cacheObject(table, "CreateL3SubElbObjCache", MCAST6_DB_CreateL3SubElbObjCache, objectExits()),
+    cacheObjectAgain(table, "CreateL3SubElbObjCacheAgain", MCAST6_DB_CreateL3SubElbObjCache, objectExits()),
     read(),
-    readFast(table, "ReadL3SubElbFast", MCAST6_DB_ReadL3SubElbFast, g_l3SubElb6DbReadObjCache, fastReadWays()),
+    readFast(table, "ReadL3SubElbFast", MCAST6_DB_ReadL3SubElbFast, g_l3SubElb6DbReadObjCache, fastReadExits()),
     readFastAgain(table, "ReadL3SubElbFastAgain", MCAST6_DB_ReadL3SubElbFast, g_l3SubElb6DbReadObjCache,
-                  fastReadWays()),
+                  fastReadExits()),
     createIterator(
         "CreateL3SubElbIterator",
         [] {
@@ -196,7 +196,7 @@ const Operation operations[] = {
     table.releaseIterator("ReleaseL3SubElbIterator", MCAST6_DB_ReleaseL3SubElbIterator),
 };
 
-INSTANTIATE_TEST_SUITE_P(l3mc6_sub_elb, EveryWayOut, testing::ValuesIn(operations), nameOfOperation);
+INSTANTIATE_TEST_SUITE_P(l3mc6_sub_elb, EveryExit, testing::ValuesIn(operations), nameOfOperation);
 
 // -- conversions
 
@@ -223,7 +223,7 @@ TEST_F(SubElbTest, getWritesEveryFieldItsConstantsAndNothingElse) { expectRecord
 
 TEST_F(SubElbTest, theKeyIsVrVrfGroupSourceSubInterfaceVlanAndElbFlagD) { expectKey(table, MCAST6_DB_SetL3SubElbKey); }
 
-// -- the scan handle, which nothing here fills
+// -- the scan handle, which no operation here fills
 
 TEST_F(SubElbTest, noObjectIsTheEmptyScanHandles) {
     expectNoObjectToBeTheEmptyHandles(g_l3SubElb6ScanDbHandle, MCAST6_DB_ReleaseL3SubElbObject, {"dfx 247"});

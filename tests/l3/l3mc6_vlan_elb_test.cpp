@@ -52,7 +52,7 @@
 // release iterator   null              -            nothing
 //                    -                 -            object released; block freed
 //
-// "released" counts 282, a create that succeeds 281. Errors are recorded under table 17.
+// "released" counts 282, a successful create counts 281. Errors are recorded under table 17.
 #include "mcast6_db/l3mc6_vlan_elb.h"
 
 #include <gmock/gmock.h>
@@ -76,11 +76,11 @@ using l3_egress::fillSample;
 using l3_egress::kEntry;
 using recording::Bytes;
 
-// -- what becomes of the sample
+// -- the rows of the sample
 
 const std::string kKey = "key=0001002e:" + kEntry + digits("46454443 4241");
 
-// At 1'700'000'000, the recorder's time; "__" is a byte that no conversion writes.
+// Written at 1'700'000'000, the recorder's time; "__" is a byte that no conversion writes.
 const std::string kSetRow =
     "04030201 08070605"                            // vrId, vrfId
     "1112131415161718191a1b1c1d1e1f20"             // groupAddr
@@ -140,7 +140,7 @@ L3Mc6MfibEntry forwardingEntry() {
     return entry;
 }
 
-// -- every way out
+// -- every exit
 
 const LogId layer3{0x0F2E1016};
 const Effect released = allOf({line("release l3mc6_vlan_elb obj1"), dfx(282)});
@@ -159,27 +159,28 @@ TableFamily<L3Mc6ElbEntryExt> table({.name = "l3mc6_vlan_elb",
                                      .createIterator = MCAST6_DB_CreateVlanElbAllIterator},
                                     fillSample, readStored);
 
-// What the object cache tells of a failure, for an object of this type.
-CacheWays cacheWays(uint32_t objType, uint32_t connType) {
+// The message of the object cache for a failure, for an object of this type.
+CacheExits cacheExits(uint32_t objType, uint32_t connType) {
     return {.createFailed = {dfx(283), layer3("Failed to create vlanelb6 cache object, objType:%d, connType:%d, ret:%d",
                                               objType, connType, code)},
             .resetFailed = {dfx(284), layer3("Failed to reset vlanelb6 cache object, objType:%d, connType:%d, ret:%d",
                                              objType, connType, code)}};
 }
 
-CacheWays objectWays() {
-    const CacheWays ways = cacheWays(3, 2);
-    return {.createFailed = with(ways.createFailed, {returns(1)}), .resetFailed = with(ways.resetFailed, {returns(1)})};
+CacheExits objectExits() {
+    const CacheExits exits = cacheExits(3, 2);
+    return {.createFailed = with(exits.createFailed, {returns(1)}),
+            .resetFailed = with(exits.resetFailed, {returns(1)})};
 }
 
 const Effects cachedIteratorNotMade = {dfx(285),
                                        layer3("Failed to create l3mc6 vlanelb cache root iter, ret:%d.", code)};
 const Effects cachedIteratorNotReset = {dfx(286), layer3("Failed to reset l3mc6 vlanelb itercache, ret:%d.", code)};
-const CacheWays iteratorWays = {.createFailed = with(cachedIteratorNotMade, {returns(1)}),
-                                .resetFailed = with(cachedIteratorNotReset, {returns(1)})};
+const CacheExits iteratorExits = {.createFailed = with(cachedIteratorNotMade, {returns(1)}),
+                                  .resetFailed = with(cachedIteratorNotReset, {returns(1)})};
 
-ScanWays scanWays() {
-    const CacheWays object = cacheWays(5, 0);
+ScanExits scanExits() {
+    const CacheExits object = cacheExits(5, 0);
     const Effects objectFailed = {record(17, 8), layer3("Failed to create l3mc6 vlan elb db object."), returnsNull()};
     const Effects iteratorFailed = {layer3("Failed to create l3mc6 vlan elb iter."), record(17, 8), returnsNull()};
     return {.objectFailed = with(object.createFailed, objectFailed),
@@ -206,18 +207,18 @@ FastScans<L3Mc6ElbEntryExt> scans(table, {.handle = &g_l3VlanElb6ScanDbHandle,
                                           .release = MCAST6_DB_ReleaseVlanElbIterator,
                                           .keyWord = "01090028",
                                           .key = kEntry,
-                                          .ways = scanWays(),
+                                          .exits = scanExits(),
                                           .releasedCounter = 282,
-                                          .givenBack = {dfx(282)},
+                                          .returned = {dfx(282)},
                                           .ordinaryFailed = {kpi(163), returnsNull()}});
 FastScans<L3Mc6ElbEntryExt> interfaceScans(table, {.handle = &g_l3VlanElb6ScanDbHandle,
                                                    .scan = scanInterface,
                                                    .release = MCAST6_DB_ReleaseVlanElbIterator,
                                                    .keyWord = "02090004",
                                                    .key = "54535251",
-                                                   .ways = scanWays(),
+                                                   .exits = scanExits(),
                                                    .releasedCounter = 282,
-                                                   .givenBack = {dfx(282)},
+                                                   .returned = {dfx(282)},
                                                    .ordinaryFailed = {kpi(163), returnsNull()}});
 
 Operation read() {
@@ -276,8 +277,8 @@ Operation getEntry() {
 const Operation operations[] = {
     table.createObject("CreateVlanElbObject", MCAST6_DB_CreateVlanElbObject),
     table.releaseObject("ReleaseVlanElbStatObject", MCAST6_DB_ReleaseVlanElbStatObject),
-    cacheObject(table, "CreateVlanElbObjCache", MCAST6_DB_CreateVlanElbObjCache, objectWays()),
-    cacheObjectAgain(table, "CreateVlanElbObjCacheAgain", MCAST6_DB_CreateVlanElbObjCache, objectWays()),
+    cacheObject(table, "CreateVlanElbObjCache", MCAST6_DB_CreateVlanElbObjCache, objectExits()),
+    cacheObjectAgain(table, "CreateVlanElbObjCacheAgain", MCAST6_DB_CreateVlanElbObjCache, objectExits()),
     read(),
     write(),
     remove(),
@@ -302,9 +303,9 @@ const Operation operations[] = {
         "key=01090028:" + kEntry),
     createIteratorInResource(),
     cacheIterator(table, "CreateVlanElbIterCache", MCAST6_DB_CreateVlanElbIterCache, "02090004", "54535251",
-                  iteratorWays),
+                  iteratorExits),
     cacheIteratorAgain(table, "CreateVlanElbIterCacheAgain", MCAST6_DB_CreateVlanElbIterCache, "02090004", "54535251",
-                       iteratorWays),
+                       iteratorExits),
     scans.first("CreateVlanElbMfibIteratorFastFirst"),
     scans.second("CreateVlanElbMfibIteratorFastWhileOneIsOut"),
     scans.third("CreateVlanElbMfibIteratorFastAgain"),
@@ -317,7 +318,7 @@ const Operation operations[] = {
     table.releaseIterator("ReleaseVlanElbIterator", MCAST6_DB_ReleaseVlanElbIterator),
 };
 
-INSTANTIATE_TEST_SUITE_P(l3mc6_vlan_elb, EveryWayOut, testing::ValuesIn(operations), nameOfOperation);
+INSTANTIATE_TEST_SUITE_P(l3mc6_vlan_elb, EveryExit, testing::ValuesIn(operations), nameOfOperation);
 
 // -- conversions
 
@@ -364,7 +365,7 @@ TEST_F(VlanElbTest, theKeyIsVrVrfGroupSourceInterfaceAndVlan) {
 TEST_F(VlanElbTest, oneObjectAndOneRootIteratorServeAllFastScans) {
     scans.expectOnePairServesEveryScan();
     EXPECT_EQ(0u, platform.dfx(281));
-    EXPECT_EQ(100u, platform.dfx(282));  // an object that is given back counts too
+    EXPECT_EQ(100u, platform.dfx(282));  // an object that is returned to the scan handle counts too
 }
 
 TEST_F(VlanElbTest, aSecondScanIsOrdinaryAndAThirdReusesThePair) {

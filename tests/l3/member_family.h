@@ -1,5 +1,5 @@
-// What the tables of a layer-3 entry's egress members in bridge domains and behind MVPN tunnels have in common, told once
-// for both families: see bd_egress_family.h and mvpn_family.h for the steps of their operations.
+// The common part of the tables of a layer-3 entry's egress members in bridge domains and behind MVPN tunnels. See
+// bd_egress_family.h and mvpn_family.h for the steps of their operations.
 #pragma once
 
 #include <gmock/gmock.h>
@@ -22,12 +22,12 @@ namespace mcast6::tests::l3_members {
 
 inline const LogId egress{0x0F2E1016};
 
-// Pieces of keys, as the samples of both records have them.
+// Parts of keys, with the values of both samples.
 inline const std::string kVrVrf = "0405060708090a0b";
 inline const std::string kGroup = digits("13121110 17161514 1b1a1918 1f1e1d1c");
 inline const std::string kSource = digits("23222120 27262524 2b2a2928 2f2e2d2c");
 
-// A key record that names an entry by two words and two addresses: byte n is 0x80 + n. What its iterators look for.
+// A key record of two words and two addresses that names an entry: byte n is 0x80 + n.
 template <class EntryKey>
 EntryKey entryKey() {
     static_assert(sizeof(EntryKey) == 40);
@@ -56,7 +56,7 @@ struct Messages {
     const char *nextFailed, *entryFailed;
 };
 
-// An iterator over some records, made from the sample or from arguments of its own, and the key that the engine gets.
+// An iterator over some records, created from the sample or from arguments, and the key that the engine gets.
 template <class Entry>
 struct Filter {
     std::string name;
@@ -79,11 +79,11 @@ struct Literals {
     std::string name;
     uint32_t number;
     uint32_t rowSize;
-    uint32_t createStamp;  // where in the row; the smooth time follows
+    uint32_t createStamp;  // offset in the row; the smooth time follows
     std::string key;
     std::string row;  // see withGaps()
     void (*readStored)(Entry&);
-    std::vector<std::pair<std::string, uint64_t>> smoothSetters;  // without the time stamp, which is the last
+    std::vector<std::pair<std::string, uint64_t>> smoothSetters;  // without the time stamp, which comes last
     Counters counters;
     Kpis kpis;
     Messages messages;
@@ -94,33 +94,33 @@ struct Literals {
 template <class Entry, class GetResult>
 class MemberFamily {
 public:
-    explicit MemberFamily(const Literals<Entry, GetResult>& literals)
-        : told(literals),
-          table(factsOf(literals, {kpi(literals.kpis.createFailed)}), fillWithOffsets<Entry>, literals.readStored),
+    explicit MemberFamily(const Literals<Entry, GetResult>& values)
+        : literals(values),
+          table(factsOf(values, {kpi(values.kpis.createFailed)}), fillWithOffsets<Entry>, values.readStored),
           released(table.facts.released) {}
     virtual ~MemberFamily() = default;
     MemberFamily(const MemberFamily&) = delete;
     MemberFamily& operator=(const MemberFamily&) = delete;
 
-    const Literals<Entry, GetResult> told;
+    const Literals<Entry, GetResult> literals;
     TableFamily<Entry> table;
     const Effect released;
 
     std::vector<Operation> operations() {
-        std::vector<Operation> all = {table.createObject("createObject", told.functions.createObject),
-                                      table.releaseObject("releaseObject", told.functions.releaseObject),
-                                      table.read("read", told.functions.read, waysOfRead()),
+        std::vector<Operation> all = {table.createObject("createObject", literals.functions.createObject),
+                                      table.releaseObject("releaseObject", literals.functions.releaseObject),
+                                      table.read("read", literals.functions.read, exitsOfRead()),
                                       write(),
                                       updateSmoothVersion(),
                                       remove(),
                                       getEntry(),
-                                      table.releaseIterator("releaseIterator", told.functions.releaseIterator)};
-        const auto create = told.functions.createIterator;
-        const auto ofAll = told.functions.createIteratorOfAll;
+                                      table.releaseIterator("releaseIterator", literals.functions.releaseIterator)};
+        const auto create = literals.functions.createIterator;
+        const auto ofAll = literals.functions.createIteratorOfAll;
         all.push_back(iterator({"iteratorOfAll", [ofAll](const Entry&) { return ofAll(); }, "none"}));
         all.push_back(
             iterator({"iteratorWithoutKey", [create](const Entry&) { return create(nullptr, nullptr); }, "none"}));
-        const Filter<Entry>& some = told.filters.front();
+        const Filter<Entry>& some = literals.filters.front();
         all.push_back(iterator({"iteratorWithKey",
                                 [create, key = some.key](const Entry&) {
                                     const Mcast6DbKeyDesc descriptor = descriptorOf(key);
@@ -128,19 +128,19 @@ public:
                                     return create(&descriptor, bytes.data());
                                 },
                                 some.key}));
-        for (const Filter<Entry>& filter : told.filters) all.push_back(iterator(filter));
+        for (const Filter<Entry>& filter : literals.filters) all.push_back(iterator(filter));
         return all;
     }
 
     // The fast count, with its cache empty and filled.
     std::vector<Operation> fastCounts(uint32_t (*count)(), Mcast6DbHandle& cache) {
         const Step creates{
-            .calls = {gives("create_cache " + told.name + " 9 0", "obj1")},
+            .calls = {gives("create_cache " + literals.name + " 9 0", "obj1")},
             .failed = {dfx(55), egress("Failed to create cache object, objType:%d, connType:%d, ret:%d", 9u, 0u, code),
                        returns(0)}};
         const auto resets = [this](int64_t lost) {
             return Step{
-                .calls = {call("reset_cache " + told.name + " obj1")},
+                .calls = {call("reset_cache " + literals.name + " obj1")},
                 .failed = {dfx(56),
                            egress("Failed to reset cache object, objType:%d, connType:%d, ret:%d", 9u, 0u, code),
                            keeps(lost, 0, 0), returns(0)}};
@@ -163,7 +163,7 @@ public:
         };
     }
 
-    // A count by key whose steps log and answer 1; 'create' and 'count' are its messages.
+    // A count by key whose failures log and return 1; 'create' and 'count' are its messages.
     Operation countByKey(std::string name, std::function<uint32_t(uint32_t*)> function, const std::string& key,
                          const char* createFailed, const char* countFailed) {
         return table.countByKey(std::move(name), std::move(function), key,
@@ -174,31 +174,31 @@ public:
 
     std::vector<Claim> claims() {
         return claimsOf(
-            told, table,
+            literals, table,
             {
                 {"setReadsTheClockOnceForBothStampsAndIgnoresTheCallers",
-                 [this] { expectStamps(table, told.functions.set, table.sample(), kFirstTime + kFirstTime); }},
+                 [this] { expectStamps(table, literals.functions.set, table.sample(), kFirstTime + kFirstTime); }},
                 {"aRowIsStampedWithTheSmoothTimeAndIfAskedTheCreationTime",
-                 [this] { expectStamping(table, told.functions.stamp); }},
+                 [this] { expectStamping(table, literals.functions.stamp); }},
                 {"aWriteOfAPresentRecordCountsAsWritten",
                  [this] {
-                     expectTolerance(table, told.functions.write,
-                                     tolerance("db_write_obj", told.kpis.written, told.kpis.writeFailed));
+                     expectTolerance(table, literals.functions.write,
+                                     tolerance("db_write_obj", literals.kpis.written, literals.kpis.writeFailed));
                  }},
                 {"aDeletionOfAnAbsentRecordCountsAsDeleted",
                  [this] {
-                     expectTolerance(table, told.functions.remove,
-                                     tolerance("db_remove_obj", told.kpis.removed, told.kpis.removeFailed));
+                     expectTolerance(table, literals.functions.remove,
+                                     tolerance("db_remove_obj", literals.kpis.removed, literals.kpis.removeFailed));
                  }},
             });
     }
 
-    // Reading an absent record answers 'result', leaves the record alone, logs nothing and records nothing.
+    // Reading an absent record returns 'result', leaves the record unchanged, logs nothing and records nothing.
     Claim absenceClaim(std::string name, uint32_t result) {
-        return {std::move(name), [this, result] { expectAbsentRead(table, told.functions.read, result); }};
+        return {std::move(name), [this, result] { expectAbsentRead(table, literals.functions.read, result); }};
     }
 
-    // The fast count makes one object, which it keeps and puts back before each count.
+    // The fast count creates one object, keeps it, and resets it before each count.
     Claim fastCountClaim(uint32_t (*count)()) {
         return {"theFastCountKeepsItsObject", [this, count] {
                     Recorder::instance().fillNextCount(0xFFFFFFFF);
@@ -206,13 +206,14 @@ public:
                     Recorder::instance().fillNextCount(5);
                     EXPECT_EQ(5u, count());
                     EXPECT_EQ(Recorder::instance().trace(),
-                              (Trace{"create_cache " + told.name + " 9 0 -> obj1", "reset_cache " + told.name + " obj1",
-                                     "count obj1", "reset_cache " + told.name + " obj1", "count obj1"}));
+                              (Trace{"create_cache " + literals.name + " 9 0 -> obj1",
+                                     "reset_cache " + literals.name + " obj1", "count obj1",
+                                     "reset_cache " + literals.name + " obj1", "count obj1"}));
                     EXPECT_EQ(1u, Recorder::instance().liveObjects());
                 }};
     }
 
-    // The host's process id stays, whatever is called.
+    // No operation changes the host's process id.
     Claim pidClaim(uint32_t& pid, std::vector<Operation> operations) {
         return {"noOperationWritesTheProcessId", [&pid, operations] {
                     for (const Operation& operation : operations) {
@@ -237,64 +238,64 @@ public:
     }
 
 protected:
-    virtual CallWays waysOfRead() const = 0;
-    // What a write does for a failed setter between the release and the KPI.
+    virtual CallExits exitsOfRead() const = 0;
+    // The effects of a failed setter of a write between the release and the KPI.
     virtual Effect setterLog() const = 0;
 
 private:
     using Recorder = recording::Recorder;
 
     Operation write() {
-        const Effect failed = kpi(told.kpis.writeFailed);
-        const Effect written = kpi(told.kpis.written);
-        return table.write("write", told.functions.write,
-                           {.null = {egress(told.messages.writeNull), failed, returns(1)},
-                            .createFailed = {egress(told.messages.writeCreate, code), failed, returns(code)},
+        const Effect failed = kpi(literals.kpis.writeFailed);
+        const Effect written = kpi(literals.kpis.written);
+        return table.write("write", literals.functions.write,
+                           {.null = {egress(literals.messages.writeNull), failed, returns(1)},
+                            .createFailed = {egress(literals.messages.writeCreate, code), failed, returns(code)},
                             .setFailed = {released, setterLog(), failed, returns(code)},
-                            .failed = {released, egress(told.messages.writeFailed, code), record(told.number, 2),
-                                       failed, returns(code)},
-                            .answered = {{13044, {released, record(told.number, 1), written, returns(0)}}},
+                            .failed = {released, egress(literals.messages.writeFailed, code),
+                                       record(literals.number, 2), failed, returns(code)},
+                            .answered = {{13044, {released, record(literals.number, 1), written, returns(0)}}},
                             .done = {released, written, returns(0)}});
     }
 
     Operation updateSmoothVersion() {
         std::vector<Call> setters;
-        for (const auto& [field, value] : told.smoothSetters) setters.push_back(table.sets(field, value));
+        for (const auto& [field, value] : literals.smoothSetters) setters.push_back(table.sets(field, value));
         setters.push_back(table.stamps("timeStampSmooth"));
-        return table.update(
-            "updateSmoothVersion", told.functions.updateSmoothVersion, setters,
-            {.null = {egress(told.messages.smoothNull), returns(1)},
-             .createFailed = {egress(told.messages.smoothCreate, code), returns(code)},
-             .setFailed = {egress(told.messages.smoothSet, code), released, returns(code)},
-             .failed = {released, egress(told.messages.smoothFailed, code), record(told.number, 6), returns(code)},
-             .answered = {{13044, {released, record(told.number, 1), returns(0)}}},
-             .done = {released, returns(0)}});
+        return table.update("updateSmoothVersion", literals.functions.updateSmoothVersion, setters,
+                            {.null = {egress(literals.messages.smoothNull), returns(1)},
+                             .createFailed = {egress(literals.messages.smoothCreate, code), returns(code)},
+                             .setFailed = {egress(literals.messages.smoothSet, code), released, returns(code)},
+                             .failed = {released, egress(literals.messages.smoothFailed, code),
+                                        record(literals.number, 6), returns(code)},
+                             .answered = {{13044, {released, record(literals.number, 1), returns(0)}}},
+                             .done = {released, returns(0)}});
     }
 
     Operation remove() {
-        const Effect failed = kpi(told.kpis.removeFailed);
-        const Effect removed = kpi(told.kpis.removed);
-        return table.remove("delete", told.functions.remove,
-                            {.null = {egress(told.messages.removeNull), failed, returns(1)},
-                             .createFailed = {egress(told.messages.removeCreate, code), failed, returns(code)},
-                             .failed = {released, record(told.number, 4), egress(told.messages.removeFailed, code),
-                                        failed, returns(code)},
-                             .answered = {{13044, {released, record(told.number, 1), removed, returns(0)}}},
+        const Effect failed = kpi(literals.kpis.removeFailed);
+        const Effect removed = kpi(literals.kpis.removed);
+        return table.remove("delete", literals.functions.remove,
+                            {.null = {egress(literals.messages.removeNull), failed, returns(1)},
+                             .createFailed = {egress(literals.messages.removeCreate, code), failed, returns(code)},
+                             .failed = {released, record(literals.number, 4),
+                                        egress(literals.messages.removeFailed, code), failed, returns(code)},
+                             .answered = {{13044, {released, record(literals.number, 1), removed, returns(0)}}},
                              .done = {released, removed, returns(0)}});
     }
 
     Operation getEntry() {
         return table.getEntry(
-            "getEntry", told.functions.getEntry,
+            "getEntry", literals.functions.getEntry,
             {.null = {returns(1)},
-             .nextFailed = {egress(told.messages.nextFailed, code), record(told.number, 9), returns(1)},
-             .readFailed = {egress(told.messages.entryFailed, code), record(told.number, 0), returns(1)}});
+             .nextFailed = {egress(literals.messages.nextFailed, code), record(literals.number, 9), returns(1)},
+             .readFailed = {egress(literals.messages.entryFailed, code), record(literals.number, 0), returns(1)}});
     }
 
     Operation iterator(const Filter<Entry>& filter) {
         return table.createIterator(
             filter.name, [this, create = filter.create] { return create(table.record); }, filter.key,
-            builtByTheFrame(released, {kpi(told.kpis.iteratorFailed), returnsNull()}));
+            builtByTheFrame(released, {kpi(literals.kpis.iteratorFailed), returnsNull()}));
     }
 
     static Mcast6DbKeyDesc descriptorOf(const std::string& key) {
@@ -302,7 +303,7 @@ private:
     }
     static recording::Bytes bytesOfKey(const std::string& key) { return recording::unhex(key.substr(13)); }
 
-    // A count that was made before has filled the cache.
+    // An earlier count has filled the cache.
     Scene withCache(Mcast6DbHandle& cache, uint32_t (*before)()) {
         Scene scene = table.plain();
         scene.prepare = [first = std::move(scene.prepare), before] {
@@ -319,7 +320,7 @@ private:
         return {.engineCall = engineCall,
                 .counted = "kpi " + std::to_string(counted),
                 .notCounted = "kpi " + std::to_string(notCounted),
-                .error = "record " + std::to_string(told.number) + " 1"};
+                .error = "record " + std::to_string(literals.number) + " 1"};
     }
 };
 

@@ -1,5 +1,5 @@
 // The two tables of a layer-3 entry's egress members behind MVPN tunnels: l3mc6_mvpn_tnl_elb and l3mc6_mvpn_tnl_subelb.
-// They take the same steps; the names stand for counters and KPI that each table tells:
+// Their steps are the same. The names below are counters and KPIs of each table:
 //
 // operation          step          fails with   then
 // create object      create        any          kpi createFailed; the code
@@ -70,12 +70,13 @@ public:
     }
 
 protected:
-    CallWays waysOfRead() const override {
-        return {.null = {egress(told.messages.readNull), returns(1)},
-                .createFailed = {egress(told.messages.readCreate, code), returns(code)},
-                .failed = {released, egress(told.messages.readFailed, code), record(told.number, 0), returns(code)},
-                .answered = {{15005, {released, returns(60)}}},
-                .done = {released, returns(0)}};
+    CallExits exitsOfRead() const override {
+        return {
+            .null = {egress(literals.messages.readNull), returns(1)},
+            .createFailed = {egress(literals.messages.readCreate, code), returns(code)},
+            .failed = {released, egress(literals.messages.readFailed, code), record(literals.number, 0), returns(code)},
+            .answered = {{15005, {released, returns(60)}}},
+            .done = {released, returns(0)}};
     }
     Effect setterLog() const override { return allOf({}); }
 };

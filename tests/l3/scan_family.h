@@ -1,5 +1,6 @@
-// What the layer-3 egress tables keep between operations: cached objects, cached root iterators, and the scan handle with
-// its fast scans. Each builder gives the engine calls; what a way out does besides is spelled out where a table is tested.
+// What the layer-3 egress tables keep between operations: cached objects, cached root iterators, and the scan handle
+// with its fast scans. Each builder adds the engine calls; the test of a table spells out the other effects of each
+// exit.
 #pragma once
 
 #include <gmock/gmock.h>
@@ -14,7 +15,7 @@
 
 namespace mcast6::tests {
 
-struct CacheWays {
+struct CacheExits {
     Effects createFailed;
     Effects resetFailed;
 };
@@ -27,37 +28,37 @@ inline Effects with(const Effects& first, const Effects& rest) {
     return all;
 }
 
-// The first use, into an empty slot. An object whose reset fails is lost.
+// The first use, with an empty slot. An object whose reset fails leaks.
 template <class Record>
 Operation cacheObject(TableFamily<Record>& table, std::string name, Mcast6DbCreateFunc function,
-                      const CacheWays& ways) {
+                      const CacheExits& exits) {
     return {
         .name = std::move(name),
         .scene = table.plain(),
         .run = [&table, function] { return function(3, 2, &table.object); },
-        .steps = {{.calls = {gives("create_cache " + table.facts.name + " 3 2", "obj1")}, .failed = ways.createFailed},
+        .steps = {{.calls = {gives("create_cache " + table.facts.name + " 3 2", "obj1")}, .failed = exits.createFailed},
                   {.calls = {call("reset_cache " + table.facts.name + " obj1")},
-                   .failed = with(ways.resetFailed, {keeps(1, 0, 0)})}},
+                   .failed = with(exits.resetFailed, {keeps(1, 0, 0)})}},
         .done = {leaves("object", "obj1"), keeps(1, 0, 0), returns(0)}};
 }
 
-// Every further use. The object stays in its slot whatever the reset says.
+// Every further use. The object stays in its slot even if the reset fails.
 template <class Record>
 Operation cacheObjectAgain(TableFamily<Record>& table, std::string name, Mcast6DbCreateFunc function,
-                           const CacheWays& ways) {
-    Operation operation = cacheObject(table, std::move(name), function, ways);
+                           const CacheExits& exits) {
+    Operation operation = cacheObject(table, std::move(name), function, exits);
     operation.scene.prepare = [&table, function, prepare = operation.scene.prepare] {
         prepare();
         if (function(3, 2, &table.object) != 0) throw std::logic_error("no cached object for the scene");
     };
-    operation.steps = {{.calls = {call("reset_cache " + table.facts.name + " obj1")}, .failed = ways.resetFailed}};
+    operation.steps = {{.calls = {call("reset_cache " + table.facts.name + " obj1")}, .failed = exits.resetFailed}};
     operation.done = {returns(0)};
     return operation;
 }
 
 // -- keyed reads with a cached object
 
-struct FastReadWays {
+struct FastReadExits {
     Effects null;
     Effects createFailed;
     Effects resetFailed;
@@ -71,35 +72,35 @@ inline Scene withCache(Scene scene, Mcast6DbHandle& cache) {
 
 template <class Record>
 Operation readFast(TableFamily<Record>& table, std::string name, uint32_t (*function)(Record*), Mcast6DbHandle& cache,
-                   const FastReadWays& ways) {
+                   const FastReadExits& exits) {
     const Effects kept = {leaves("cache", "obj1"), keeps(1, 0, 0)};
     return {
         .name = std::move(name),
         .scene = withCache(table.plain(), cache),
         .run = [&table, function] { return function(&table.record); },
-        .nulls = {{"record", [function] { return function(nullptr); }, ways.null}},
-        .steps = {{.calls = {gives("create_cache " + table.facts.name + " 3 0", "obj1")}, .failed = ways.createFailed},
+        .nulls = {{"record", [function] { return function(nullptr); }, exits.null}},
+        .steps = {{.calls = {gives("create_cache " + table.facts.name + " 3 0", "obj1")}, .failed = exits.createFailed},
                   {.calls = {call("reset_cache " + table.facts.name + " obj1")},
-                   .failed = with(ways.resetFailed, {keeps(1, 0, 0)})},
+                   .failed = with(exits.resetFailed, {keeps(1, 0, 0)})},
                   {.calls = {call("read obj1 " + table.facts.key + " " + std::to_string(table.facts.rowSize))},
-                   .failed = with(kept, ways.failed)}},
+                   .failed = with(kept, exits.failed)}},
         .done = with(kept, {leaves("record", table.readBack()), returns(0)}),
     };
 }
 
 template <class Record>
 Operation readFastAgain(TableFamily<Record>& table, std::string name, uint32_t (*function)(Record*),
-                        Mcast6DbHandle& cache, const FastReadWays& ways) {
-    Operation operation = readFast(table, std::move(name), function, cache, ways);
+                        Mcast6DbHandle& cache, const FastReadExits& exits) {
+    Operation operation = readFast(table, std::move(name), function, cache, exits);
     operation.scene.prepare = [function, prepare = operation.scene.prepare] {
         prepare();
         Record other{};
         if (function(&other) != 0) throw std::logic_error("no cached object for the scene");
-        prepare();  // what waited to be read was read
+        prepare();  // consumes the row that was ready to be read
     };
-    operation.steps = {{.calls = {call("reset_cache " + table.facts.name + " obj1")}, .failed = ways.resetFailed},
+    operation.steps = {{.calls = {call("reset_cache " + table.facts.name + " obj1")}, .failed = exits.resetFailed},
                        {.calls = {call("read obj1 " + table.facts.key + " " + std::to_string(table.facts.rowSize))},
-                        .failed = ways.failed}};
+                        .failed = exits.failed}};
     operation.done = {leaves("record", table.readBack()), returns(0)};
     return operation;
 }
@@ -112,7 +113,7 @@ using CacheIterFunc = uint32_t (*)(Mcast6DbHandle object, const Mcast6DbKeyDesc*
 // 'keyWord' and 'key' as digits: "01090029".
 template <class Record>
 Operation cacheIterator(TableFamily<Record>& table, std::string name, CacheIterFunc function,
-                        const std::string& keyWord, const std::string& key, const CacheWays& ways) {
+                        const std::string& keyWord, const std::string& key, const CacheExits& exits) {
     const Run run = [&table, function, keyWord, key] {
         const Mcast6DbKeyDesc descriptor{static_cast<uint32_t>(std::stoul(keyWord, nullptr, 16)), {0, 0, 0}};
         return function(table.object, &descriptor, recording::unhex(key).data(), &table.resource.rootIter);
@@ -120,17 +121,17 @@ Operation cacheIterator(TableFamily<Record>& table, std::string name, CacheIterF
     return {.name = std::move(name),
             .scene = table.withObject(),
             .run = run,
-            .steps = {{.calls = {gives("cache_iter obj1 " + keyWord, "iter1")}, .failed = ways.createFailed},
+            .steps = {{.calls = {gives("cache_iter obj1 " + keyWord, "iter1")}, .failed = exits.createFailed},
                       {.calls = {call("reset_cache_iter iter1 key=" + keyWord + ":" + key)},
-                       .failed = with(ways.resetFailed, {keeps(0, 1, 0)})}},
+                       .failed = with(exits.resetFailed, {keeps(0, 1, 0)})}},
             .done = {leaves("resource", "none iter1"), keeps(0, 1, 0), returns(0)}};
 }
 
 // The slot holds one: the descriptor is not used.
 template <class Record>
 Operation cacheIteratorAgain(TableFamily<Record>& table, std::string name, CacheIterFunc function,
-                             const std::string& keyWord, const std::string& key, const CacheWays& ways) {
-    Operation operation = cacheIterator(table, std::move(name), function, keyWord, key, ways);
+                             const std::string& keyWord, const std::string& key, const CacheExits& exits) {
+    Operation operation = cacheIterator(table, std::move(name), function, keyWord, key, exits);
     operation.scene.prepare = [prepare = operation.scene.prepare, run = operation.run] {
         prepare();
         if (run() != "0") throw std::logic_error("no cached root iterator for the scene");
@@ -139,14 +140,14 @@ Operation cacheIteratorAgain(TableFamily<Record>& table, std::string name, Cache
         return function(table.object, nullptr, recording::unhex(key).data(), &table.resource.rootIter);
     };
     operation.steps = {
-        {.calls = {call("reset_cache_iter iter1 key=" + keyWord + ":" + key)}, .failed = ways.resetFailed}};
+        {.calls = {call("reset_cache_iter iter1 key=" + keyWord + ":" + key)}, .failed = exits.resetFailed}};
     operation.done = {returns(0)};
     return operation;
 }
 
 // -- fast scans
 
-struct ScanWays {
+struct ScanExits {
     Effects objectFailed;
     Effects objectResetFailed;
     Effects iteratorFailed;
@@ -161,31 +162,31 @@ struct ScanFacts {
     void (*release)(Mcast6DbRes*);
     std::string keyWord;  // digits: "01090029"
     std::string key;      // digits
-    ScanWays ways;
+    ScanExits exits;
     uint32_t releasedCounter;  // of an object that is released
-    Effects givenBack;         // what giving the cached object back counts
-    Effects ordinaryFailed;    // of an ordinary iterator, after its object is gone
+    Effects returned;          // the counters of returning the cached object to the scan handle
+    Effects ordinaryFailed;    // of an ordinary iterator, after its object is released
 };
 
-// An empty handle has object 0: who releases that gives it back, which tells 'told'.
+// An empty scan handle has object 0: releasing object 0 returns it to the handle, with the trace 'expected'.
 inline void expectNoObjectToBeTheEmptyHandles(Mcast6DbScanHandle& handle, void (*releaseObject)(Mcast6DbHandle),
-                                              const Trace& told) {
+                                              const Trace& expected) {
     handle.inUse = 1;
     releaseObject(0);
     EXPECT_EQ(0u, handle.inUse);
-    EXPECT_EQ(told, recording::Recorder::instance().trace());
+    EXPECT_EQ(expected, recording::Recorder::instance().trace());
 }
 
 template <class Record>
 class FastScans {
 public:
-    FastScans(TableFamily<Record>& table, ScanFacts told) : facts(std::move(told)), table_(table) {}
+    FastScans(TableFamily<Record>& table, ScanFacts scanFacts) : facts(std::move(scanFacts)), table_(table) {}
     FastScans(const FastScans&) = delete;
     FastScans& operator=(const FastScans&) = delete;
 
     const ScanFacts facts;
 
-    // Nothing is cached. What was made stays for the next scan; the flag is set at the very end.
+    // Nothing is cached. What was created is kept for the next scan; the flag is set last.
     Operation first(std::string name) {
         const std::string table = table_.facts.name;
         const std::string key = "key=" + facts.keyWord + ":" + facts.key;
@@ -195,20 +196,20 @@ public:
             .name = std::move(name),
             .scene = scene([] {}),
             .run = [this] { return table_.iterator = facts.scan(); },
-            .steps = {{.calls = {gives("create_cache " + table + " 5 0", "obj1")}, .failed = facts.ways.objectFailed},
+            .steps = {{.calls = {gives("create_cache " + table + " 5 0", "obj1")}, .failed = facts.exits.objectFailed},
                       {.calls = {call("reset_cache " + table + " obj1")},
-                       .failed = with(facts.ways.objectResetFailed, {keeps(1, 0, 0)})},
+                       .failed = with(facts.exits.objectResetFailed, {keeps(1, 0, 0)})},
                       {.calls = {gives("cache_iter obj1 " + facts.keyWord, "iter1")},
-                       .failed = with(facts.ways.iteratorFailed, object)},
+                       .failed = with(facts.exits.iteratorFailed, object)},
                       {.calls = {call("reset_cache_iter iter1 " + key)},
-                       .failed = with(with(facts.ways.iteratorResetFailed, object), {keeps(1, 1, 0)})},
-                      {.calls = {call("property iter1 0 01000000")}, .failed = with(facts.ways.propertyFailed, pair)},
-                      {.calls = {allocation(16, "block1")}, .failed = with(facts.ways.allocationFailed, pair)}},
+                       .failed = with(with(facts.exits.iteratorResetFailed, object), {keeps(1, 1, 0)})},
+                      {.calls = {call("property iter1 0 01000000")}, .failed = with(facts.exits.propertyFailed, pair)},
+                      {.calls = {allocation(16, "block1")}, .failed = with(facts.exits.allocationFailed, pair)}},
             .done = {leaves("scan", "1 obj1 iter1"), leaves("iterator", "obj1 iter1"), keeps(1, 1, 1),
                      returnsHandle()}};
     }
 
-    // One is out: an ordinary iterator with an object of its own.
+    // A fast scan is in progress: an ordinary iterator with its own object.
     Operation second(std::string name) {
         const std::string table = table_.facts.name;
         const Effects failed =
@@ -226,7 +227,7 @@ public:
                 .done = {leaves("iterator", "obj2 iter2"), keeps(1, 1, 1), returnsHandle()}};
     }
 
-    // There was one: its pair is reset and handed out again.
+    // There was a fast scan before: its pair is reset and used again.
     Operation third(std::string name) {
         const std::string table = table_.facts.name;
         return {.name = std::move(name),
@@ -235,26 +236,26 @@ public:
                     facts.release(begun_);
                 }),
                 .run = [this] { return table_.iterator = facts.scan(); },
-                .steps = {{.calls = {call("reset_cache " + table + " obj1")}, .failed = facts.ways.objectResetFailed},
+                .steps = {{.calls = {call("reset_cache " + table + " obj1")}, .failed = facts.exits.objectResetFailed},
                           {.calls = {call("reset_cache_iter iter1 key=" + facts.keyWord + ":" + facts.key)},
-                           .failed = facts.ways.iteratorResetFailed},
-                          {.calls = {call("property iter1 0 01000000")}, .failed = facts.ways.propertyFailed},
-                          {.calls = {allocation(16, "block2")}, .failed = facts.ways.allocationFailed}},
+                           .failed = facts.exits.iteratorResetFailed},
+                          {.calls = {call("property iter1 0 01000000")}, .failed = facts.exits.propertyFailed},
+                          {.calls = {allocation(16, "block2")}, .failed = facts.exits.allocationFailed}},
                 .done = {leaves("scan", "1 obj1 iter1"), leaves("iterator", "obj1 iter1"), keeps(0, 0, 1),
                          returnsHandle()}};
     }
 
-    // The pair stays, only the handle's block goes.
+    // The pair is kept; only the handle's block is freed.
     Operation releaseFirst(std::string name) {
         return {.name = std::move(name),
                 .scene = scene([this] { begin(); }),
                 .run = [this] { facts.release(begun_); },
                 .steps = {},
-                .done = with(facts.givenBack,
+                .done = with(facts.returned,
                              {line("free block1"), leaves("scan", "0 obj1 iter1"), keeps(0, 0, -1), returnsNothing()})};
     }
 
-    // The ordinary iterator goes with its object, and the first scan stays out.
+    // The ordinary iterator is released with its object; the first scan stays in progress.
     Operation releaseSecond(std::string name) {
         return {.name = std::move(name),
                 .scene = scene([this] {
@@ -268,7 +269,7 @@ public:
                          line("free block2"), keeps(-1, -1, -1), returnsNothing()}};
     }
 
-    // -- claims of a whole life; call startOver() first
+    // -- claims about sequences of calls; call startOver() first
 
     void expectOnePairServesEveryScan() {
         const uint64_t createdBefore = created();
@@ -307,7 +308,7 @@ public:
         ASSERT_NE(nullptr, thirdScan);
         EXPECT_EQ("obj1 iter1", textOf(*thirdScan));
         EXPECT_EQ("1 obj1 iter1", handleText());
-        // The second one's end does not free the pair for others.
+        // The end of the second scan does not free the pair.
         facts.release(secondScan);
         EXPECT_EQ("1 obj1 iter1", handleText());
         Mcast6DbRes* const fourthScan = facts.scan();
@@ -333,16 +334,16 @@ public:
         facts.release(scan);
     }
 
-    // What failed before is tried again by the next scan, from the step that failed.
+    // The next scan starts again from the step that failed.
     void expectAFailedScanToBeRepeatable() {
         const std::string resetObject = "db_reset_" + table_.facts.name + "_cache_object";
         const std::string createObject = "db_create_" + table_.facts.name + "_cache_object";
         const std::pair<std::string, std::string> failures[] = {
             {createObject, "0 none none"},
             {resetObject, "0 none none"},
-            {"db_create_cache_root_iter", "0 obj2 none"},  // obj1 was lost with its reset
+            {"db_create_cache_root_iter", "0 obj2 none"},  // obj1 leaked when its reset failed
             {"db_reset_cache_root_iter", "0 obj2 none"},
-            {"db_set_root_iterator_property", "0 obj2 iter2"}};  // as was iter1
+            {"db_set_root_iterator_property", "0 obj2 iter2"}};  // as did iter1
         for (const auto& [function, left] : failures) {
             platform().answer(function, 9);
             EXPECT_EQ(nullptr, facts.scan()) << function;
@@ -354,7 +355,7 @@ public:
         facts.release(scan);
     }
 
-    // A scan with another key, after one that is over.
+    // A scan with another key, after the first has ended.
     void expectALaterScanToHaveItsOwnKey(const std::function<Mcast6DbRes*()>& laterScan, const std::string& key) {
         facts.release(facts.scan());
         platform().takeTrace();
@@ -369,7 +370,7 @@ public:
         facts.release(scan);
     }
 
-    // Object 0 is not the handle's when that has one.
+    // Object 0 does not match a handle that holds an object.
     void expectNoObjectToBeReleasedWhileAScanIsOut(void (*releaseObject)(Mcast6DbHandle)) {
         Mcast6DbRes* const scan = facts.scan();
         ASSERT_NE(nullptr, scan);

@@ -1,7 +1,7 @@
-// The engine's part of the recording platform: generic calls and accessors.
+// The engine part of the recording platform: generic calls and accessors.
 //
-// Each call runs the same way: check and name the arguments, ask the script, then the engine behind or the recorder's
-// own default, and note the line with the outcome.
+// Each call does the same: checks and names the arguments, asks the script, then the engine behind or the recorder's
+// default, and records the line with the outcome.
 #include <algorithm>
 #include <cinttypes>
 #include <cstdio>
@@ -73,8 +73,8 @@ std::string keyText(const void* keyDesc, const void* key, const Thing* thing, bo
     return keyText(checkedWord(keyDesc, thing), key);
 }
 
-// Runs a call whose line is begun as 'line'. 'succeed' does the work and may add to the line; it is not reached when the
-// script answers a failure or the handle is not usable.
+// Runs a call whose line begins with 'line'. 'succeed' does the work and may add to the line; it is not called when the
+// script returns a failure or the handle is invalid.
 uint32_t run(const std::string& function, std::string line, bool usable,
              const std::function<uint32_t(std::string& line)>& succeed) {
     const uint32_t scripted = state().script.answerTo(function, true).value_or(MCAST6_DB_OK);
@@ -106,7 +106,7 @@ auto takeFirst(Queue& queue) {
     return first;
 }
 
-// Fills a handle that a create call gives out; 'make' asks the engine behind.
+// Fills the handle that a create call returns; 'make' asks the engine behind.
 template <class Make, class Add>
 uint32_t give(uint64_t* handle, std::string& line, const Make& make, const Add& add) {
     if (handle == nullptr) {
@@ -121,7 +121,7 @@ uint32_t give(uint64_t* handle, std::string& line, const Make& make, const Add& 
     return code;
 }
 
-// A count goes into a 64-bit word that the caller has cleared.
+// A count is written to a 64-bit word that the caller has cleared.
 uint32_t giveCount(uint32_t* count, const std::function<uint32_t(uint32_t*)>& ask) {
     State& recorder = state();
     if (count == nullptr) {
@@ -329,8 +329,8 @@ std::string createLine(const char* verb, uint32_t table, uint32_t objType, uint3
     return std::string(verb) + " " + tableName(table) + " " + std::to_string(objType) + " " + std::to_string(connType);
 }
 
-// The row that getters read: the whole record, and room for any announced length. Its place stays the same until the
-// next step or read, as the contract promises for the bytes of a field.
+// The row that getters read: the whole record, and room for any reported length. Its address is stable until the next
+// step or read, as the contract promises for the bytes of a field.
 Bytes& rowOf(Thing& object) {
     const size_t length = size_t{tableOf(object.table).recordSize} + kMostAnnounced;
     if (object.row.size() < length) object.row.resize(length);

@@ -1,4 +1,4 @@
-// The embedded engine as the one behind the recorder. A test that includes this links mcast6engine.
+// The embedded engine as the engine behind the recorder. A test that includes this links mcast6engine.
 #pragma once
 
 #include "platform/engine/engine.h"

@@ -1,4 +1,4 @@
-// An engine that the recorder can stand in front of. Handles here are the engine's own.
+// The interface of an engine behind the recorder. Handles here are the engine's own.
 #pragma once
 
 #include <cstdint>

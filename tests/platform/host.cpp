@@ -15,7 +15,7 @@ namespace {
 constexpr size_t kGlobalVersionLength = 40;
 constexpr size_t kGlobalVersionOffset = 20;
 
-// The answer to a call on the global version, noted as 'verb'.
+// The answer to a call on the global version, recorded as 'verb'.
 uint32_t globalVersionCall(const std::string& function, const std::string& verb, const void* record) {
     State& recorder = state();
     if (record == nullptr) recorder.noteMisuse(function + " of a null record");
@@ -86,7 +86,7 @@ int memcpy_s(void* destination, size_t destinationSize, const void* source, size
     return result;
 }
 
-// In place of the C library's, for the whole program.
+// Replaces the C library's function in the whole program.
 time_t time(time_t* seconds) noexcept {
     State& recorder = state();
     const int64_t now = recorder.now;

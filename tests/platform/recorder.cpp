@@ -11,7 +11,7 @@ namespace mcast6::recording {
 
 namespace {
 
-// Iterators are numbered from here, so that one handed in as the other is found out.
+// Iterators are numbered from here, so that an object handle passed as an iterator is recognised, and the reverse.
 constexpr uint64_t kFirstIterator = 1'000'000;
 
 }  // namespace

@@ -1,6 +1,6 @@
-// The recording platform: the whole platform contract with nothing behind it but a script and a trace.
+// The recording platform: implements the whole platform contract with only a script and a trace.
 //
-// Linked into a test in place of a platform, it answers every call of the library, by default with success, and notes
+// Linked into a test in place of a platform, it answers every call of the library, by default with success, and records
 // each as one line of text, in order. A test scripts answers, calls the library, and compares the whole trace:
 //
 //     Recorder& platform = Recorder::instance();
@@ -9,13 +9,14 @@
 //     EXPECT_EQ(0u, MCAST6_DB_WriteL2McBdEnable(&record));
 //     EXPECT_EQ(platform.trace(), (Trace{"create l2mc6_bd_enable 0 0 -> obj1", ...}));
 //
-// Optionally an Engine stands behind it (forwardTo): calls are noted, scripted codes win, all else is the engine's.
+// Optionally it forwards to an Engine (forwardTo): calls are recorded, scripted codes take precedence, everything else
+// comes from the engine.
 //
-// The recorder checks what the contract forbids and no answer would show: handles that are unknown, released or of
-// another kind or table, key descriptors with anything in their last 12 bytes, key words and record lengths that the
-// table does not have, buffers that were not cleared. Each finding is a line "MISUSE ..." before the line of its call.
+// The recorder checks rules of the contract that no answer would reveal: handles that are unknown, released or of
+// another kind or table, key descriptors whose last 12 bytes are not 0, key words and record lengths that the table
+// does not have, buffers that were not cleared. Each finding is a line "MISUSE ..." before the line of its call.
 //
-// There is one recorder in a program; one thread at a time uses it.
+// There is one recorder in a program; it is used by one thread at a time.
 #pragma once
 
 #include <cstdarg>
@@ -47,66 +48,67 @@ class Recorder {
 public:
     static Recorder& instance();
 
-    // Everything as at the start: no script, no trace, no live handle, counters zero, no engine behind.
+    // Restores the initial state: no script, no trace, no live handle, counters zero, no engine behind.
     void reset();
 
     // -- the script ---------------------------------------------------------------------------------------------------
     // A function is named as in the contract: "db_write_obj", "db_set_l3mc6_mfib_smoothVersion",
     // "MCAST_DB_ReadGlbVersion", "memcpy_s". A name that the contract does not have throws std::invalid_argument.
 
-    // The next call of 'function' that has no earlier answer waiting answers 'code'. 0 waits its turn like any
-    // other and leaves the call to succeed, or to the engine behind.
+    // Queues 'code' as the answer of a call of 'function'. 0 is queued like any other code; the call then succeeds or
+    // is forwarded to the engine behind.
     void answer(std::string_view function, uint32_t code);
-    // Every call of 'function' with no answer waiting.
+    // The answer of every call of 'function' that has no queued answer.
     void answerAlways(std::string_view function, uint32_t code);
-    // The nth call from now that answers an engine code, 1 being the next; it wins over the answers above.
+    // Makes the nth call from now that returns an engine code fail, 1 being the next. Takes precedence over the answers
+    // above.
     void failCall(uint64_t n, uint32_t code);
-    // The nth and all that follow.
+    // The nth call and all that follow.
     void failCallsFrom(uint64_t n, uint32_t code);
-    // The nth allocation from now answers null.
+    // The nth allocation from now returns null.
     void failAllocation(uint64_t n);
-    // Whether failCall, failCallsFrom or failAllocation has met its call.
+    // Whether the fault of failCall, failCallsFrom or failAllocation has occurred.
     bool faultHit() const;
-    // Answers that were scripted with answer() and not yet given.
+    // The number of answers queued with answer() and not yet used.
     size_t pendingAnswers() const;
 
-    // What the next successful db_read_obj_with_buf puts into the buffer; several wait in line. A shorter row leaves the
-    // rest of the buffer alone. With none waiting: the row that the object was stepped to, or nothing at all.
+    // Queues the row that a successful db_read_obj_with_buf copies into the buffer. A shorter row leaves the rest of
+    // the buffer unchanged. With none queued: the row that the object was stepped to, or nothing.
     void fillNextRead(Bytes row);
-    // The row under the object after the next successful db_root_iterator_next, for getters and reads without a key.
+    // Queues the row at the object's position after a successful db_root_iterator_next, for getters and reads without a
+    // key.
     void fillNextStep(Bytes row);
-    // What the next successful count gives; 0 with none waiting.
+    // Queues the result of a successful count; 0 with none queued.
     void fillNextCount(uint64_t count);
-    // The version that the next successful MCAST_DB_ReadGlbVersion gives; 0 with none waiting.
+    // Queues the version that a successful MCAST_DB_ReadGlbVersion returns; 0 with none queued.
     void fillNextGlobalVersion(uint32_t version);
-    // The length that a byte getter, "db_get_<table>_<field>", announces from now on instead of the field's width;
-    // at most 256.
+    // The length that a byte getter, "db_get_<table>_<field>", reports from now on instead of the field's width; at
+    // most 256.
     void announceLength(std::string_view getter, uint32_t length);
-    // The clock, and by how much each reading of it moves it on. At the start 1'700'000'000 and 0.
+    // Sets the clock, and by how much each reading advances it. Initially 1'700'000'000 and 0.
     void setTime(int64_t seconds, int64_t stepPerReading = 0);
-    // Notes memcpy_s and readings of the clock too; off at the start.
+    // Records memcpy_s and readings of the clock too; initially off.
     void traceCopies(bool on);
     void traceClock(bool on);
-    // Puts an engine behind, null for none. It must outlive its use.
+    // Forwards to an engine, null for none. The engine must outlive its use.
     void forwardTo(Engine* engine);
-    // Called before each line is noted, and may add lines of its own: what changed where the recorder cannot look. Null
-    // for none.
+    // Called before each line is recorded; may add lines about changes that the recorder cannot see. Null for none.
     void watch(std::function<void(Trace&)> watcher);
 
     // -- what happened ------------------------------------------------------------------------------------------------
     const Trace& trace() const;
-    // The trace so far, after a last look of the watcher; it starts anew.
+    // Returns the trace so far, after a last call of the watcher, and clears it.
     Trace takeTrace();
     // The "MISUSE" lines since reset().
     const Trace& misuses() const;
-    // The format strings that the log callback got since reset(), as they came.
+    // The format strings that the log callback received since reset().
     const std::vector<std::string>& logFormats() const;
 
-    // Calls that answer an engine code, since reset() or the last failCall or failCallsFrom.
+    // The number of calls that return an engine code, since reset() or the last failCall or failCallsFrom.
     uint64_t callCount() const;
-    // Allocations since reset() or the last failAllocation.
+    // The number of allocations since reset() or the last failAllocation.
     uint64_t allocationCount() const;
-    // Calls of one function since reset().
+    // The number of calls of one function since reset().
     uint64_t callsOf(std::string_view function) const;
     uint64_t dfx(uint32_t counterId) const;
     uint64_t kpi(uint32_t kpiId) const;
@@ -119,9 +121,9 @@ public:
     // How the trace names a handle: "obj1", "iter1", "none", "?7".
     std::string nameOf(uint64_t handle) const;
 
-    // -- what a test registers with the library -----------------------------------------------------------------------
+    // -- functions that a test registers with the library -------------------------------------------------------------
     static void log(uint32_t level, uint32_t logId, const char* format, ...) __attribute__((format(printf, 3, 4)));
-    // Blocks come filled with 0xA5.
+    // Blocks are filled with 0xA5.
     static void* alloc(uint64_t size);
     static void free(void* block);
 
@@ -129,12 +131,12 @@ private:
     Recorder() = default;
 };
 
-// Lets each call of 'operate' fail in turn: prepare(), then operate() with call 1 answering 'code', then check(1); and
-// so on with call 2 and further until operate() ends before the fault is met. 'prepare' starts with reset() and may
-// script answers; check() sees the trace of the failed run. Returns how many calls were made to fail.
+// Makes each call of 'operate' fail in turn: prepare(), then operate() with call 1 returning 'code', then check(1);
+// then the same with call 2, and so on until operate() ends before the fault occurs. 'prepare' starts with reset() and
+// may script answers; check() can read the trace of the failed run. Returns the number of calls that were made to fail.
 uint64_t sweepCalls(uint32_t code, const std::function<void()>& prepare, const std::function<void()>& operate,
                     const std::function<void(uint64_t n)>& check);
-// The same with allocations.
+// As failEachCall, with allocations.
 uint64_t sweepAllocations(const std::function<void()>& prepare, const std::function<void()>& operate,
                           const std::function<void(uint64_t n)>& check);
 

@@ -92,7 +92,7 @@ std::optional<uint32_t> Script::answerTo(const std::string& function, bool count
         queue->second.pop_front();
         return code;
     }
-    if (const auto code = standing_.find(function); code != standing_.end()) return code->second;
+    if (const auto code = always_.find(function); code != always_.end()) return code->second;
     return std::nullopt;
 }
 

@@ -1,4 +1,4 @@
-// The script of the recording platform: which code a call answers, and what the next outputs are.
+// The script of the recording platform: which code a call returns, and the next outputs.
 #pragma once
 
 #include <cstdint>
@@ -14,19 +14,19 @@ namespace mcast6::recording {
 // Every function of the contract that a script may name.
 bool isContractFunction(std::string_view name);
 
-// The longest length that a byte getter may be told to announce.
+// The longest length that a byte getter can report.
 inline constexpr uint32_t kMostAnnounced = 256;
 
 class Script {
 public:
     void answer(std::string_view function, uint32_t code) { waiting_[checked(function)].push_back(code); }
-    void answerAlways(std::string_view function, uint32_t code) { standing_[checked(function)] = code; }
+    void answerAlways(std::string_view function, uint32_t code) { always_[checked(function)] = code; }
     void failCall(uint64_t n, uint64_t last, uint32_t code);
     void failAllocation(uint64_t n);
     void announceLength(std::string_view getter, uint32_t length);
 
-    // The scripted answer to a call that is being made now, none when the script leaves it to the engine.
-    // 'counted': a call that answers an engine code, which failCall counts.
+    // The scripted answer of the current call, none if the script leaves it to the engine. 'counted': a call that
+    // returns an engine code, which failCall counts.
     std::optional<uint32_t> answerTo(const std::string& function, bool counted);
     bool allocationFails();
     uint32_t lengthOf(const std::string& getter, uint32_t width) const;
@@ -46,7 +46,7 @@ private:
     static std::string checked(std::string_view function);
 
     std::map<std::string, std::deque<uint32_t>> waiting_;
-    std::map<std::string, uint32_t> standing_;
+    std::map<std::string, uint32_t> always_;
     std::map<std::string, uint32_t> lengths_;
     std::map<std::string, uint64_t> made_;
     uint64_t firstFault_ = 0;  // 0 is none

@@ -1,4 +1,4 @@
-// What the recording platform keeps between calls; the calls themselves are in calls.cpp and host.cpp.
+// The state of the recording platform between calls. The calls are in calls.cpp and host.cpp.
 #pragma once
 
 #include <cstdarg>
@@ -21,11 +21,11 @@ struct Thing {
     bool live;
     bool isCached;  // iterators only
     uint32_t table;
-    uint32_t keyWord;  // cached iterators: the key that resets bring
-    uint64_t owner;    // iterators: the object they were made on
+    uint32_t keyWord;  // cached iterators: the key word of their resets
+    uint64_t owner;    // iterators: the object they were created on
     uint64_t inner;    // the handle of the engine behind
     std::string name;
-    Bytes row;  // objects: what reading or stepping brought, for getters
+    Bytes row;  // objects: the row that was read or stepped to, for getters
 };
 
 struct State {
@@ -57,14 +57,14 @@ struct State {
 
     uint64_t addObject(uint32_t table, uint64_t inner);
     uint64_t addIterator(uint64_t owner, uint64_t inner);
-    // Ends the iterators of an object; a cached one only together with the object itself.
+    // Ends the iterators of an object; cached ones only together with the object.
     void dropIterators(uint64_t owner, bool cachedToo);
     void release(uint64_t object);
 
-    // The live thing under a handle. Null when there is none; that is noted as misuse but for handle 0.
+    // The live object or iterator of a handle. Null if there is none, which is recorded as misuse except for handle 0.
     Thing* find(uint64_t handle, Kind kind, const char* user);
     Thing* findOf(uint32_t table, uint64_t handle, const char* user);
-    // How a handle is written, usable or not.
+    // The text of a handle, valid or not.
     std::string nameOf(uint64_t handle) const;
     size_t liveThings(Kind kind) const;
 };

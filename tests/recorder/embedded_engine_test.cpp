@@ -1,4 +1,5 @@
-// The recorder in front of the embedded engine: calls are noted, scripted codes win, all else is the engine's.
+// The recorder in front of the embedded engine: calls are recorded, scripted codes take precedence, everything else
+// comes from the engine.
 #include "tests/platform/embedded_engine.h"
 
 #include <gtest/gtest.h>
@@ -21,7 +22,7 @@ class StackedTest : public testing::Test {
 protected:
     void SetUp() override {
         platform.reset();
-        platform.forwardTo(&behind);
+        platform.forwardTo(&engineBehind);
     }
     void TearDown() override { platform.reset(); }
 
@@ -46,7 +47,7 @@ protected:
 
     Recorder& platform = Recorder::instance();
     mcast6::engine::Engine engine{mcast6::store::makeMemoryStore(schema::catalog()), schema::catalog()};
-    EmbeddedEngine behind{engine};
+    EmbeddedEngine engineBehind{engine};
 };
 
 TEST_F(StackedTest, theEngineAnswersAndTheRecorderNotes) {
@@ -66,7 +67,7 @@ TEST_F(StackedTest, aScriptedFailureDoesNotReachTheEngine) {
     platform.answer("db_write_obj", 110024);
     EXPECT_EQ(110024u, write(1));
     EXPECT_EQ(0u, count());
-    platform.answer("db_write_obj", 0);  // a turn left to the engine
+    platform.answer("db_write_obj", 0);  // this call is left to the engine
     EXPECT_EQ(0u, write(1));
     EXPECT_EQ(1u, count());
 }

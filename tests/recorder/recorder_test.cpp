@@ -1,4 +1,4 @@
-// The recording platform on its own: what it notes, what it answers, what it finds wrong.
+// The recording platform on its own: what it records, what it returns, which misuse it finds.
 #include "tests/platform/recorder.h"
 
 #include <gmock/gmock.h>
@@ -335,9 +335,9 @@ TEST_F(RecorderTest, allocationsAreNotedAndCanFail) {
 
 TEST_F(RecorderTest, theWatcherAddsItsLinesBeforeTheNext) {
     int errors = 0;
-    int told = 0;
+    int seen = 0;
     platform.watch([&](Trace& trace) {
-        for (; told < errors; ++told) trace.push_back("error " + std::to_string(told));
+        for (; seen < errors; ++seen) trace.push_back("error " + std::to_string(seen));
     });
     MCAST6_DfxCounterInc(1);
     ++errors;
@@ -447,7 +447,7 @@ TEST_F(RecorderTest, wrongBuffersAreMisuse) {
                                   }));
 }
 
-// Creates, sets and writes, and gives up at the first failure.
+// Creates, sets and writes; stops at the first failure.
 uint32_t writeOnce() {
     uint64_t object = 0;
     uint8_t row[68] = {};

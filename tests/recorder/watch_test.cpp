@@ -1,4 +1,4 @@
-// Watching: lines of the test's own between those of the recorder.
+// Watching: a test adds lines of its own between those of the recorder.
 #include <gtest/gtest.h>
 
 #include "mcast6_platform/host.h"

@@ -1,4 +1,4 @@
-// The catalog of tables: rules that hold for every table, and what single tables must say.
+// The catalog of tables: rules for every table, and the content of single tables.
 #include "platform/schema/catalog.h"
 
 #include <gmock/gmock.h>
@@ -57,7 +57,7 @@ TEST_P(EachTable, fieldsLieInsideTheRecordWithoutOverlap) {
     EXPECT_LE(table.fields.size(), kMaxFields);
 }
 
-// Accessors share one name space: a field must not make an accessor that another accessor's name is.
+// Accessors share one name space: no two accessors may have the same name.
 TEST_P(EachTable, noFieldNameMakesAnAccessorTwice) {
     for (const Field& field : table.fields) {
         EXPECT_NE("all_fields", field.name);
@@ -113,7 +113,7 @@ TEST_P(EachTable, answersOfTheEngineAreThoseAllowed) {
     EXPECT_EQ(0u, table.capacity);
 }
 
-// 'name offset width kind' for each field, so that a list below is compared in one go.
+// 'name offset width kind' for each field, to compare a whole list at once.
 std::vector<std::string> fieldsOf(const Table& table) {
     std::vector<std::string> lines;
     for (const Field& field : table.fields) {
@@ -191,7 +191,7 @@ TEST(Catalog, anUnknownNameIsNoTable) {
     EXPECT_FALSE(tableNamed("").has_value());
 }
 
-// The published layout says what the schema says.
+// The published layout matches the schema.
 template <class Fields, class Indexes>
 void expectSameLayout(const Table& table, uint16_t recordSize, const Fields& fields, const layout::Key& primary,
                       const Indexes& indexes) {

@@ -1,7 +1,7 @@
-// Rows and records told as digits, one pair for each byte.
+// Rows and records as hexadecimal digits, two for each byte.
 //
-// In the samples a byte tells where it comes from: byte n of a caller's record is n (beyond 255 counted down again from
-// ff), byte n of a stored row is ff - n. So "34353637" in a row that was written came from offset 0x34 of the record.
+// The value of each sample byte shows its offset: byte n of a caller's record is n (beyond 255, counting down again
+// from ff), byte n of a stored row is ff - n. So "34353637" in a written row came from offset 0x34 of the record.
 #pragma once
 
 #include <cstring>
@@ -29,15 +29,15 @@ inline std::string storedRow(size_t size) {
     return recording::hex(bytes);
 }
 
-// The row with "__", the bytes that belong to no field, replaced.
+// Returns the row with each "__" (a byte of no field) replaced.
 inline std::string withGaps(std::string_view row, std::string_view twoDigits) {
-    std::string told;
+    std::string replaced;
     for (size_t at = 0; at < row.size(); ++at) {
         if (row[at] == ' ') continue;
-        told += row[at] == '_' ? std::string(twoDigits) : std::string(1, row[at]);
+        replaced += row[at] == '_' ? std::string(twoDigits) : std::string(1, row[at]);
         if (row[at] == '_') ++at;
     }
-    return told;
+    return replaced;
 }
 
 struct Piece {
@@ -54,7 +54,7 @@ void put(Record& record, const std::vector<Piece>& pieces) {
     }
 }
 
-// The key as the recorder tells it.
+// The key as the recorder prints it.
 inline std::string keyOf(std::string_view keyWord, std::string_view key) {
     return "key=" + std::string(keyWord) + ":" + digits(key);
 }

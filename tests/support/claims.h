@@ -1,5 +1,5 @@
-// Claims about a table, told once for all tables of a family:
-// INSTANTIATE_TEST_SUITE_P(<table>, EveryClaim, testing::ValuesIn(<claims>), nameOfClaim) makes one test of each.
+// Claims: tested properties of a table, written once for all tables of a family. INSTANTIATE_TEST_SUITE_P(<table>,
+// EveryClaim, testing::ValuesIn(<claims>), nameOfClaim) makes one test of each.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -12,7 +12,7 @@ namespace mcast6::tests {
 
 struct Claim {
     std::string name;
-    std::function<void()> check;  // with EXPECT_..., on a recorder and a library that were put back to their start
+    std::function<void()> check;  // uses EXPECT_...; the recorder and the library were reset before
 };
 
 class EveryClaim : public testing::TestWithParam<Claim> {

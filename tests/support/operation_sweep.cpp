@@ -15,7 +15,7 @@ namespace {
 
 using recording::Recorder;
 
-// Each call is made to fail with each of these; the last stands for the engine's ordinary failures.
+// Each call is made to fail with each of these; the last represents all other failures of the engine.
 constexpr uint32_t kCodes[] = {1, 13044, 15005, 110012, 110024, 9};
 
 Recorder& platform() { return Recorder::instance(); }
@@ -32,7 +32,7 @@ std::string recordLine(uint32_t tableNumber, uint32_t errorKind) {
     return "record " + std::to_string(tableNumber) + " " + std::to_string(errorKind);
 }
 
-// Adds a line for each error that was recorded since 'seen', which then is up to date.
+// Adds a line for each error recorded since 'seen', and updates 'seen'.
 void noteErrors(ErrorStatistics& seen, Trace& trace) {
     const ErrorStatistics now = errorStatistics();
     for (uint32_t table = 0; table < kTables; ++table) {
@@ -60,41 +60,41 @@ struct Case {
     std::string name;
     Run run;
     std::function<void()> fault;  // set up after the scene
-    Expectation expectation;      // without the memory that stays as it is
+    Expectation expectation;      // without the memory that must be unchanged
 };
 
-// Runs a case on its scene and returns what it shows; completes the expectation with the memory before the run.
-Picture pictureOf(const Scene& scene, const Case& item, Expectation& expectation) {
+// Runs a case on its scene and returns the observation. Adds the memory before the run to the expectation.
+Observation pictureOf(const Scene& scene, const Case& item, Expectation& expectation) {
     startOver(item.expectation.isLogged);
     scene.prepare();
     platform().takeTrace();
     const size_t logLinesBefore = platform().logFormats().size();
     const ErrorStatistics errorsBefore = errorStatistics();
     const Alive before;
-    for (const auto& [name, text] : memoryOf(scene)) expectation.picture.memory.emplace(name, text);
+    for (const auto& [name, text] : memoryOf(scene)) expectation.expected.memory.emplace(name, text);
     item.fault();
 
-    Picture picture;
-    picture.result = item.run();
+    Observation observed;
+    observed.result = item.run();
 
     recording::state().watcher(recording::state().trace);
-    picture.trace = platform().takeTrace();
+    observed.trace = platform().takeTrace();
     const auto& formats = platform().logFormats();
-    picture.logFormats.assign(formats.begin() + static_cast<std::ptrdiff_t>(logLinesBefore), formats.end());
-    picture.errors = errorStatistics();
+    observed.logFormats.assign(formats.begin() + static_cast<std::ptrdiff_t>(logLinesBefore), formats.end());
+    observed.errors = errorStatistics();
     for (uint32_t table = 0; table < kTables; ++table) {
-        for (uint32_t kind = 0; kind < kErrorKinds; ++kind) picture.errors[table][kind] -= errorsBefore[table][kind];
+        for (uint32_t kind = 0; kind < kErrorKinds; ++kind) observed.errors[table][kind] -= errorsBefore[table][kind];
     }
-    picture.memory = memoryOf(scene);
+    observed.memory = memoryOf(scene);
     const Alive after;
-    picture.objects = after.objects - before.objects;
-    picture.iterators = after.iterators - before.iterators;
-    picture.blocks = after.blocks - before.blocks;
-    return picture;
+    observed.objects = after.objects - before.objects;
+    observed.iterators = after.iterators - before.iterators;
+    observed.blocks = after.blocks - before.blocks;
+    return observed;
 }
 
 template <class Lines>
-void tell(std::ostream& out, const char* what, const Lines& lines) {
+void print(std::ostream& out, const char* what, const Lines& lines) {
     out << "  " << what << ":\n";
     for (const std::string& text : lines) out << "    " << text << "\n";
 }
@@ -108,8 +108,8 @@ void compare(std::ostream& out, const std::string& what, const Value& actual, co
 template <class Lines>
 void compareLines(std::ostream& out, const std::string& what, const Lines& actual, const Lines& expected) {
     if (actual == expected) return;
-    tell(out, (what + " is").c_str(), actual);
-    tell(out, (what + " expected").c_str(), expected);
+    print(out, (what + " is").c_str(), actual);
+    print(out, (what + " expected").c_str(), expected);
 }
 
 void compareErrors(std::ostream& out, const ErrorStatistics& actual, const ErrorStatistics& expected) {
@@ -121,7 +121,7 @@ void compareErrors(std::ostream& out, const ErrorStatistics& actual, const Error
     }
 }
 
-std::string differences(const Picture& actual, const Picture& expected) {
+std::string differences(const Observation& actual, const Observation& expected) {
     std::ostringstream out;
     compare(out, "result", actual.result, expected.result);
     compareLines(out, "trace", actual.trace, expected.trace);
@@ -142,15 +142,15 @@ void apply(const Effects& effects, Expectation& expectation) {
 }
 
 void succeed(const Call& call, Expectation& expectation) {
-    expectation.picture.trace.push_back(call.given.empty() ? call.line : call.line + " -> " + call.given);
+    expectation.expected.trace.push_back(call.given.empty() ? call.line : call.line + " -> " + call.given);
 }
 
 void fail(const Call& call, Expectation& expectation, uint32_t answer) {
     const std::string outcome = call.isAllocation ? "null" : std::to_string(answer);
-    expectation.picture.trace.push_back(call.line + " -> " + outcome);
+    expectation.expected.trace.push_back(call.line + " -> " + outcome);
 }
 
-// All that happens up to a step.
+// The expectation of everything before a step.
 Expectation before(const Operation& operation, size_t step, bool isLogged) {
     Expectation expectation;
     expectation.isLogged = isLogged;
@@ -161,7 +161,7 @@ Expectation before(const Operation& operation, size_t step, bool isLogged) {
     return expectation;
 }
 
-// How many allocations, or calls that answer a code, come before one.
+// The number of allocations, or of calls that return a code, before the given one.
 uint64_t countBefore(const Operation& operation, size_t step, size_t position, bool allocations) {
     uint64_t count = 0;
     for (size_t i = 0; i <= step; ++i) {
@@ -172,10 +172,10 @@ uint64_t countBefore(const Operation& operation, size_t step, size_t position, b
     return count;
 }
 
-// A case is described for a run with a log callback or without, so it is built for each.
+// A case is built for each kind of run: with a log callback and without.
 using Build = std::function<Case(bool isLogged)>;
 
-// The effects on an expectation whose log lines are to appear or not.
+// Applies the effects to the expectation of a case.
 Case concluded(Case item, const Effects& effects) {
     apply(effects, item.expectation);
     return item;
@@ -233,7 +233,7 @@ std::string accessorOf(const Call& call) {
            call.line.substr(dot + 1, end - dot - 1);
 }
 
-// Every call of a step fails, each with a bit of its own.
+// Every call of a step fails, each with its own bit.
 Build failureTogether(const Operation& operation, size_t stepIndex) {
     return [&operation, stepIndex](bool isLogged) {
         const Step& step = operation.steps[stepIndex];
@@ -274,7 +274,7 @@ std::vector<Build> casesOf(const Operation& operation) {
 }
 
 Effect returnsText(const char* text) {
-    return [text](Expectation& expectation) { expectation.picture.result = text; };
+    return [text](Expectation& expectation) { expectation.expected.result = text; };
 }
 
 }  // namespace
@@ -284,7 +284,7 @@ Effect allOf(Effects effects) {
 }
 
 Effect line(std::string text) {
-    return [text = std::move(text)](Expectation& expectation) { expectation.picture.trace.push_back(text); };
+    return [text = std::move(text)](Expectation& expectation) { expectation.expected.trace.push_back(text); };
 }
 
 Effect dfx(uint32_t counterId) { return line("dfx " + std::to_string(counterId)); }
@@ -293,13 +293,13 @@ Effect kpi(uint32_t kpiId) { return line("kpi " + std::to_string(kpiId)); }
 
 Effect record(uint32_t tableNumber, uint32_t errorKind) {
     return [tableNumber, errorKind](Expectation& expectation) {
-        expectation.picture.trace.push_back(recordLine(tableNumber, errorKind));
-        ++expectation.picture.errors.at(tableNumber).at(errorKind);
+        expectation.expected.trace.push_back(recordLine(tableNumber, errorKind));
+        ++expectation.expected.errors.at(tableNumber).at(errorKind);
     };
 }
 
 Effect returns(Argument result) {
-    return [result](Expectation& expectation) { expectation.picture.result = std::to_string(result.in(expectation)); };
+    return [result](Expectation& expectation) { expectation.expected.result = std::to_string(result.in(expectation)); };
 }
 
 Effect returnsNull() { return returnsText(kNull); }
@@ -310,15 +310,15 @@ Effect returnsNothing() { return returnsText(kNothing); }
 
 Effect leaves(std::string name, std::string text) {
     return [name = std::move(name), text = std::move(text)](Expectation& expectation) {
-        expectation.picture.memory[name] = text;
+        expectation.expected.memory[name] = text;
     };
 }
 
 Effect keeps(int64_t objects, int64_t iterators, int64_t blocks) {
     return [objects, iterators, blocks](Expectation& expectation) {
-        expectation.picture.objects = objects;
-        expectation.picture.iterators = iterators;
-        expectation.picture.blocks = blocks;
+        expectation.expected.objects = objects;
+        expectation.expected.iterators = iterators;
+        expectation.expected.blocks = blocks;
     };
 }
 
@@ -332,8 +332,8 @@ Effect LogId::line(const char* format, std::vector<Argument> arguments) const {
         std::snprintf(head, sizeof head, "log 9 0x%08X ", logId);
         char text[400];
         std::snprintf(text, sizeof text, format, values[0], values[1], values[2]);
-        expectation.picture.trace.push_back(head + ('"' + std::string(text) + '"'));
-        expectation.picture.logFormats.emplace_back(format);
+        expectation.expected.trace.push_back(head + ('"' + std::string(text) + '"'));
+        expectation.expected.logFormats.emplace_back(format);
     };
 }
 
@@ -364,9 +364,9 @@ std::vector<std::string> mismatches(const Operation& operation, size_t* cases) {
         for (const bool isLogged : {true, false}) {
             const Case item = build(isLogged);
             Expectation expectation = item.expectation;
-            const Picture actual = pictureOf(operation.scene, item, expectation);
+            const Observation actual = pictureOf(operation.scene, item, expectation);
             if (cases != nullptr) ++*cases;
-            const std::string found = differences(actual, expectation.picture);
+            const std::string found = differences(actual, expectation.expected);
             if (found.empty()) continue;
             texts.push_back(operation.name + ": " + item.name + (isLogged ? "" : ", no log callback") + "\n" + found);
         }

@@ -1,7 +1,7 @@
-// An operation told as data, and the sweep that holds the library to it.
+// An operation described as data, and the sweep that checks the library against the description.
 //
-// A description lists the engine calls and allocations of an operation in their order, what each way out leaves behind,
-// and nothing is left to the code under test: numbers, messages and bytes are spelled out where the operation is told.
+// A description lists the engine calls and allocations of an operation in order, and the effects of each exit. It takes
+// nothing from the code under test: numbers, messages and bytes are literals.
 //
 //     const LogId config{0x0F2E1012};
 //     const Effect released = allOf({line("release l2mc6_bd_enable obj1"), dfx(454)});
@@ -22,10 +22,10 @@
 //         .done = {released, dfx(455), returns(0)},
 //     }
 //
-// From it come the run in which all goes well; each null parameter; each call failing with each of 1, 13044, 15005,
-// 110012, 110024 and 9; each allocation failing; the calls of one step failing together; and all of that once more with
-// no log callback. Each time everything is compared that the library shows: the result, every line of the recorder's
-// trace in order, the log's formats as they came, all error statistics, the caller's memory, and what is still alive.
+// The sweep runs the successful case; each null parameter; each call failing with each of 1, 13044, 15005, 110012,
+// 110024 and 9; each allocation failing; all calls of one step failing together; and all of these again without a log
+// callback. Each run compares everything that is visible: the result, every line of the recorder's trace in order, the
+// log formats, all error statistics, the caller's memory, and the live objects, iterators and blocks.
 #pragma once
 
 #include <array>
@@ -48,36 +48,36 @@ inline constexpr uint32_t kTables = 33;
 inline constexpr uint32_t kErrorKinds = 10;
 using ErrorStatistics = std::array<std::array<uint64_t, kErrorKinds>, kTables>;
 
-// What a run of an operation shows to its caller, the host and the engine.
-struct Picture {
+// What is visible after a run of an operation: to its caller, the host and the engine.
+struct Observation {
     std::string result;
     Trace trace;  // with a line "record <table> <kind>" before the line that follows a recorded error
     std::vector<std::string> logFormats;
     ErrorStatistics errors{};
     std::map<std::string, std::string> memory;  // by Watched::name
-    int64_t objects = 0;                        // alive, more than before
+    int64_t objects = 0;                        // alive, in addition to those before
     int64_t iterators = 0;
     int64_t blocks = 0;
 };
 
-// A picture that is being made of what should happen.
+// The observation that a description predicts, built effect by effect.
 struct Expectation {
-    Picture picture;
-    uint32_t code = 0;  // what the failing call answered
+    Observation expected;
+    uint32_t code = 0;  // what the failing call returned
     bool isLogged = true;
 };
 
-// How results other than numbers are told.
+// The text of results other than numbers.
 inline constexpr const char* kNull = "null";
 inline constexpr const char* kHandle = "handle";
 inline constexpr const char* kNothing = "nothing";
 
-// -- effects: what a way out does, in the order in which it does it ---------------------------------------------------
+// -- effects: what an exit does, in order -----------------------------------------------------------------------------
 
 using Effect = std::function<void(Expectation&)>;
 using Effects = std::vector<Effect>;
 
-// Stands for the answer of the failing call; for several failing calls, the OR of their answers.
+// The code that the failing call returned; for several failing calls, the OR of their codes.
 struct Code {};
 inline constexpr Code code;
 
@@ -103,9 +103,9 @@ Effect returns(Argument result);
 Effect returnsNull();
 Effect returnsHandle();
 Effect returnsNothing();
-// What a watched piece of memory holds afterwards; without this it must be as before.
+// The content of watched memory afterwards; without this effect it must be unchanged.
 Effect leaves(std::string name, std::string text);
-// Objects, iterators and blocks that are alive and were not before; negative: fewer than before.
+// The change in the number of live objects, iterators and blocks; may be negative.
 Effect keeps(int64_t objects, int64_t iterators, int64_t blocks);
 
 // Effects of a log line: config("format", arguments...).
@@ -123,24 +123,24 @@ private:
 
 // -- operations -------------------------------------------------------------------------------------------------------
 
-// Something that can fail: a call that answers an engine code, or an allocation.
+// Something that can fail: a call that returns an engine code, or an allocation.
 struct Call {
-    std::string line;   // as the recorder notes it
-    std::string given;  // what it gives when it succeeds: "obj1"
+    std::string line;   // as the recorder prints it
+    std::string given;  // what it returns on success: "obj1"
     bool isAllocation = false;
 };
 Call call(std::string line);
 Call gives(std::string line, std::string given);
 Call allocation(uint32_t size, std::string given);
-// A scalar setter's line.
+// The line of a scalar setter.
 Call sets(std::string_view field, std::string_view object, uint64_t value);
 
-// Calls of which all are made even when one of them fails; mostly there is just one.
+// Usually one call. With several, all are made even if one fails.
 struct Step {
     std::vector<Call> calls;
-    Effects failed;                             // what follows a failure, to the end of the operation
-    std::map<uint32_t, Effects> answered = {};  // answers that are not treated as the others are
-    Effects done = {};                          // what follows success, before the next step
+    Effects failed;                             // effects after a failure, to the end of the operation
+    std::map<uint32_t, Effects> answered = {};  // by code, where the effects differ from 'failed'
+    Effects done = {};                          // effects after success, before the next step
 };
 
 struct Watched {
@@ -148,13 +148,13 @@ struct Watched {
     std::function<std::string()> text;
 };
 
-// What an operation starts from.
+// The state before an operation.
 struct Scene {
     std::function<void()> prepare = [] {};
     std::vector<Watched> watched = {};
 };
 
-// Calls the operation and tells the result as text.
+// Calls the operation and returns its result as text.
 class Run {
 public:
     template <class Function>
@@ -193,17 +193,17 @@ struct Operation {
     Effects done;
 };
 
-// Puts the recorder and the library back to their start, registers the recorder's memory hooks and its log callback
-// ('isLogged' false: none), and lets the trace tell recorded errors.
+// Resets the recorder and the library, registers the recorder's memory hooks and its log callback (none if 'isLogged'
+// is false), and adds recorded errors to the trace.
 void startOver(bool isLogged = true);
 
-// Runs every case of the operation and returns one text for each that is not as described, which names the case and
-// shows what differs. 'cases', if not null, is added the number of cases that were run.
+// Runs every case of the operation. Returns one text for each case that differs from the description; it names the case
+// and shows the differences. Adds the number of cases to '*cases' if that is not null.
 std::vector<std::string> mismatches(const Operation& operation, size_t* cases = nullptr);
 
 // -- helpers for descriptions -----------------------------------------------------------------------------------------
 
-// Hexadecimal digits without the blanks that make them readable.
+// Hexadecimal digits without the blanks between them.
 std::string digits(std::string_view text);
 // The bytes of something as hexadecimal digits.
 template <class T>

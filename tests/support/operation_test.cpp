@@ -5,9 +5,9 @@
 namespace mcast6::tests {
 
 // A program may have none.
-GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(EveryWayOut);
+GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(EveryExit);
 
-TEST_P(EveryWayOut, isAsDescribed) {
+TEST_P(EveryExit, isAsDescribed) {
     for (const std::string& mismatch : mismatches(GetParam())) ADD_FAILURE() << mismatch;
 }
 

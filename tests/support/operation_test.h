@@ -1,4 +1,4 @@
-// The sweep as a test: INSTANTIATE_TEST_SUITE_P(<table>, EveryWayOut, testing::ValuesIn(<operations>), nameOfOperation)
+// The sweep as a test: INSTANTIATE_TEST_SUITE_P(<table>, EveryExit, testing::ValuesIn(<operations>), nameOfOperation)
 // makes one test of each operation.
 #pragma once
 
@@ -11,7 +11,7 @@
 
 namespace mcast6::tests {
 
-class EveryWayOut : public testing::TestWithParam<Operation> {};
+class EveryExit : public testing::TestWithParam<Operation> {};
 
 std::string nameOfOperation(const testing::TestParamInfo<Operation>& item);
 void PrintTo(const Operation& operation, std::ostream* out);

@@ -1,11 +1,11 @@
-// What the library keeps for the whole process beside its context: cached objects, scan handles, source process ids.
+// The process-wide state of the library besides its context: cached objects, scan handles, source process ids.
 #pragma once
 
 #include "mcast6_db.h"
 
 namespace mcast6::tests {
 
-// As at load. The objects that were cached are the engine's to drop, which a test resets at the same time.
+// Restores the state at load. Cached objects are not released: a test resets the engine at the same time.
 inline void forgetProcessState() {
     for (Mcast6DbHandle* cache :
          {&g_l2Mfib6BdDbReadObjCache, &g_l2Mfib6DbReadObjCache, &g_l3Mfib6DbReadObjCache, &g_l3Mfib6DbStatObjCache,

@@ -31,7 +31,7 @@ void expectArgumentsOfCreation(const TableFacts& table, const std::string& count
     EXPECT_EQ(platform().trace(), (Trace{"create " + table.name + " 9 7 -> obj1", counted}));
 }
 
-void expectTold(const Tolerance& tolerance) {
+void expectReported(const Tolerance& tolerance) {
     Trace lines = platform().takeTrace();
     EXPECT_EQ(1, std::count(lines.begin(), lines.end(), tolerance.counted));
     EXPECT_EQ(0, std::count(lines.begin(), lines.end(), tolerance.notCounted));

@@ -1,7 +1,7 @@
-// What the tests of many tables ask for beside the ways out of their operations, told once.
+// Checks that the tests of many tables share, in addition to the sweep over the exits of their operations.
 //
-// Each is a check with EXPECT_..., made on a recorder and a library that were put back to their start: in a SampleTest or
-// a Claim. What is a table's own, its bytes, numbers and results, stands where the check is asked for.
+// Each check uses EXPECT_... and needs a recorder and a library that were reset: use it in a SampleTest or a Claim. The
+// bytes, numbers and results of a table are given where the check is used.
 //
 //     TEST_F(VlanPortTest, setKeepsACreationTimeThatIsGiven) {
 //         record.timeStampCreate = 1ULL << 63;
@@ -39,19 +39,19 @@ protected:
     Record record;
 };
 
-// Nothing was logged and no error recorded, under whatever number.
+// Nothing was logged and no error was recorded for any table.
 void expectSilence();
 
 // -- conversions ------------------------------------------------------------------------------------------------------
 
-// 'set' makes this row of the sample, without a call of the engine.
+// 'set' converts the sample into this row, without a call of the engine.
 template <class Record, class Set>
 void expectRow(TableFamily<Record>& table, const std::string& row, Set set) {
     EXPECT_EQ(row, table.rowOf(set));
     EXPECT_THAT(recording::Recorder::instance().trace(), testing::IsEmpty());
 }
 
-// 'get' does to the sample what reading the stored row does, without a call of the engine or a look at the clock.
+// 'get' changes the sample as reading the stored row does, without a call of the engine or a reading of the clock.
 template <class Record, class Get>
 void expectRecord(TableFamily<Record>& table, Get get) {
     EXPECT_EQ(table.readBack(), table.recordOf(get));
@@ -59,7 +59,8 @@ void expectRecord(TableFamily<Record>& table, Get get) {
     EXPECT_EQ(0u, recording::Recorder::instance().clockReadings());
 }
 
-// 'setKey' makes the key of the sample; it is called with the key word or all of its descriptor, the key and the record.
+// 'setKey' makes the key of the sample; it is called with the key word or all of its descriptor, the key and the
+// record.
 template <class Record, class SetKey>
 void expectKey(TableFamily<Record>& table, SetKey setKey) {
     EXPECT_EQ(table.facts.key, table.keyOf([setKey](Mcast6DbKeyDesc* descriptor, void* key, const Record* record) {
@@ -74,12 +75,13 @@ void expectKey(TableFamily<Record>& table, SetKey setKey) {
 
 // -- time stamps ------------------------------------------------------------------------------------------------------
 
-// Lets the clock tell other times than the samples do, and another one at each reading; they stand in a row so.
+// Sets the clock to times that no sample holds, different at each reading. In a row they are kFirstTime and
+// kSecondTime.
 void startClock();
 inline const std::string kFirstTime = "0807060504030201";
 inline const std::string kSecondTime = "0907060504030201";
 
-// 'set' makes these stamps of the record, the creation time first, and reads the clock once.
+// 'set' writes these stamps, the creation time first, and reads the clock once.
 template <class Record, class Set>
 void expectStamps(const TableFamily<Record>& table, Set set, const Record& record, const std::string& stamps) {
     startClock();
@@ -96,8 +98,8 @@ void expectStamps(const TableFamily<Record>& table, Set set, const Record& recor
 // A row of bytes 5a with these stamps.
 std::string stampedRow(const TableFacts& table, const std::string& createTime, const std::string& smoothTime);
 
-// 'stamp' writes the smooth time to a row and, if its flag is not 0, the same as the creation time. It reads the clock
-// once, and answers the time if it answers at all.
+// 'stamp' writes the smooth time to a row and, if its flag is not 0, the same time as the creation time. It reads the
+// clock once, and returns the time unless it returns void.
 template <class Record, class Result, class Flag>
 void expectStamping(const TableFamily<Record>& table, Result (*stamp)(Flag, void*)) {
     startClock();
@@ -120,10 +122,11 @@ void expectStamping(const TableFamily<Record>& table, Result (*stamp)(Flag, void
 
 // -- operations -------------------------------------------------------------------------------------------------------
 
-// The create operation gives the engine its arguments, then does what 'counted' says: "dfx 336".
+// The create operation passes its arguments to the engine, then counts 'counted': "dfx 336".
 void expectArgumentsOfCreation(const TableFacts& table, const std::string& counted);
 
-// A read of an absent record answers 'result' in silence, and leaves the record and no object.
+// A read of an absent record returns 'result', logs and records nothing, leaves the caller's record unchanged and no
+// object alive.
 template <class Record>
 void expectAbsentRead(const TableFamily<Record>& table, uint32_t (*read)(Record*), uint32_t result) {
     Record record = table.sample();
@@ -134,7 +137,8 @@ void expectAbsentRead(const TableFamily<Record>& table, uint32_t (*read)(Record*
     EXPECT_EQ(0u, recording::Recorder::instance().liveObjects());
 }
 
-// A record that is gone when an iterator has stepped to it and reads it: 60, in silence, and the caller's record stays.
+// A record that is removed after an iterator stepped to it and before it is read: 60, nothing logged or recorded, and
+// the caller's record is unchanged.
 template <class Record>
 void expectVanishedRecord(const TableFamily<Record>& table, uint32_t (*getEntry)(Mcast6DbRes*, Record*),
                           void (*releaseIterator)(Mcast6DbRes*)) {
@@ -152,15 +156,15 @@ void expectVanishedRecord(const TableFamily<Record>& table, uint32_t (*getEntry)
     EXPECT_EQ(0u, recording::Recorder::instance().liveBlocks());
 }
 
-// What an operation tells when it takes 13044 for success: lines of the trace, "dfx 339", "kpi 51", "record 21 1".
+// What an operation reports when it treats 13044 as success: lines of the trace, "dfx 339", "kpi 51", "record 21 1".
 struct Tolerance {
-    std::string engineCall;  // that is answered with 13044
+    std::string engineCall;  // the call that returns 13044
     std::string counted;     // once
     std::string notCounted;
     std::string error;  // the only one
 };
-// Compares with what was told since the last look at the trace; nothing may have been logged.
-void expectTold(const Tolerance& tolerance);
+// Compares with the trace since it was last taken; nothing may have been logged.
+void expectReported(const Tolerance& tolerance);
 
 template <class Record>
 void expectTolerance(const TableFamily<Record>& table, uint32_t (*function)(const Record*),
@@ -168,14 +172,14 @@ void expectTolerance(const TableFamily<Record>& table, uint32_t (*function)(cons
     const Record record = table.sample();
     recording::Recorder::instance().answer(tolerance.engineCall, 13044);
     EXPECT_EQ(0u, function(&record));
-    expectTold(tolerance);
+    expectReported(tolerance);
 }
 
 // -- families of tables -----------------------------------------------------------------------------------------------
-// 'told' is what a family tells of one of its tables: the name, sizes, bytes, counters and functions that are used here.
-// The samples have bytes that tell their offsets (see bytes.h).
+// 'literals' describes one table of a family: the name, sizes, bytes, counters and functions that are used here. The
+// values of the sample bytes show their offsets (see bytes.h).
 
-// Of a table of egress members. 'get' answers nothing, or the code of an address conversion.
+// The functions of a table of egress members. 'get' returns nothing, or the code of an address conversion.
 template <class Entry, class GetResult = void>
 struct MemberFunctions {
     int64_t (*stamp)(int32_t, void*);
@@ -194,33 +198,33 @@ struct MemberFunctions {
 };
 
 // 'createFailed' as in TableFacts.
-template <class Told>
-TableFacts factsOf(const Told& told, Effects createFailed) {
-    return {.name = told.name,
-            .rowSize = told.rowSize,
-            .createStamp = told.createStamp,
-            .key = told.key,
-            .writtenRow = withGaps(told.row, "00"),
-            .storedRow = storedRow(told.rowSize),
-            .created = {dfx(told.counters.created)},
+template <class Literals>
+TableFacts factsOf(const Literals& literals, Effects createFailed) {
+    return {.name = literals.name,
+            .rowSize = literals.rowSize,
+            .createStamp = literals.createStamp,
+            .key = literals.key,
+            .writtenRow = withGaps(literals.row, "00"),
+            .storedRow = storedRow(literals.rowSize),
+            .created = {dfx(literals.counters.created)},
             .createFailed = std::move(createFailed),
-            .released = allOf({line("release " + told.name + " obj1"), dfx(told.counters.released)}),
-            .createObject = told.functions.createObject,
-            .createIterator = told.functions.createIteratorOfAll};
+            .released = allOf({line("release " + literals.name + " obj1"), dfx(literals.counters.released)}),
+            .createObject = literals.functions.createObject,
+            .createIterator = literals.functions.createIteratorOfAll};
 }
 
-// What is claimed of every table of the families, after the claims of its own. 'told' and the table must outlive them.
-template <class Told, class Record>
-std::vector<Claim> claimsOf(const Told& told, TableFamily<Record>& table, std::vector<Claim> all) {
+// The claims for every table of the families, after those given in 'all'. 'literals' and the table must outlive them.
+template <class Literals, class Record>
+std::vector<Claim> claimsOf(const Literals& literals, TableFamily<Record>& table, std::vector<Claim> all) {
     all.push_back({"setWritesEveryFieldInItsPlaceAndNothingElse",
-                   [&told, &table] { expectRow(table, withGaps(told.row, "5a"), told.functions.set); }});
+                   [&literals, &table] { expectRow(table, withGaps(literals.row, "5a"), literals.functions.set); }});
     all.push_back({"getWritesEveryFieldItsConstantsAndNothingElse",
-                   [&told, &table] { expectRecord(table, told.functions.get); }});
-    all.push_back({"aCreationPassesItsArgumentsOn", [&told, &table] {
-                       expectArgumentsOfCreation(table.facts, "dfx " + std::to_string(told.counters.created));
+                   [&literals, &table] { expectRecord(table, literals.functions.get); }});
+    all.push_back({"aCreationPassesItsArgumentsOn", [&literals, &table] {
+                       expectArgumentsOfCreation(table.facts, "dfx " + std::to_string(literals.counters.created));
                    }});
-    all.push_back({"aRecordThatVanishedUnderAnIteratorAnswers60AndIsSilent", [&told, &table] {
-                       expectVanishedRecord(table, told.functions.getEntry, told.functions.releaseIterator);
+    all.push_back({"aRecordThatVanishedUnderAnIteratorAnswers60AndIsSilent", [&literals, &table] {
+                       expectVanishedRecord(table, literals.functions.getEntry, literals.functions.releaseIterator);
                    }});
     return all;
 }

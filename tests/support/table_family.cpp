@@ -8,7 +8,7 @@ namespace mcast6::tests {
 
 namespace {
 
-// What comes first, then the rest.
+// Joins two lists of effects.
 Effects after(const Effect& first, const Effects& rest) {
     Effects all{first};
     all.insert(all.end(), rest.begin(), rest.end());
@@ -19,7 +19,7 @@ std::string answered(uint32_t answer) { return answer == 0 ? "" : " -> " + std::
 
 }  // namespace
 
-IterWays builtByTheFrame(const Effect& released, const Effects& failed) {
+IterExits builtByTheFrame(const Effect& released, const Effects& failed) {
     const Effects withObject = after(released, failed);
     return {.createFailed = failed,
             .rootIterFailed = withObject,
@@ -34,17 +34,17 @@ Step creation(const TableFacts& table, uint32_t objType, Effects failed) {
             .done = table.created};
 }
 
-std::vector<Step> iteration(const TableFacts& table, const std::string& key, const IterWays& ways) {
-    return {creation(table, 5, ways.createFailed),
-            {.calls = {gives("root_iter obj1 " + key, "iter1")}, .failed = ways.rootIterFailed},
-            {.calls = {call("property iter1 0 01000000")}, .failed = ways.propertyFailed}};
+std::vector<Step> iteration(const TableFacts& table, const std::string& key, const IterExits& exits) {
+    return {creation(table, 5, exits.createFailed),
+            {.calls = {gives("root_iter obj1 " + key, "iter1")}, .failed = exits.rootIterFailed},
+            {.calls = {call("property iter1 0 01000000")}, .failed = exits.propertyFailed}};
 }
 
-std::vector<Step> stepAndRead(const TableFacts& table, const EntryWays& ways) {
-    return {{.calls = {call("next iter1")}, .failed = ways.nextFailed, .answered = {{110012, ways.ended}}},
+std::vector<Step> stepAndRead(const TableFacts& table, const EntryExits& exits) {
+    return {{.calls = {call("next iter1")}, .failed = exits.nextFailed, .answered = {{110012, exits.ended}}},
             {.calls = {call("read obj1 none " + std::to_string(table.rowSize))},
-             .failed = ways.readFailed,
-             .answered = {{15005, ways.vanished}}}};
+             .failed = exits.readFailed,
+             .answered = {{15005, exits.vanished}}}};
 }
 
 Call setsAll(const TableFacts& table) { return call("set_all " + table.name + " obj1 " + digits(table.writtenRow)); }
@@ -69,14 +69,14 @@ std::string stampMismatch(const TableFacts& table, uint32_t create, uint32_t smo
     platform.answer("db_set_" + table.name + "_timeStampSmooth", smooth);
     const uint32_t result = run();
     Trace lines = platform.takeTrace();
-    std::sort(lines.begin(), lines.end());  // their order is free
+    std::sort(lines.begin(), lines.end());  // in any order
     const Trace expected{"set " + table.name + ".timeStampCreate obj1 1700000000" + answered(create),
                          "set " + table.name + ".timeStampSmooth obj1 1700000000" + answered(smooth)};
     std::string text;
     if (result != (create | smooth)) text = "answers " + std::to_string(result) + "\n";
     if (lines != expected) {
         text += "calls\n";
-        for (const std::string& told : lines) text += "    " + told + "\n";
+        for (const std::string& line : lines) text += "    " + line + "\n";
     }
     return text.empty() ? "" : "codes " + std::to_string(create) + " and " + std::to_string(smooth) + ": " + text;
 }

@@ -1,8 +1,8 @@
-// The standard operations of a table, told by what differs between tables.
+// Descriptions of the standard operations of a table, built from what differs between tables.
 //
-// A table is told once: its name, its bytes, and what creating and releasing an object does beside the engine's call.
-// Each builder adds the engine calls of one kind of operation, in their order; what each way out does, in the order in
-// which it does it, is spelled out where the table is tested.
+// A table is described once: its name, its bytes, and what creating and releasing an object does in addition to the
+// engine's call. Each builder adds the engine calls of one kind of operation, in order. The test of a table spells out
+// the effects of each exit, in order.
 //
 //     const LogId ports{0x0F2E100F};
 //     const Effect released = allOf({line("release l2mc6_vlan_port obj1"), dfx(22)});
@@ -15,9 +15,9 @@
 //                 .failed = {released, ports("[MCAST6 DB] read vlan port object fail, ret:%u.", code), returns(1)},
 //                 .done = {released, returns(0)}})
 //
-// What comes back is an Operation, in which a test may change what is particular; an operation with calls of its own is
-// written by hand on one of the scenes here. Operations use the table that built them and must not outlive it. Nothing
-// is taken from the library but the operations under test.
+// A builder returns an Operation that a test may modify. An operation with other calls is written by hand, on one of
+// the scenes here. Operations refer to the table that built them and must not outlive it. Only the operations under
+// test come from the library.
 #pragma once
 
 #include <cstdint>
@@ -36,19 +36,19 @@
 
 namespace mcast6::tests {
 
-// -- ways out: what follows the failing call, or success, to the end of the operation ---------------------------------
+// -- exits: the effects after the failing call, or after success, to the end of the operation -------------------------
 
-// Of operations that create an object and make one call: read, remove, count.
-struct CallWays {
-    Effects null = {};     // a null record or output; empty if that is the caller's to avoid
-    Effects createFailed;  // after what the table does for every failed creation
+// For operations that create an object and make one call: read, remove, count.
+struct CallExits {
+    Effects null = {};     // a null record or output; empty if the operation does not check for null
+    Effects createFailed;  // after the table's effects of any failed creation
     Effects failed;
-    std::map<uint32_t, Effects> answered = {};  // answers that are not treated as the others are
+    std::map<uint32_t, Effects> answered = {};  // by code, where the effects differ from 'failed'
     Effects done;
 };
 
-// Of operations that fill the object in between: write, update.
-struct ChangeWays {
+// For operations that fill the object in between: write, update.
+struct ChangeExits {
     Effects null = {};
     Effects createFailed;
     Effects setFailed;
@@ -57,18 +57,19 @@ struct ChangeWays {
     Effects done;
 };
 
-// Of building an iterator. A success returns the handle; in a caller's resource, 0.
-struct IterWays {
+// For creating an iterator. Success returns the handle, or 0 for a handle that the caller provides.
+struct IterExits {
     Effects createFailed;
     Effects rootIterFailed;
     Effects propertyFailed;
-    Effects allocationFailed = {};  // in a caller's resource nothing is allocated
+    Effects allocationFailed = {};  // none for a handle that the caller provides
 };
-// When the frame builds it and the table reports once: the object goes back if there is one, then 'failed'.
-IterWays builtByTheFrame(const Effect& released, const Effects& failed);
+// For an iterator that the frame creates, with one report for all steps: the object is released if there is one, then
+// 'failed'.
+IterExits builtByTheFrame(const Effect& released, const Effects& failed);
 
-// Of the step to the next record. A success fills the record and returns 0.
-struct EntryWays {
+// For the step to the next record. Success fills the record and returns 0.
+struct EntryExits {
     Effects null = {};
     Effects ended = {returns(60)};  // 110012 from the step
     Effects nextFailed;
@@ -81,31 +82,31 @@ struct EntryWays {
 struct TableFacts {
     std::string name;          // of the database table
     uint32_t rowSize;          // bytes
-    uint32_t createStamp = 0;  // where in a row; the smooth time follows
-    std::string key;           // the sample's as the recorder tells it: "key=0001000c:<digits>"
-    std::string writtenRow;    // digits of the row that a write makes of the sample at the recorder's time
-    std::string storedRow;     // a row that the engine answers reads with
-    Effects created = {};      // beside the engine's call, on every successful creation
+    uint32_t createStamp = 0;  // offset in the row; the smooth time follows
+    std::string key;           // the sample's key as the recorder prints it: "key=0001000c:<digits>"
+    std::string writtenRow;    // digits of the row that a write of the sample stores at the recorder's time
+    std::string storedRow;     // a row that the engine returns for reads
+    Effects created = {};      // in addition to the engine's call, on every successful creation
     Effects createFailed = {};
     Argument createAnswers = code;                   // result of the create operation when the engine fails: 1 or code
-    Effect released;                                 // "release <table> obj1" and what goes with it
+    Effect released;                                 // "release <table> obj1" and its counters
     Mcast6DbCreateFunc createObject = nullptr;       // for scenes
     Mcast6DbRes* (*createIterator)(void) = nullptr;  // for scenes; over all records
 };
 
-// The pieces of which the operations are made, for operations written by hand too.
+// The parts that operations are built from, also for operations written by hand.
 Step creation(const TableFacts& table, uint32_t objType, Effects failed);
-std::vector<Step> iteration(const TableFacts& table, const std::string& key, const IterWays& ways);
-std::vector<Step> stepAndRead(const TableFacts& table, const EntryWays& ways);
+std::vector<Step> iteration(const TableFacts& table, const std::string& key, const IterExits& exits);
+std::vector<Step> stepAndRead(const TableFacts& table, const EntryExits& exits);
 Call setsAll(const TableFacts& table);
 
-// What a count gives in the scenes of a table, and what is in its place before.
+// The result of a count in the scenes of a table, and the value before.
 inline constexpr uint32_t kCounted = 7;
 inline constexpr uint32_t kUncounted = 0xDEADBEEF;
 
-// -- what the template shares -----------------------------------------------------------------------------------------
+// -- independent of the record type -----------------------------------------------------------------------------------
 
-// Digits of all bytes but the first and the last, which must be 5a.
+// Digits of all bytes except the first and the last, which must be 5a.
 std::string inner(const recording::Bytes& bytes);
 std::string keyText(uint32_t keyWord, const std::string& digitsOfKey);
 std::string stampMismatch(const TableFacts& table, uint32_t create, uint32_t smooth,
@@ -116,15 +117,16 @@ std::string stampMismatch(const TableFacts& table, uint32_t create, uint32_t smo
 template <class Record>
 class TableFamily {
 public:
-    // 'fillSample' fills all bytes of a record, padding too; 'readStored' does to a record what reading storedRow does.
-    TableFamily(TableFacts told, void (*fillSample)(Record&), void (*readStored)(Record&))
-        : facts(std::move(told)), fillSample_(fillSample), readStored_(readStored) {}
+    // 'fillSample' fills all bytes of a record, padding included; 'readStored' changes a record as reading storedRow
+    // does.
+    TableFamily(TableFacts tableFacts, void (*fillSample)(Record&), void (*readStored)(Record&))
+        : facts(std::move(tableFacts)), fillSample_(fillSample), readStored_(readStored) {}
     TableFamily(const TableFamily&) = delete;
     TableFamily& operator=(const TableFamily&) = delete;
 
     const TableFacts facts;
 
-    // What the operations work on. Each scene puts it back.
+    // The operands of the operations. Each scene resets them.
     Record record;
     Mcast6DbHandle object = 0;
     Mcast6DbRes* iterator = nullptr;
@@ -136,7 +138,7 @@ public:
         fillSample_(made);
         return made;
     }
-    // All bytes of a record that was the sample and into which the stored row was read.
+    // All bytes of a sample record after the stored row was read into it.
     std::string readBack() const {
         Record read;
         fillSample_(read);
@@ -146,7 +148,7 @@ public:
 
     // -- scenes
 
-    // The sample, a row and a count that wait to be read, and no object yet.
+    // The sample, a row and a count ready to be read, and no object yet.
     Scene plain() {
         return {.prepare = [this] { startScene(); }, .watched = watchedWithIterator()};
     }
@@ -179,43 +181,43 @@ public:
     // With the recorder's time.
     Call stamps(const std::string& field) const { return sets(field, 1'700'000'000); }
 
-    // -- operations; 'function' is called with the record, or as told
+    // -- operations; 'function' is called with the record unless said otherwise
 
     template <class Function>
-    Operation read(std::string name, Function function, CallWays ways) {
-        ways.done.insert(ways.done.begin(), leaves("record", readBack()));
+    Operation read(std::string name, Function function, CallExits exits) {
+        exits.done.insert(exits.done.begin(), leaves("record", readBack()));
         const Call reads = call("read obj1 " + facts.key + " " + std::to_string(facts.rowSize));
-        return keyed(std::move(name), function, 3, {}, reads, ways);
+        return keyed(std::move(name), function, 3, {}, reads, exits);
     }
 
     template <class Function>
-    Operation write(std::string name, Function function, const ChangeWays& ways) {
-        const std::vector<Step> fill = {{.calls = {setsAll(facts)}, .failed = ways.setFailed}};
-        return keyed(std::move(name), function, 0, fill, call("write obj1"), callWays(ways));
+    Operation write(std::string name, Function function, const ChangeExits& exits) {
+        const std::vector<Step> fill = {{.calls = {setsAll(facts)}, .failed = exits.setFailed}};
+        return keyed(std::move(name), function, 0, fill, call("write obj1"), callExits(exits));
     }
 
-    // For updates that end when a setter fails; all setters are called nevertheless.
+    // For updates that end when a setter fails; all setters are called in any case.
     template <class Function>
-    Operation update(std::string name, Function function, std::vector<Call> setters, const ChangeWays& ways) {
-        const std::vector<Step> fill = {{.calls = std::move(setters), .failed = ways.setFailed}};
-        return keyed(std::move(name), function, 1, fill, call("update obj1 " + facts.key), callWays(ways));
+    Operation update(std::string name, Function function, std::vector<Call> setters, const ChangeExits& exits) {
+        const std::vector<Step> fill = {{.calls = std::move(setters), .failed = exits.setFailed}};
+        return keyed(std::move(name), function, 1, fill, call("update obj1 " + facts.key), callExits(exits));
     }
 
     template <class Function>
-    Operation remove(std::string name, Function function, const CallWays& ways) {
-        return keyed(std::move(name), function, 4, {}, call("remove obj1 " + facts.key), ways);
+    Operation remove(std::string name, Function function, const CallExits& exits) {
+        return keyed(std::move(name), function, 4, {}, call("remove obj1 " + facts.key), exits);
     }
 
-    // 'run' is called with the place of the count, which is filled on success.
+    // 'run' is called with a pointer to the count, which is filled on success.
     template <class Function>
-    Operation countAll(std::string name, Function function, const CallWays& ways) {
-        return counted(std::move(name), function, call("count obj1"), ways);
+    Operation countAll(std::string name, Function function, const CallExits& exits) {
+        return counted(std::move(name), function, call("count obj1"), exits);
     }
 
-    // 'key' as the recorder tells it.
+    // 'key' as the recorder prints it.
     template <class Function>
-    Operation countByKey(std::string name, Function function, const std::string& key, const CallWays& ways) {
-        return counted(std::move(name), function, call("count_by_key obj1 " + key), ways);
+    Operation countByKey(std::string name, Function function, const std::string& key, const CallExits& exits) {
+        return counted(std::move(name), function, call("count_by_key obj1 " + key), exits);
     }
 
     Operation createObject(std::string name, Mcast6DbCreateFunc function) {
@@ -250,11 +252,11 @@ public:
         };
     }
 
-    // 'run' calls the operation with what it takes; 'key' as the recorder tells it, "none" for all records.
+    // 'run' calls the operation with its arguments; 'key' as the recorder prints it, "none" for all records.
     template <class Function>
-    Operation createIterator(std::string name, Function run, const std::string& key, const IterWays& ways) {
-        std::vector<Step> steps = iteration(facts, key, ways);
-        steps.push_back({.calls = {allocation(16, "block1")}, .failed = ways.allocationFailed});
+    Operation createIterator(std::string name, Function run, const std::string& key, const IterExits& exits) {
+        std::vector<Step> steps = iteration(facts, key, exits);
+        steps.push_back({.calls = {allocation(16, "block1")}, .failed = exits.allocationFailed});
         return {
             .name = std::move(name),
             .scene = plain(),
@@ -264,33 +266,33 @@ public:
         };
     }
 
-    // Into 'resource', whose place 'function' is called with.
+    // Into 'resource', which 'function' gets a pointer to.
     template <class Function>
-    Operation createIteratorIn(std::string name, Function function, const std::string& key, const IterWays& ways) {
+    Operation createIteratorIn(std::string name, Function function, const std::string& key, const IterExits& exits) {
         return {
             .name = std::move(name),
             .scene = plain(),
             .run = [this, function] { return function(&resource); },
-            .steps = iteration(facts, key, ways),
+            .steps = iteration(facts, key, exits),
             .done = {leaves("resource", "obj1 iter1"), keeps(1, 1, 0), returns(0)},
         };
     }
 
     // 'function' is called with the iterator and the record.
     template <class Function>
-    Operation getEntry(std::string name, Function function, const EntryWays& ways) {
+    Operation getEntry(std::string name, Function function, const EntryExits& exits) {
         Operation operation{
             .name = std::move(name),
             .scene = withIterator(),
             .run = [this, function] { return function(iterator, &record); },
-            .steps = stepAndRead(facts, ways),
+            .steps = stepAndRead(facts, exits),
             .done = {leaves("record", readBack()), returns(0)},
         };
-        if (!ways.null.empty()) {
+        if (!exits.null.empty()) {
             operation.nulls = {
                 {"iterator", [this, function] { return function(static_cast<Mcast6DbRes*>(nullptr), &record); },
-                 ways.null},
-                {"record", [this, function] { return function(iterator, static_cast<Record*>(nullptr)); }, ways.null}};
+                 exits.null},
+                {"record", [this, function] { return function(iterator, static_cast<Record*>(nullptr)); }, exits.null}};
         }
         return operation;
     }
@@ -306,9 +308,9 @@ public:
         };
     }
 
-    // -- conversions, without a scene; the bytes around what is filled must stay, or the text says so
+    // -- conversions, without a scene; the returned text says if bytes around the output changed
 
-    // The row that 'set', called with the sample and the place of a row, makes of bytes 5a.
+    // The row that 'set' writes for the sample, over bytes 5a.
     template <class Function>
     std::string rowOf(Function set) {
         fillSample_(record);
@@ -318,7 +320,7 @@ public:
         return inner(row) + (isSampleLeft ? "" : " and changes the record");
     }
 
-    // The record that 'get', called with the stored row and the place of a record, makes of the sample.
+    // The record that 'get' makes of the sample when it reads the stored row.
     template <class Function>
     std::string recordOf(Function get) {
         fillSample_(record);
@@ -327,8 +329,8 @@ public:
         return bytesOf(record) + (recording::hex(row) == "5a" + digits(facts.storedRow) ? "" : " and changes the row");
     }
 
-    // The sample's key as the recorder would tell it, of 'setKey', called with a descriptor, the place of a key and the
-    // record.
+    // The key that 'setKey' makes of the sample, as the recorder would print it. 'setKey' is called with a descriptor,
+    // a buffer and the record.
     template <class Function>
     std::string keyOf(Function setKey) {
         fillSample_(record);
@@ -341,8 +343,8 @@ public:
         return keyText(descriptor.keyWord, inner(key)) + (isRestLeft ? "" : " and changes the descriptor");
     }
 
-    // 'function', called with an object and a flag that is not 0, sets both stamps whatever the first answers, in an
-    // order that is free, and answers the OR of both codes. One text for each call that does otherwise.
+    // 'function', called with an object and a flag other than 0, sets both stamps even if the first setter fails, in
+    // any order, and returns the OR of both codes. Returns one text for each call that does otherwise.
     template <class Function>
     std::vector<std::string> stampMismatches(Function function) {
         std::vector<std::string> texts;
@@ -370,7 +372,7 @@ private:
         recording::Recorder::instance().fillNextCount(kCounted);
     }
 
-    // Not the iterator: where a scene has one, the operation may free its block.
+    // The iterator is not watched: the operation may free its block.
     std::vector<Watched> watched() {
         return {watchBytes("record", record),
                 watchHandle("object", object),
@@ -390,45 +392,45 @@ private:
 
     template <class Function>
     Operation keyed(std::string name, Function function, uint32_t objType, const std::vector<Step>& fill,
-                    const Call& last, const CallWays& ways) {
+                    const Call& last, const CallExits& exits) {
         Operation operation{
             .name = std::move(name),
             .scene = plain(),
             .run = [this, function] { return function(&record); },
-            .steps = {creation(facts, objType, ways.createFailed)},
-            .done = ways.done,
+            .steps = {creation(facts, objType, exits.createFailed)},
+            .done = exits.done,
         };
-        if (!ways.null.empty()) {
-            operation.nulls = {{"record", [function] { return function(static_cast<Record*>(nullptr)); }, ways.null}};
+        if (!exits.null.empty()) {
+            operation.nulls = {{"record", [function] { return function(static_cast<Record*>(nullptr)); }, exits.null}};
         }
         operation.steps.insert(operation.steps.end(), fill.begin(), fill.end());
-        operation.steps.push_back({.calls = {last}, .failed = ways.failed, .answered = ways.answered});
+        operation.steps.push_back({.calls = {last}, .failed = exits.failed, .answered = exits.answered});
         return operation;
     }
 
     template <class Function>
-    Operation counted(std::string name, Function function, const Call& last, CallWays ways) {
-        ways.done.insert(ways.done.begin(), leaves("count", std::to_string(kCounted)));
+    Operation counted(std::string name, Function function, const Call& last, CallExits exits) {
+        exits.done.insert(exits.done.begin(), leaves("count", std::to_string(kCounted)));
         Operation operation{
             .name = std::move(name),
             .scene = plain(),
             .run = [this, function] { return function(&count); },
-            .steps = {creation(facts, 9, ways.createFailed),
-                      {.calls = {last}, .failed = ways.failed, .answered = ways.answered}},
-            .done = ways.done,
+            .steps = {creation(facts, 9, exits.createFailed),
+                      {.calls = {last}, .failed = exits.failed, .answered = exits.answered}},
+            .done = exits.done,
         };
-        if (!ways.null.empty()) {
-            operation.nulls = {{"count", [function] { return function(static_cast<uint32_t*>(nullptr)); }, ways.null}};
+        if (!exits.null.empty()) {
+            operation.nulls = {{"count", [function] { return function(static_cast<uint32_t*>(nullptr)); }, exits.null}};
         }
         return operation;
     }
 
-    static CallWays callWays(const ChangeWays& ways) {
-        return {.null = ways.null,
-                .createFailed = ways.createFailed,
-                .failed = ways.failed,
-                .answered = ways.answered,
-                .done = ways.done};
+    static CallExits callExits(const ChangeExits& exits) {
+        return {.null = exits.null,
+                .createFailed = exits.createFailed,
+                .failed = exits.failed,
+                .answered = exits.answered,
+                .done = exits.done};
     }
 
     void (*fillSample_)(Record&);

@@ -1,4 +1,4 @@
-// What the tests of a bridge domain's egress members share.
+// Shared by the tests of a bridge domain's egress members.
 #pragma once
 
 #include <cstdint>
@@ -28,7 +28,7 @@ inline L2Elb6Entry memberOf(const Mcast6Ipv6Addr& group, uint32_t ifIndex, uint8
 
 inline L2McBdElbKey entryOf(const Mcast6Ipv6Addr& group) { return {1, 0xAAAAAAAA, 100, 0xBBBBBBBB, group, kSource}; }
 
-// The interfaces of all members that the iterator gives, which is released.
+// The interfaces of all members that the iterator returns. Releases the iterator.
 template <class Table>
 std::vector<uint32_t> interfacesOf(Mcast6DbRes* iterator) {
     std::vector<uint32_t> interfaces;

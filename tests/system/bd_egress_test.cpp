@@ -1,4 +1,4 @@
-// What is stored of a bridge domain's egress members, in each of the four tables that keep them.
+// The stored egress members of a bridge domain, in each of their four tables.
 #include <gmock/gmock.h>
 
 #include <cstring>
@@ -23,7 +23,7 @@ using testing::UnorderedElementsAreArray;
 struct Tagged {
     static constexpr uint32_t number = 21;
     static constexpr uint32_t fixedWords[] = {2, 7};
-    // What a write of a present record records and counts, and what changes of absent ones do.
+    // The errors and counters of a write of a present record, and of changes of absent ones.
     static constexpr uint32_t presentWriteKind = 1, presentWriteCounter = 339;
     static constexpr uint32_t absentUpdateKind = 1, absentRemovalCounter = 340;
     static constexpr uint32_t written = 338, removed = 340;

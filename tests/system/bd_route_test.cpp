@@ -1,4 +1,4 @@
-// What is stored of a bridge domain's routes, in each of the three tables that keep them.
+// The stored routes of a bridge domain, in each of their three tables.
 #include <gmock/gmock.h>
 
 #include <cstring>

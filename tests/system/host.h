@@ -1,4 +1,4 @@
-// What a host brings to the library in a test: a store, a log that is kept, and a clock that stands still.
+// A host for tests: a store, a log that can be read, and a clock that does not advance.
 #pragma once
 
 #include <cstdint>
@@ -12,7 +12,7 @@ namespace mcast6::tests {
 // The time that the library reads.
 void setTime(int64_t seconds);
 
-// Starts each test with an empty store, counters and statistics at zero, and nothing cached.
+// Starts each test with an empty store, counters and statistics at 0, and nothing cached.
 class SystemTest : public testing::Test {
 protected:
     void SetUp() override;

@@ -1,5 +1,5 @@
-// l2mc6_bd_mfib and l2mc6_vlan_mfib on the platform that ships: records, and every iterator and count against a plain
-// walk of what was written.
+// l2mc6_bd_mfib and l2mc6_vlan_mfib on the shipped platform: records, and every iterator and count compared with a
+// plain walk of what was written.
 #include "mcast6_db/l2_mfib.h"
 
 #include <gmock/gmock.h>
@@ -138,10 +138,10 @@ protected:
         *table.keptObject = 0;
     }
 
-    // Entries in 2 VRs whose domains, groups, sources (any source among them), processes and errors mix.
+    // Entries in 2 VRs, in mixed combinations of domains, groups, sources (any source included), processes and errors.
     void writeMany() {
         for (uint32_t vrId = 1; vrId <= 2; ++vrId) {
-            // By their bytes these are in another order than by their values.
+            // Their byte order differs from the order of their values.
             for (const uint32_t domainId : {0x01000000u, 1u, 0x00010000u, 0x0100u, 0xFFFFFFFFu, 2u, 0xFFu}) {
                 for (uint32_t group = 0; group < 3; ++group) {
                     for (uint32_t source = 0; source < 3; ++source) {
@@ -176,7 +176,7 @@ protected:
         return entries;
     }
 
-    // The same with the iterator's release.
+    // As above, and releases the iterator.
     std::multiset<std::string> walk(Mcast6DbRes* iterator) const {
         std::multiset<std::string> names;
         if (iterator == nullptr) {
@@ -235,7 +235,7 @@ TEST_P(L2MfibSystemTest, readsBackWhatWasWritten) {
         ASSERT_EQ(0u, read(&found));
         EXPECT_EQ(0, std::memcmp(&expected, &found, sizeof found));
     }
-    // By fields as well; the mask lengths that are not stored stay as they were.
+    // Read by field as well; the mask lengths that are not stored are unchanged.
     Mcast6DbRes* iterator = table.createIter();
     ASSERT_NE(nullptr, iterator);
     Entry found{};
@@ -276,7 +276,7 @@ TEST_P(L2MfibSystemTest, aSecondWriteReplacesTheEntryStampsItAnewAndRecordsIt) {
     EXPECT_EQ(6u, found.hppErrCode);
     EXPECT_EQ(1'010u, found.timeStampCreate);
     EXPECT_EQ(1'010u, found.timeStampSmooth);
-    // It is no more found by its old error code.
+    // It is no longer found by its old error code.
     uint32_t count = 9;
     EXPECT_EQ(0u, table.countConflicts(&count));
     EXPECT_EQ(0u, count);

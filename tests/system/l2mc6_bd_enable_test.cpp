@@ -1,4 +1,4 @@
-// l2mc6_bd_enable on the platform that ships.
+// l2mc6_bd_enable on the shipped platform.
 #include "mcast6_db/l2mc6_bd_enable.h"
 
 #include <gmock/gmock.h>
@@ -142,7 +142,7 @@ TEST_F(BdEnableSystemTest, aSmoothUpdateChangesTheVersionAndTheSmoothTimeOnly) {
     EXPECT_EQ(0u, errors());
 }
 
-// A plain update tells its caller; a smooth update and a removal take it for done.
+// A plain update returns 13044; a smooth update and a removal treat it as success.
 TEST_F(BdEnableSystemTest, changesOfAnAbsentRecordStoreNothing) {
     const L2McBdEnableEntry record = filled(1, 2);
     EXPECT_EQ(13044u, MCAST6_DB_UpdateL2BdEnableCfg(&record));
@@ -206,7 +206,7 @@ TEST_F(BdEnableSystemTest, anIteratorOverAnEmptyTableIsAtItsEnd) {
     MCAST6_DB_ReleaseL2McBdEnableIterator(iterator);
 }
 
-// Every object is released by its operation: an iterator that still stands is stale after closing, and says so.
+// Every operation releases its object. An iterator that is open at closing is stale afterwards, and says so.
 TEST_F(BdEnableSystemTest, aStaleIteratorAnswers1AndRecordsTheFailedStep) {
     Mcast6DbRes* iterator = MCAST6_DB_CreateL2McBdEnableIter();
     ASSERT_NE(nullptr, iterator);

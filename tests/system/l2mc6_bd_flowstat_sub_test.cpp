@@ -1,4 +1,4 @@
-// l2mc6_bd_flowstat_sub on the platform that ships.
+// l2mc6_bd_flowstat_sub on the shipped platform.
 #include "mcast6_db/l2mc6_bd_flowstat_sub.h"
 
 #include <gmock/gmock.h>
@@ -38,7 +38,7 @@ FlowStatSubEntry filled(uint32_t number) {
     return record;
 }
 
-// The numbers of all records that an iterator gives; it is released.
+// The numbers of all records that an iterator returns. Releases the iterator.
 std::multiset<uint32_t> walk(Mcast6DbRes* iterator) {
     std::multiset<uint32_t> numbers;
     FlowStatSubEntry record{};

@@ -1,4 +1,4 @@
-// l2mc6_bd_untag_rt on the platform that ships: what it does not share with the other tables of routes.
+// l2mc6_bd_untag_rt on the shipped platform: what differs from the other tables of routes.
 #include "mcast6_db/l2mc6_bd_untag_rt.h"
 
 #include <gmock/gmock.h>

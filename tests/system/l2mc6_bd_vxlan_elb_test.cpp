@@ -1,4 +1,4 @@
-// l2mc6_bd_vxlan_elb on the platform that ships: what it does not share with the other tables of egress members.
+// l2mc6_bd_vxlan_elb on the shipped platform: what differs from the other tables of egress members.
 #include "mcast6_db/l2mc6_bd_vxlan_elb.h"
 
 #include <gmock/gmock.h>
@@ -23,7 +23,8 @@ struct Vxlan {
 
 class BdVxlanElbSystemTest : public SystemTest {
 protected:
-    // The members 11 and 12 of one entry and 21 of another, through the tunnels 1, 2 and 1; 31 in another bridge domain.
+    // The members 11 and 12 of one entry and 21 of another, through the tunnels 1, 2 and 1; 31 in another bridge
+    // domain.
     static void writeMembers() {
         L2Elb6Entry elsewhere = memberOf(kGroup, 31, 1);
         elsewhere.bdId = 101;

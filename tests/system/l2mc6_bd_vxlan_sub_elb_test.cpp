@@ -1,4 +1,4 @@
-// l2mc6_bd_vxlan_sub_elb on the platform that ships: what it does not share with the other tables of egress members.
+// l2mc6_bd_vxlan_sub_elb on the shipped platform: what differs from the other tables of egress members.
 #include "mcast6_db/l2mc6_bd_vxlan_sub_elb.h"
 
 #include <gmock/gmock.h>

@@ -1,4 +1,4 @@
-// l2mc6_elb on the platform that ships: records, and every iterator and the count against a plain walk of what was
+// l2mc6_elb on the shipped platform: records, and every iterator and the count compared with a plain walk of what was
 // written.
 #include "mcast6_db/l2mc6_elb.h"
 
@@ -41,7 +41,7 @@ std::string nameOf(const L2Elb6Entry& record) {
 
 class L2ElbSystemTest : public SystemTest {
 protected:
-    // Members of entries whose VRs, VLANs, groups, sources (any source among them) and interfaces mix.
+    // Members of entries in mixed combinations of VRs, VLANs, groups, sources (any source included) and interfaces.
     void writeMany() {
         for (uint32_t vrId = 1; vrId <= 2; ++vrId) {
             for (const uint32_t vlanId : {1u, 0x0100u, 0xFFFFu}) {
@@ -136,7 +136,7 @@ TEST_F(L2ElbSystemTest, readsBackWhatWasWritten) {
     ASSERT_EQ(0u, MCAST6_DB_ReadL2Elb6(&found));
     EXPECT_EQ(0, std::memcmp(&expected, &found, sizeof found));
 
-    // By fields all but four.
+    // Read by field: all except four.
     expected.elbByte1 = 0;
     expected.elbWord1 = expected.elbWord2 = 0;
     expected.elbData1[15] = 0;

@@ -1,4 +1,4 @@
-// l2mc6_flowstat_sub on the platform that ships.
+// l2mc6_flowstat_sub on the shipped platform.
 #include "mcast6_db/l2mc6_flowstat_sub.h"
 
 #include <gmock/gmock.h>

@@ -1,4 +1,4 @@
-// l2mc6_global_enable on the platform that ships.
+// l2mc6_global_enable on the shipped platform.
 #include "mcast6_db/l2mc6_global_enable.h"
 
 #include <gmock/gmock.h>

@@ -1,4 +1,4 @@
-// l2mc6_vlan_port on the platform that ships.
+// l2mc6_vlan_port on the shipped platform.
 #include "mcast6_db/l2mc6_vlan_port.h"
 
 #include <gmock/gmock.h>
@@ -130,7 +130,7 @@ TEST_F(VlanPortSystemTest, aSmoothUpdateChangesTheVersionAndNoTimeAtAll) {
     EXPECT_EQ(1'000u, read.timeStampSmooth);
 }
 
-// All take it for done; the smooth update alone records it.
+// All treat it as success; only the smooth update records it.
 TEST_F(VlanPortSystemTest, changesOfAnAbsentRecordStoreNothing) {
     const VlanPortEntry record = filled(10, 4);
     EXPECT_EQ(0u, MCAST6_DB_UpdateVlanPort(&record));
@@ -169,7 +169,7 @@ TEST_F(VlanPortSystemTest, recordsAreWalkedOnceAndRemoved) {
     EXPECT_EQ(0u, errors());
 }
 
-// A step through an iterator whose root iterator is gone.
+// A step of an iterator whose root iterator is released.
 TEST_F(VlanPortSystemTest, aFailedStepIsRecordedInRow4) {
     Mcast6DbRes stale{};
     VlanPortEntry record{};

@@ -1,4 +1,4 @@
-// l3mc6_bd_tag_elb, l3mc6_bd_untag_elb and l3mc6_bd_tnl_elb on the platform that ships.
+// l3mc6_bd_tag_elb, l3mc6_bd_untag_elb and l3mc6_bd_tnl_elb on the shipped platform.
 #include <gmock/gmock.h>
 
 #include <cstring>
@@ -111,7 +111,7 @@ const Table kTables[] = {
      MCAST6_DB_GetL3McBdTnlElbCountFast},
 };
 
-// The record is packed to 4: nothing may refer to its 64-bit members.
+// The record is packed to 4: no reference may bind to its 64-bit members.
 uint64_t valueOf(uint64_t value) { return value; }
 
 // A record's number; every table stores this attribute.
@@ -262,7 +262,7 @@ TEST_P(L3BdEgressSystemTest, aSmoothUpdateChangesTheVersionMlagAndTheSmoothTimeO
     expectSilence();
 }
 
-// Both take it for done and record it.
+// Both treat it as success and record it.
 TEST_P(L3BdEgressSystemTest, changesOfAnAbsentRecordStoreNothing) {
     const Entry record = filled(1, 1, 4);
     EXPECT_EQ(0u, table.updateSmoothVersion(&record));
@@ -312,7 +312,7 @@ TEST_P(L3BdEgressSystemTest, theFastCountFollowsWritesAndRemovals) {
     expectSilence();
 }
 
-// What is removed ahead of a walk is left out, what is removed behind it was seen, and the walk ends.
+// A walk skips records removed ahead of it, has seen those removed behind it, and ends.
 TEST_P(L3BdEgressSystemTest, recordsMayBeRemovedDuringAWalk) {
     const std::vector<Entry> records = writeMany();
     Mcast6DbRes* const iterator = table.iteratorOfAll();

@@ -1,5 +1,5 @@
-// What the tests of the layer-3 egress tables share: members to store, a way to store them where the library has none, and
-// walks.
+// Shared by the tests of the layer-3 egress tables: members to store, a function to store them where the library has
+// none, and walks.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -26,7 +26,7 @@ Entry memberOf(uint32_t group, uint32_t outIfIndex) {
     return entry;
 }
 
-// Writes a row of a table that is filled from outside the library, and gives what the engine answers.
+// Writes a row of a table that the library does not write. Returns the engine's code.
 struct RowWriter {
     Mcast6DbCreateFunc create;
     uint32_t (*setAll)(uint64_t object, const void* row, uint32_t length);
@@ -42,7 +42,7 @@ struct RowWriter {
     }
 };
 
-// "group:interface" of every record to the end of an iterator; one that comes twice is found by the size.
+// "group:interface" of every record of an iterator; a repeated one is found by the size.
 template <class Entry>
 std::multiset<std::string> walked(Mcast6DbRes* iterator, uint32_t (*next)(Mcast6DbRes*, Entry*)) {
     std::multiset<std::string> names;

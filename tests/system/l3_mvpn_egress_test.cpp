@@ -1,4 +1,4 @@
-// l3mc6_mvpn_tnl_elb and l3mc6_mvpn_tnl_subelb on the platform that ships.
+// l3mc6_mvpn_tnl_elb and l3mc6_mvpn_tnl_subelb on the shipped platform.
 #include <gmock/gmock.h>
 
 #include <cstring>
@@ -156,7 +156,7 @@ TEST_P(EveryMvpnTable, aSmoothUpdateChangesTheVersionAndTheSmoothTimeOnly) {
     expectSilence();
 }
 
-// Both take it for done and record it.
+// Both treat it as success and record it.
 TEST_P(EveryMvpnTable, changesOfAnAbsentRecordStoreNothing) {
     const Entry record = filled(1, 4);
     EXPECT_EQ(0u, table.updateSmoothVersion(&record));
@@ -195,7 +195,7 @@ TEST_F(L3MvpnEgressSystemTest, iteratorsOfMembersSelectByTheirKeys) {
              return record.vrId == vr && record.tunnelWord2 == wanted.tunnelWord2 &&
                     record.tunnelWord3 == wanted.tunnelWord3;
          }},
-        // The low byte of a record's word counts.
+        // The low byte of a record's word is used.
         {"tunnel id", [&] { return MCAST6_DB_CreateL3McMvpnTnlElbIterByTnlId(vr, vrf, wanted.tunnelWord2, 1); },
          [&](const Entry& record) {
              return record.vrId == vr && record.tunnelWord2 == wanted.tunnelWord2 && (record.tunnelWord4 & 0xFF) == 1;

@@ -1,4 +1,4 @@
-// l3mc6_elb on the platform that ships: members that others wrote, and the life of the scan handle.
+// l3mc6_elb on the shipped platform: members that other software wrote, and the states of the scan handle.
 #include "mcast6_db/l3mc6_elb.h"
 
 #include <gmock/gmock.h>
@@ -122,7 +122,7 @@ TEST_F(ElbSystemTest, aFastScanFindsTheMembersOfItsEntryWhoseElbFlagDIs1) {
     MCAST6_DB_ReleaseL3ElbIterator(second);
     MCAST6_DB_ReleaseL3ElbIterator(third);
     EXPECT_EQ(0u, g_l3Elb6ScanDbHandle.inUse);
-    EXPECT_EQ(1u, mcast6_platform_counter(239));  // the second one's
+    EXPECT_EQ(1u, mcast6_platform_counter(239));  // of the second one
     EXPECT_EQ(1u, mcast6_platform_counter(240));
     EXPECT_THAT(logLines(), IsEmpty());
     EXPECT_EQ(0u, errors());
@@ -154,7 +154,7 @@ TEST_F(ElbSystemTest, fastScansCostNoObjectAndSeeEveryChange) {
     MCAST6_DB_ReleaseL3ElbIterator(iterator);
 }
 
-// A scan that was left in the middle does not hold up the next one.
+// A scan that was released halfway does not block the next one.
 TEST_F(ElbSystemTest, aScanMayEndBeforeItsEntryDoes) {
     storeMembers();
     Mcast6DbRes* iterator = scan(1);

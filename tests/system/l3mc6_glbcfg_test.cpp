@@ -1,4 +1,4 @@
-// l3mc6_glbcfg on the platform that ships: records, and the versions that its store of global versions gives them.
+// l3mc6_glbcfg on the shipped platform: records, and their versions from its store of global versions.
 #include "mcast6_db/l3mc6_glbcfg.h"
 
 #include <gmock/gmock.h>
@@ -18,7 +18,7 @@ namespace {
 
 using testing::IsEmpty;
 
-// What travels to the store of global versions and back.
+// The version record of the store of global versions.
 struct VersionRecord {
     uint32_t key[3];
     uint32_t unused1[2];
@@ -29,7 +29,7 @@ static_assert(sizeof(VersionRecord) == 40);
 
 class GlbCfgSystemTest : public SystemTest {
 protected:
-    // A record with a key that has no global version yet: versions outlive the tables.
+    // A record with a key that has no global version yet. Versions outlive the tables.
     static L3Mc6GlbCfgEntry freshRecord() {
         static uint32_t last = 0;
         L3Mc6GlbCfgEntry record{};

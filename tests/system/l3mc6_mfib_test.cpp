@@ -1,4 +1,4 @@
-// l3mc6_mfib on the platform that ships: records, and every query against a plain walk of what was written.
+// l3mc6_mfib on the shipped platform: records, and every query compared with a plain walk of what was written.
 #include "mcast6_db/l3mc6_mfib.h"
 
 #include <gmock/gmock.h>
@@ -44,7 +44,7 @@ std::string nameOf(const L3Mc6MfibEntry& record) {
     return name;
 }
 
-// Walks an iterator to its end; an entry that comes twice is found by the size.
+// Walks an iterator to its end; a repeated entry is found by the size.
 std::multiset<std::string> walk(Mcast6DbRes& iterator, size_t limit) {
     std::multiset<std::string> names;
     L3Mc6MfibEntry record{};
@@ -121,7 +121,7 @@ TEST_F(MfibSystemTest, aSecondWriteReplacesTheEntryAndRecordsIt) {
     EXPECT_EQ(1u, g_mcast6DbErrStat[15][1]);
     EXPECT_EQ(1u, errors());
     EXPECT_EQ(2u, mcast6_platform_kpi(93));
-    // The entry is found by its new interface, and no more by its old one.
+    // The entry is found by its new interface, and no longer by its old one.
     uint32_t count = 9;
     EXPECT_EQ(0u, MCAST6_DB_GetL3MfibNumByIntf(&record, &count));
     EXPECT_EQ(1u, count);
@@ -190,7 +190,7 @@ TEST_F(MfibSystemTest, aRemovedEntryIsGoneAndTheHostIsTold) {
     EXPECT_EQ(0u, errors());
 }
 
-// The fast read keeps an object, but no records.
+// The fast read caches an object, but no records.
 TEST_F(MfibSystemTest, theFastReadSeesEveryChange) {
     L3Mc6MfibEntry record = entryOf(1, 2, 3, 4);
     record.attr4 = 1;
@@ -227,7 +227,7 @@ TEST_F(MfibSystemTest, getNextReleasesTheObjectAtTheEnd) {
 
 // -- queries
 
-// Entries in 2 VRs with 2 VRFs each, whose groups, sources (any source among them) and interfaces mix.
+// Entries in 2 VRs with 2 VRFs each, in mixed combinations of groups, sources (any source included) and interfaces.
 class MfibQueryTest : public MfibSystemTest {
 protected:
     void SetUp() override {
@@ -266,7 +266,7 @@ bool sameAddress(const Mcast6Ipv6Addr& left, const Mcast6Ipv6Addr& right) {
     return std::memcmp(&left, &right, sizeof left) == 0;
 }
 
-// What a query of a type has in common with its entries, besides VR and VRF.
+// The fields that a query of a type compares, besides VR and VRF.
 struct QueryFields {
     uint32_t type;
     bool group, source, inIfIndex, regIfIndex;
@@ -393,7 +393,7 @@ TEST_F(MfibQueryTest, hashConflictsAreTheEntriesWithCode5OfOneVr) {
     }
 }
 
-// Entries may go while they are walked: each of the others still comes once.
+// Entries may be removed during a walk: each of the others is still returned once.
 TEST_F(MfibQueryTest, entriesMayBeRemovedWhileTheyAreWalked) {
     Mcast6DbRes* iterator = MCAST6_DB_CreateL3MfibIterByVrVrf(1, 0);
     ASSERT_NE(nullptr, iterator);

@@ -1,4 +1,5 @@
-// l3mc6_register_elb on the platform that ships: records, iterators, and egress records made into register ones and back.
+// l3mc6_register_elb on the shipped platform: records, iterators, and conversion of egress records to register records
+// and back.
 #include "mcast6_db/l3mc6_register_elb.h"
 
 #include <gmock/gmock.h>

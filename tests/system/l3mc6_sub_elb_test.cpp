@@ -1,4 +1,4 @@
-// l3mc6_sub_elb on the platform that ships: members that others wrote.
+// l3mc6_sub_elb on the shipped platform: members that other software wrote.
 #include "mcast6_db/l3mc6_sub_elb.h"
 
 #include <gmock/gmock.h>

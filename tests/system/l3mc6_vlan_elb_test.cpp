@@ -1,4 +1,4 @@
-// l3mc6_vlan_elb on the platform that ships: records, iterators, and the life of the scan handle.
+// l3mc6_vlan_elb on the shipped platform: records, iterators, and the states of the scan handle.
 #include "mcast6_db/l3mc6_vlan_elb.h"
 
 #include <gmock/gmock.h>
@@ -157,7 +157,7 @@ TEST_F(VlanElbSystemTest, aSecondScanWhileOneIsOutIsOrdinaryAndAThirdReusesThePa
     EXPECT_THAT(walk(third), ElementsAre("2:10", "2:10", "2:11", "2:11"));
     MCAST6_DB_ReleaseVlanElbIterator(second);
     MCAST6_DB_ReleaseVlanElbIterator(third);
-    EXPECT_EQ(1u, mcast6_platform_counter(281));  // the second one's
+    EXPECT_EQ(1u, mcast6_platform_counter(281));  // of the second one
     EXPECT_EQ(3u, mcast6_platform_counter(282));
     EXPECT_EQ(0u, errors());
 }

@@ -1,4 +1,4 @@
-// Walks over egress members, for the tables whose records differ only in what they hold.
+// Walks over egress members, for tables with different record types.
 #pragma once
 
 #include <algorithm>
@@ -11,7 +11,7 @@
 
 namespace mcast6::tests {
 
-// An iterator and what it selects, by which a walk is judged.
+// An iterator, and the records that it must return.
 template <class Entry>
 struct Selection {
     std::string name;
@@ -19,8 +19,8 @@ struct Selection {
     std::function<bool(const Entry&)> isSelected;
 };
 
-// What 'idOf' says of each record that the iterator steps over, in ascending order. Ends at a result that is not 0, which
-// must be 60, or after 'limit' records. Releases the iterator.
+// The ids, by 'idOf', of all records that the iterator returns, in ascending order. Stops at the first result other
+// than 0, which must be 60, or after 'limit' records. Releases the iterator.
 template <class Entry>
 std::vector<uint32_t> walk(Mcast6DbRes* iterator, uint32_t (*getEntry)(Mcast6DbRes*, Entry*),
                            void (*release)(Mcast6DbRes*), uint32_t (*idOf)(const Entry&), size_t limit = 10'000) {
