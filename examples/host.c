@@ -1,7 +1,7 @@
-/* A host in C: it writes one forwarding entry, asks for all entries of its group, and prints them.
+/* A host in C: it writes one forwarding entry, queries all entries of its group, and prints them.
  *
- * A host links libmcast6db.so and a platform; with libmcast6platform.so it calls nothing to start, and the tables live in
- * this process. */
+ * A host links libmcast6db.so and a platform. libmcast6platform.so needs no initialisation; it keeps the tables in this
+ * process. */
 #include <inttypes.h>
 #include <mcast6_db.h>
 #include <stdarg.h>
@@ -28,7 +28,7 @@ int main(void) {
     while (MCAST6_DB_GetL3MfibEntry(&query, &found) == 0) {
         printf("in by interface %" PRIu32 ", written at %" PRIu64 "\n", found.inIfIndex, found.timeStampCreate);
     }
-    MCAST6_DB_ReleaseL3MfibObject(query.object); /* its iterator goes with it */
+    MCAST6_DB_ReleaseL3MfibObject(query.object); /* releases the iterator too */
 
     return found.inIfIndex == entry.inIfIndex ? 0 : 1;
 }

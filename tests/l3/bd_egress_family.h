@@ -68,7 +68,7 @@ inline const std::string kByMfib = keyOf("05090029", kVrVrf + kGroup + kSource +
 class BdEgress : public MemberFamily<Entry, uint32_t> {
 public:
     BdEgress(const Literals<Entry, uint32_t>& literals, const char* writeSet)
-        : MemberFamily(literals), writeSet_(writeSet) {}
+        : MemberFamily(values), writeSet_(writeSet) {}
 
     std::vector<Claim> claims() {
         std::vector<Claim> all = MemberFamily::claims();
