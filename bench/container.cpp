@@ -1,6 +1,6 @@
-// The container as somebody would write it who needs these queries and no engine: rows of the same content, a hashed
-// unique primary key, the same 11 secondary keys hashed. It locks nothing and checks nothing. The smooth version and the
-// stamps are in no index, so they are changed in place.
+// The container for these queries without an engine: rows with the same content, a hashed unique primary key, the same
+// 11 secondary keys hashed. It takes no locks and checks nothing. The smooth version and the time stamps are in no
+// index, so they are changed in place.
 #include <boost/multi_index/composite_key.hpp>
 #include <boost/multi_index/hashed_index.hpp>
 #include <boost/multi_index/member.hpp>
@@ -32,7 +32,7 @@ struct ContainerKey {
     Address source;
 };
 
-// 208 bytes, as the library's row.
+// 208 bytes, like the library's row.
 struct ContainerRow {
     uint32_t vrId;
     uint32_t vrfId;

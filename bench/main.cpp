@@ -1,7 +1,7 @@
 // mcast6bench: measures the library, its engine and a container side by side.
 //
-// Every subject runs in a process of its own, forked from one that has touched no subject, so that none finds the heap
-// or the caches of another. The rounds go around all subjects: what else the machine does falls on each alike.
+// Every subject runs in its own process, forked from one that has used no subject, so that none inherits the heap or
+// the caches of another. A round measures all subjects, so that other load on the machine affects them equally.
 #include <sys/mman.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -38,8 +38,8 @@ struct Options {
     std::vector<std::string> subjects;
 };
 
-// Runs in the child. A thread that only waits makes the process one of several threads, which tells what locking costs
-// where a process of one thread is spared some of it.
+// Runs in the child. A waiting thread makes the process multi-threaded. This shows the cost of locks that a
+// single-threaded process does not take.
 int measure(size_t subject, const Workload& workload, const Settings& settings, Findings& findings) {
     try {
         if (settings.idleThread) std::thread([] { pause(); }).detach();
@@ -51,7 +51,7 @@ int measure(size_t subject, const Workload& workload, const Settings& settings, 
     }
 }
 
-// A Findings that a child's writing reaches.
+// Findings in memory shared with the child.
 class SharedFindings {
 public:
     SharedFindings() {

@@ -1,6 +1,6 @@
-// One subject taken through all operations, the same way for every subject.
+// Measures all operations of one subject, in the same way for every subject.
 //
-// A subject offers, with 0 or more entries stored:
+// A subject provides, with 0 or more entries stored:
 //     Record, Key               what is written and read back; what an entry is found by. Both made from a Seed
 //     write, read, fastRead, update, erase
 //                               one operation each; false when it failed
@@ -33,11 +33,11 @@ struct Sample {
     double allocations;  // per operation
 };
 
-// What a subject's process hands back; plain memory, shared between processes.
+// The results of a subject's process; plain memory, shared between processes.
 struct Findings {
     std::array<Sample, kOperations> samples;
     std::array<bool, kOperations> measured;
-    double loadedBytes;   // per entry, above what the process took before
+    double loadedBytes;   // per entry, in addition to the process before loading
     double emptiedBytes;  // the same after deletion
     uint64_t digest;      // of all entries
     std::array<char, 200> failure;
@@ -46,11 +46,11 @@ struct Findings {
 struct Settings {
     std::array<bool, kOperations> wanted;
     std::chrono::nanoseconds leastTime;  // a measurement is repeated with more passes until it takes this long
-    bool processorTime;                  // instead of the time on the wall
-    bool idleThread;                     // beside the one that measures
+    bool processorTime;                  // instead of wall-clock time
+    bool idleThread;                     // in addition to the measuring thread
 };
 
-// Makes the compiler believe that the value is used, all of it, and that all memory may have changed.
+// Keeps the compiler from removing the computation of the value, and from assuming that memory is unchanged.
 template <class Value>
 void use(const Value& value) {
     asm volatile("" : : "r"(&value) : "memory");
@@ -69,7 +69,7 @@ public:
 
     void run() {
         prepare();
-        stirFreeMemory(std::min(size() * kStirredPerEntry, kMostStirred));
+        touchFreeMemory(std::min(size() * kTouchedPerEntry, kMostStirred));
         const uint64_t before = residentBytes();
         load();
         findings.loadedBytes = bytesPerEntry(before);
@@ -92,8 +92,8 @@ private:
         return keys;
     }
 
-    // Everything that is needed later is made here, and a first entry comes and goes, so that what a process takes once
-    // is not put down to the entries.
+    // Creates everything that is needed later, and writes and deletes a first entry, so that one-time memory of the
+    // process is not counted for the entries.
     void prepare() {
         records.reserve(size());
         for (const Seed& seed : workload.seeds) records.push_back(Subject::record(seed));
@@ -117,7 +117,7 @@ private:
         if (!holds) throw std::runtime_error(what);
     }
 
-    // Times 'passes' calls of 'pass', each of which does 'operations' operations and tells how many of them failed.
+    // Times 'passes' calls of 'pass'. Each performs 'operations' operations and returns how many of them failed.
     template <class Pass>
     std::chrono::nanoseconds timePasses(Operation operation, uint64_t operations, uint64_t passes, const Pass& pass) {
         const uint64_t allocationsBefore = allocationCount();
@@ -199,7 +199,7 @@ private:
         });
     }
 
-    // Returns whether something was missing or came twice, as a number of failures.
+    // Returns, as a number of failures, whether an entry was missing or returned twice.
     uint64_t walkAll() {
         uint64_t entries = 0;
         uint64_t digest = 0;
@@ -212,7 +212,7 @@ private:
         return entries == size() ? 0 : 1;
     }
 
-    // Counts tell how many entries the walks over the same keys must have returned.
+    // The counts are the number of entries that walks over the same keys must return.
     void timeQuery(Query query, const std::vector<Key>& keys, Operation first, Operation entry, Operation count,
                    int repeated, uint64_t mostWalked) {
         time(first, keys.size() * static_cast<size_t>(repeated), [&] {
@@ -284,7 +284,7 @@ private:
     }
 
     static constexpr uint32_t kSampled = 100'000;
-    static constexpr uint64_t kStirredPerEntry = 1024;  // bytes; more than any subject takes
+    static constexpr uint64_t kTouchedPerEntry = 1024;  // bytes; more than any subject uses
     static constexpr uint64_t kMostStirred = uint64_t{2} << 30;
     static constexpr uint32_t kSmoothVersion = 7;
     static constexpr int kRepeatedGroups = 1;

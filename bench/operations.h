@@ -1,4 +1,4 @@
-// What is measured, in the order of the table, and what is aimed at.
+// The measured operations, in the order of the table, and the aims.
 #pragma once
 
 #include <array>
@@ -32,7 +32,7 @@ struct Description {
     Operation operation;
     const char* name;  // for --only and JSON
     const char* title;
-    double aim;  // most that the library may take, in times of the container; 0: no aim
+    double aim;  // the maximum for the library, as a multiple of the container's time; 0: no aim
 };
 
 inline constexpr std::array<Description, kOperations> kDescriptions{{

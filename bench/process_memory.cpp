@@ -39,11 +39,11 @@ uint64_t residentBytes() {
     return 0;
 }
 
-void stirFreeMemory(uint64_t bytes) {
+void touchFreeMemory(uint64_t bytes) {
     constexpr size_t kPage = 4096;  // or a part of one
     void* const block = mmap(nullptr, bytes, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
     if (block == MAP_FAILED) return;
-    // What was idle for long lies in the largest pieces, which huge pages are cut from first.
+    // Memory that was idle for long is in the largest blocks, which huge pages are taken from first.
     (void)madvise(block, bytes, MADV_HUGEPAGE);
     volatile char* const bytesOf = static_cast<char*>(block);
     for (uint64_t at = 0; at < bytes; at += kPage) bytesOf[at] = 1;
@@ -59,7 +59,7 @@ bool allocationsAreCounted() { return MCAST6_BENCH_COUNTS_ALLOCATIONS != 0; }
 }  // namespace mcast6::bench
 
 #if MCAST6_BENCH_COUNTS_ALLOCATIONS
-// These take the place of the C library's for the whole process: the dynamic linker looks into the program first.
+// These replace the C library's functions for the whole process: the dynamic linker searches the program first.
 extern "C" {
 
 void* __libc_malloc(size_t size);

@@ -1,4 +1,4 @@
-// What this process takes: its resident anonymous memory, and how often it asked for more.
+// The memory of this process: its resident anonymous memory, and its number of allocations.
 #pragma once
 
 #include <cstdint>
@@ -9,16 +9,16 @@ namespace mcast6::bench {
 // but neither code nor files.
 uint64_t residentBytes();
 
-// Takes this much memory from the kernel, writes to every page of it and gives it back. A virtual machine hands memory that
-// lay idle back to the machine below, and whoever uses it next waits for that machine: milliseconds for a huge page. What
-// comes next finds the kernel's free memory at hand.
-void stirFreeMemory(uint64_t bytes);
+// Allocates this much memory from the kernel, writes to every page and frees it. A virtual machine returns idle memory
+// to its host, and the next use waits for the host: milliseconds for a huge page. Afterwards the kernel has this much
+// free memory ready.
+void touchFreeMemory(uint64_t bytes);
 
-// Hands what the C library's heap keeps for later back to the kernel.
+// Returns the free memory of the C library's heap to the kernel.
 void trimHeap();
 
-// How often this thread asked for memory: malloc and its kin, operator new (which is malloc) and mmap, from this program
-// or any library. Stays 0 where the program is built with a sanitizer, which has a malloc of its own.
+// The number of allocations of this thread: malloc and related functions, operator new (which calls malloc) and mmap,
+// from this program or any library. Always 0 if the program is built with a sanitizer, which has its own malloc.
 uint64_t allocationCount();
 bool allocationsAreCounted();
 

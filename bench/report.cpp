@@ -12,7 +12,8 @@ namespace {
 constexpr size_t kLibrary = static_cast<size_t>(SubjectName::library);
 constexpr size_t kContainer = static_cast<size_t>(SubjectName::container);
 
-// What counts as independent: the cost may grow by the caches that a larger table misses, not with the table.
+// The limits of independence: the cost may grow because a larger table misses caches, but not with the size of the
+// table.
 constexpr double kMostGrowthWithSize = 4;
 constexpr double kMostGrowthWithMatches = 2;
 constexpr double kLeastReturned = 0.95;
@@ -54,7 +55,7 @@ std::string aimText(Number ratio, double aim) {
     return fmt::format("<= {:.2f} {}", aim, *ratio <= aim ? "met" : "MISSED");
 }
 
-// Building an iterator may allocate; nothing else may, but for what a new entry needs.
+// Only creating an iterator and storing a new entry may allocate.
 bool mayAllocate(Operation operation) {
     switch (operation) {
         case Operation::load:

@@ -1,4 +1,4 @@
-// The results of a run, for people and for programs.
+// The results of a run, as text and as JSON.
 #pragma once
 
 #include <array>
@@ -14,7 +14,7 @@ enum class SubjectName : uint8_t { library, engine, container };
 inline constexpr size_t kSubjects = 3;
 inline constexpr std::array<const char*, kSubjects> kSubjectNames{"library", "engine", "container"};
 
-// Medians over the rounds, of one number of entries.
+// Medians over the rounds, for one number of entries.
 struct SizeResult {
     uint32_t size;
     std::array<bool, kSubjects> present;

@@ -1,4 +1,4 @@
-// The three that are measured side by side.
+// The three subjects that are measured side by side.
 #pragma once
 
 #include "bench/measurement.h"
@@ -11,7 +11,7 @@ void measureLibrary(const Workload& workload, const Settings& settings, Findings
 // The engine of the platform as the library calls it, without the library's conversion, messages and counters.
 void measureEngine(const Workload& workload, const Settings& settings, Findings& findings);
 
-// A Boost.MultiIndex container with the same keys, all of them hashed.
+// A Boost.MultiIndex container with the same keys, all hashed.
 void measureContainer(const Workload& workload, const Settings& settings, Findings& findings);
 
 }  // namespace mcast6::bench

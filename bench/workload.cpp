@@ -16,7 +16,7 @@ constexpr uint32_t kRegisteredOneIn = 8;
 constexpr uint32_t kConflictOneIn = 997;
 constexpr uint32_t kHashConflict = 5;
 
-// splitmix64: the standard's distributions differ from library to library.
+// splitmix64: the distributions of the standard library differ between implementations.
 class Random {
 public:
     explicit Random(uint64_t seed) : state(seed) {}
