@@ -69,7 +69,7 @@ public:
 
     void run() {
         prepare();
-        touchFreeMemory(std::min(size() * kTouchedPerEntry, kMostStirred));
+        touchFreeMemory(std::min(size() * kTouchedPerEntry, kMostTouched));
         const uint64_t before = residentBytes();
         load();
         findings.loadedBytes = bytesPerEntry(before);
@@ -285,7 +285,7 @@ private:
 
     static constexpr uint32_t kSampled = 100'000;
     static constexpr uint64_t kTouchedPerEntry = 1024;  // bytes; more than any subject uses
-    static constexpr uint64_t kMostStirred = uint64_t{2} << 30;
+    static constexpr uint64_t kMostTouched = uint64_t{2} << 30;
     static constexpr uint32_t kSmoothVersion = 7;
     static constexpr int kRepeatedGroups = 1;
     static constexpr int kRepeatedVrfs = 8;

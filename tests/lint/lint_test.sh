@@ -45,7 +45,7 @@ freshTree() {
     cd - >/dev/null
 }
 
-for lint in arrows words fences; do
+for lint in arrows words fences columns; do
     freshTree
     accepts "$lint" "$work/tree" "a tree as it should be"
     accepts "$lint" "$here/../.." "this tree"
@@ -77,6 +77,17 @@ refuses fences l2/bad.cpp '// clang-format off'
 refuses fences l2/bad.cpp $'// clang-format on\n// clang-format off'
 refuses fences l2/bad.cpp $'// clang-format off\n// clang-format on\n// clang-format off\n// clang-format on'
 refuses fences frame/bad.cpp $'// clang-format off\n// clang-format on'
+
+long=$(printf 'x%.0s' {1..121})
+refuses columns l2/bad.cpp "// $long"
+refuses columns docs/bad.md "$long"
+refuses columns bad.sh "# $long"
+refuses columns l2/bad.cpp "log(\"$long\");"
+freshTree
+printf '| %s |\n' "$long" >"$work/tree/table.md"
+printf '    "%s");\n' "$long" >>"$work/tree/l2/table.cpp"
+printf '// %s\n' "$(printf 'ä%.0s' {1..117})" >>"$work/tree/l2/table.cpp"
+accepts columns "$work/tree" "a Markdown table, a whole message or 120 columns of two bytes each"
 
 ((failures == 0)) || exit 1
 echo "the lints: every case as wanted"
