@@ -1,5 +1,5 @@
-// What the two layer-2 forwarding tables share beyond the operations of all tables: a kept object for the fast read that
-// is reset with the plain calls, the scan sorted by domain, and the hash-conflict count.
+// Shared by the two layer-2 forwarding tables: a cached object for the fast read that is reset with the plain calls,
+// the scan sorted by domain, and the hash-conflict count.
 #pragma once
 
 #include "frame/operations.h"
@@ -20,7 +20,7 @@ struct ConflictOutcomes {
     Outcome countFailed;
 };
 
-// Makes '*slot' hold an object that is ready for use. A fresh object is not reset before its first use.
+// Ensures that '*slot' holds an object ready for use. A new object is not reset before its first use.
 template <class Table, const CacheOutcomes& kOn>
 uint32_t obtainKept(uint32_t objType, uint32_t connType, Mcast6DbHandle* slot) {
     Step step{.objType = objType, .connType = connType};
@@ -43,7 +43,7 @@ inline uint32_t sortBy(Mcast6DbHandle object, const char* keyName, uint32_t keyW
     return code;
 }
 
-// Iterates over all records in the order of a key. The statement calls run even when no object could be made.
+// Iterates over all records in the order of a key. The statement calls are made even if no object could be created.
 template <class Table, const SortedScanOutcomes& kOn>
 Mcast6DbRes* sortedScan(const char* keyName, uint32_t keyWord) {
     static_assert(releasesEach(1, kOn.statementFailed, kOn.filterFailed, kOn.propertyFailed),
@@ -61,8 +61,8 @@ Mcast6DbRes* sortedScan(const char* keyName, uint32_t keyWord) {
     return allocateIter<Table, kOn>({step.object, rootIter});
 }
 
-// Counts the records with the error code of a hash conflict. '*count' is written once there is an object: 0 after a failed
-// count, whose message tells 15005 as 0.
+// Counts the records with the error code of a hash conflict. '*count' is written if an object was created: 0 after a
+// failed count, whose message shows 0 in place of 15005.
 template <class Table, const ConflictOutcomes& kOn>
 uint32_t countConflicts(uint32_t* count) {
     static_assert(releasesEach(0, kOn.createFailed, kOn.countFailed), "the count releases the object itself");

@@ -1,5 +1,5 @@
 // l2mc6_bd_enable: the layer-2 multicast switch of each bridge domain.
-// The model table: it has the whole family of operations in its plainest form. Its one deviation is the configuration
+// The model table: it has all standard operations in their simplest form. Its only deviation is the configuration
 // update, at the end.
 #include "mcast6_db/l2mc6_bd_enable.h"
 
@@ -30,7 +30,8 @@ struct Table {
     };
 
     static constexpr Mcast6DbIterFuncs objects{MCAST6_DB_CreateL2McBdEnableObject, MCAST6_DB_ReleaseL2McBdEnableObject};
-    static constexpr Accessors accessors{db_create_l2mc6_bd_enable_obj, db_release_l2mc6_bd_enable_object, db_set_l2mc6_bd_enable_all_fields};
+    static constexpr Accessors accessors{db_create_l2mc6_bd_enable_obj, db_release_l2mc6_bd_enable_object,
+                                         db_set_l2mc6_bd_enable_all_fields};
     static constexpr auto set = MCAST6_DB_SetL2McBdEnable;
     static constexpr auto get = MCAST6_DB_GetL2McBdEnable;
 
@@ -66,38 +67,51 @@ struct Table {
         .createFailed = {logCode("[MCAST6 DB]read l2 bd enable, create object failed, ret:%u."), engineCode},
         .found        = {released, returns(0)},
         .absent       = {released, returns(60)},
-        .readFailed   = {released, logCode("[MCAST6 DB]read l2 bd enable, read object failed, ret:%u."), record(Error::read), engineCode},
+        .readFailed   = {released, logCode("[MCAST6 DB]read l2 bd enable, read object failed, ret:%u."),
+                         record(Error::read), engineCode},
     };
     static constexpr WriteOutcomes onWrite{
         .nullRecord   = {log("[MCAST6 DB]write l2 bd enable, para is null."), dfx(kWriteFailed), returns(1)},
-        .createFailed = {logCode("[MCAST6 DB]write l2 bd enable, create object failed, ret:%u."), dfx(kWriteFailed), engineCode},
-        .setFailed    = {released, logCode("[MCAST6 DB]write l2 bd enable, set all fields failed, ret:%u."), dfx(kWriteFailed), engineCode},
+        .createFailed = {logCode("[MCAST6 DB]write l2 bd enable, create object failed, ret:%u."), dfx(kWriteFailed),
+                         engineCode},
+        .setFailed    = {released, logCode("[MCAST6 DB]write l2 bd enable, set all fields failed, ret:%u."),
+                         dfx(kWriteFailed), engineCode},
         .written      = {released, dfx(kWritten), returns(0)},
         .code13044    = {released, record(Error::code13044), dfx(kWritten), returns(0)},
-        .writeFailed  = {released, logCode("[MCAST6 DB]write l2 bd enable, write object failed, ret:%u."), record(Error::write), dfx(kWriteFailed), engineCode},
+        .writeFailed  = {released, logCode("[MCAST6 DB]write l2 bd enable, write object failed, ret:%u."),
+                         record(Error::write), dfx(kWriteFailed), engineCode},
     };
     static constexpr UpdateOutcomes onSmooth{
         .nullRecord   = {log("[MCAST6 DB]update l2 bd enable smoothing version, para is null."), returns(1)},
-        .createFailed = {logCode("[MCAST6 DB]update l2 bd enable smoothing version, create object failed, ret:%u."), engineCode},
-        .setFailed    = {logCode("[MCAST6 DB]update l2 bd enable smoothing version, set field failed, ret:%u."), released, engineCode},
+        .createFailed = {logCode("[MCAST6 DB]update l2 bd enable smoothing version, create object failed, ret:%u."),
+                         engineCode},
+        .setFailed    = {logCode("[MCAST6 DB]update l2 bd enable smoothing version, set field failed, ret:%u."),
+                         released, engineCode},
         .updated      = {released, returns(0)},
         .code13044    = {released, record(Error::code13044), returns(0)},
-        .updateFailed = {released, logCode("[MCAST6 DB]update l2 bd enable smoothing version, update object failed, ret:%u."), record(Error::update), engineCode},
+        .updateFailed = {released,
+                         logCode("[MCAST6 DB]update l2 bd enable smoothing version, update object failed, ret:%u."),
+                         record(Error::update), engineCode},
     };
     static constexpr RemoveOutcomes onRemove{
         .nullRecord   = {log("[MCAST6 DB]del l2 bd enable, para is null."), dfx(kDeleteFailed), returns(1)},
-        .createFailed = {logCode("[MCAST6 DB]del l2 bd enable, create object failed, ret:%u."), dfx(kDeleteFailed), engineCode},
+        .createFailed = {logCode("[MCAST6 DB]del l2 bd enable, create object failed, ret:%u."), dfx(kDeleteFailed),
+                         engineCode},
         .removed      = {released, dfx(kDeleted), returns(0)},
         .code13044    = {released, record(Error::code13044), dfx(kDeleted), returns(0)},
-        .removeFailed = {released, record(Error::remove), logCode("[MCAST6 DB]del l2 bd enable, remove object failed, ret:%u."), dfx(kDeleteFailed), engineCode},
+        .removeFailed = {released, record(Error::remove),
+                         logCode("[MCAST6 DB]del l2 bd enable, remove object failed, ret:%u."), dfx(kDeleteFailed),
+                         engineCode},
     };
     static constexpr EntryOutcomes onEntry{
         .nullParameter = {log("[MCAST6 DB]get l2 bd enable entry, para is null."), returns(1)},
         .ended         = {returns(60)},
-        .nextFailed    = {logCode("[MCAST6 DB]get l2 bd enable entry, db root iterator next failed, ret:%d."), record(Error::next), returns(1)},
+        .nextFailed    = {logCode("[MCAST6 DB]get l2 bd enable entry, db root iterator next failed, ret:%d."),
+                          record(Error::next), returns(1)},
         .entry         = {returns(0)},
         .vanished      = {returns(60)},
-        .readFailed    = {logCode("[MCAST6 DB]get l2 bd enable entry, read obj failed, ret:%d."), record(Error::read), returns(1)},
+        .readFailed    = {logCode("[MCAST6 DB]get l2 bd enable entry, read obj failed, ret:%d."), record(Error::read),
+                          returns(1)},
     };
     static constexpr IterOutcomes onIter{
         .failed = {dfx(kIterFailed), log("[MCAST6 DB]create l2 bd enable iter failed."), returnsNull},
@@ -161,8 +175,8 @@ uint32_t MCAST6_DB_SetBdEnableUpdateData(Mcast6DbHandle object, const L2McBdEnab
     return code;
 }
 
-// Deviates in control flow: a failed setter is logged but does not stop the update, and the result is the OR of all codes.
-// Nothing is tolerated or recorded, and nothing but the object counted.
+// Deviates in control flow: a failed setter is logged but does not stop the update, and the result is the OR of all
+// codes. No code is tolerated, no error is recorded, and only the object is counted.
 uint32_t MCAST6_DB_UpdateL2BdEnableCfg(const L2McBdEnableEntry* record) {
     if (record == nullptr) {
         logLine(Table::logId, "[MCAST6 DB]update l2 bd enable, para is null.");

@@ -1,5 +1,5 @@
 // l2mc6_bd_flowstat_sub: the flow-statistics subscriptions of bridge domains.
-// As the model table, but: a read passes 15005 through, and a write to a full table is counted without a log.
+// Differences from the model table: a read passes 15005 through, and a write to a full table is counted but not logged.
 #include "mcast6_db/l2mc6_bd_flowstat_sub.h"
 
 #include "frame/agreement.h"
@@ -29,8 +29,10 @@ struct Table {
         kCreated, kCreateFailed, kReleased, kTableFull, kWritten,
         kWriteFailed, kDeleted, kDeleteFailed, kIterFailed};
 
-    static constexpr Mcast6DbIterFuncs objects{MCAST6_DB_CreateL2McBdFlowstatSubObject, MCAST6_DB_ReleaseL2McBdFlowstatSubObject};
-    static constexpr Accessors accessors{db_create_l2mc6_bd_flowstat_sub_obj, db_release_l2mc6_bd_flowstat_sub_object, db_set_l2mc6_bd_flowstat_sub_all_fields};
+    static constexpr Mcast6DbIterFuncs objects{MCAST6_DB_CreateL2McBdFlowstatSubObject,
+                                               MCAST6_DB_ReleaseL2McBdFlowstatSubObject};
+    static constexpr Accessors accessors{db_create_l2mc6_bd_flowstat_sub_obj, db_release_l2mc6_bd_flowstat_sub_object,
+                                         db_set_l2mc6_bd_flowstat_sub_all_fields};
     static constexpr auto set = MCAST6_DB_SetL2McBdFlowstatSub;
     static constexpr auto get = MCAST6_DB_GetL2McBdFlowstatSub;
 
@@ -63,31 +65,40 @@ struct Table {
         .createFailed = {logCode("[MCAST6 DB]read l2 bd flow stat, create object failed, ret:%u."), engineCode},
         .found        = {released, returns(0)},
         .absent       = {released, engineCode},
-        .readFailed   = {logCode("[MCAST6 DB]read l2 bd flow stat, read object failed, ret:%u"), record(Error::read), released, engineCode},
+        .readFailed   = {logCode("[MCAST6 DB]read l2 bd flow stat, read object failed, ret:%u"), record(Error::read),
+                         released, engineCode},
     };
     static constexpr LimitedWriteOutcomes onWrite{{
         .nullRecord   = {log("[MCAST6 DB]write l2 bd flow stat, para is null."), dfx(kWriteFailed), returns(1)},
-        .createFailed = {logCode("[MCAST6 DB]write l2 bd flow stat, create object failed, ret:%u."), dfx(kWriteFailed), engineCode},
-        .setFailed    = {released, logCode("[MCAST6 DB]write l2 bd flow stat, set all field failed, ret:%u."), dfx(kWriteFailed), engineCode},
+        .createFailed = {logCode("[MCAST6 DB]write l2 bd flow stat, create object failed, ret:%u."), dfx(kWriteFailed),
+                         engineCode},
+        .setFailed    = {released, logCode("[MCAST6 DB]write l2 bd flow stat, set all field failed, ret:%u."),
+                         dfx(kWriteFailed), engineCode},
         .written      = {released, dfx(kWritten), returns(0)},
         .code13044    = {released, record(Error::code13044), dfx(kWritten), returns(0)},
-        .writeFailed  = {released, logCode("[MCAST6 DB]write l2 bd flow stat, write object failed, ret:%u."), record(Error::write), dfx(kWriteFailed), engineCode},
+        .writeFailed  = {released, logCode("[MCAST6 DB]write l2 bd flow stat, write object failed, ret:%u."),
+                         record(Error::write), dfx(kWriteFailed), engineCode},
     },  /* tableFull */ {released, dfx(kTableFull), record(Error::write), dfx(kWriteFailed), engineCode},  // no log
     };
     static constexpr UpdateOutcomes onSmooth{
         .nullRecord   = {log("[MCAST6 DB]l2 bd flow stat upd version, para is null."), returns(1)},
         .createFailed = {logCode("[MCAST6 DB]l2 bd flow stat upd version, create object failed, ret:%u."), engineCode},
-        .setFailed    = {logCode("[MCAST6 DB]l2 bd flow stat upd version, set smooth version failed, ret:%u."), released, engineCode},
+        .setFailed    = {logCode("[MCAST6 DB]l2 bd flow stat upd version, set smooth version failed, ret:%u."),
+                         released, engineCode},
         .updated      = {released, returns(0)},
         .code13044    = {released, record(Error::code13044), returns(0)},
-        .updateFailed = {released, logCode("[MCAST6 DB]l2 bd flow stat upd version, update object failed, ret:%u."), record(Error::update), engineCode},
+        .updateFailed = {released, logCode("[MCAST6 DB]l2 bd flow stat upd version, update object failed, ret:%u."),
+                         record(Error::update), engineCode},
     };
     static constexpr RemoveOutcomes onRemove{
         .nullRecord   = {log("[MCAST6 DB]l2 bd flow stat del, para is null."), dfx(kDeleteFailed), returns(1)},
-        .createFailed = {logCode("[MCAST6 DB]l2 bd flow stat del, create object failed, ret:%u."), dfx(kDeleteFailed), engineCode},
+        .createFailed = {logCode("[MCAST6 DB]l2 bd flow stat del, create object failed, ret:%u."), dfx(kDeleteFailed),
+                         engineCode},
         .removed      = {released, dfx(kDeleted), returns(0)},
         .code13044    = {released, record(Error::code13044), dfx(kDeleted), returns(0)},
-        .removeFailed = {released, record(Error::remove), logCode("[MCAST6 DB]l2 bd flow stat del, remove object failed, ret:%u."), dfx(kDeleteFailed), engineCode},
+        .removeFailed = {released, record(Error::remove),
+                         logCode("[MCAST6 DB]l2 bd flow stat del, remove object failed, ret:%u."), dfx(kDeleteFailed),
+                         engineCode},
     };
     static constexpr IterOutcomes onIter{
         .failed = {dfx(kIterFailed), returnsNull},
@@ -95,10 +106,12 @@ struct Table {
     static constexpr EntryOutcomes onEntry{
         .nullParameter = {log("[MCAST6 DB]l2 bd flow stat get entry, para is null."), returns(1)},
         .ended         = {returns(60)},
-        .nextFailed    = {logCode("[MCAST6 DB]l2 bd flow stat get entry, db root iterator next failed, ret:%d."), record(Error::next), returns(1)},
+        .nextFailed    = {logCode("[MCAST6 DB]l2 bd flow stat get entry, db root iterator next failed, ret:%d."),
+                          record(Error::next), returns(1)},
         .entry         = {returns(0)},
         .vanished      = {returns(60)},
-        .readFailed    = {logCode("[MCAST6 DB]l2 bd flow stat get entry, read obj failed, ret:%d."), record(Error::read), returns(1)},
+        .readFailed    = {logCode("[MCAST6 DB]l2 bd flow stat get entry, read obj failed, ret:%d."),
+                          record(Error::read), returns(1)},
     };
 };
 // clang-format on

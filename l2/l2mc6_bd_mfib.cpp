@@ -1,5 +1,5 @@
 // l2mc6_bd_mfib: the layer-2 forwarding entries of bridge domains.
-// Failures return 1. Some messages speak of "vlan" or of a release that did not fail: they stand so. The sorted scan's
+// Failures return 1. Some messages say "vlan", or name a release that did not fail: keep them. The sorted scan's
 // allocation and the hash-conflict count's object are recorded under the VLAN table's number 8.
 #include "mcast6_db/l2mc6_bd_mfib.h"
 
@@ -30,7 +30,8 @@ struct Table {
     static constexpr Kpi indicators[]{kWritten, kWriteFailed, kDeleted, kDeleteFailed};
 
     static constexpr Mcast6DbIterFuncs objects{MCAST6_DB_CreateL2BdMfib6Object, MCAST6_DB_ReleaseL2BdMfib6Object};
-    static constexpr Accessors accessors{db_create_l2mc6_bd_mfib_obj, db_release_l2mc6_bd_mfib_object, db_set_l2mc6_bd_mfib_all_fields};
+    static constexpr Accessors accessors{db_create_l2mc6_bd_mfib_obj, db_release_l2mc6_bd_mfib_object,
+                                         db_set_l2mc6_bd_mfib_all_fields};
     static constexpr auto resetObject = db_reset_l2mc6_bd_mfib_object;
     static constexpr auto set = MCAST6_DB_SetL2BdMfib6;
     static constexpr auto get = MCAST6_DB_GetL2BdMfib6;
@@ -56,7 +57,8 @@ struct Table {
         Copy    <106, &E::enpErrCode>,
         Now     <110, &E::timeStampCreate>,
         Now     <118, &E::timeStampSmooth>>;
-    using OnGet = mcast6::OnGet<GetWrites<&E::addrType, 2>, GetWrites<&E::domainType, 1>, GetWrites<&E::groupMaskLen, 0>, GetWrites<&E::sourceMaskLen, 0>>;
+    using OnGet = mcast6::OnGet<GetWrites<&E::addrType, 2>, GetWrites<&E::domainType, 1>,
+                                GetWrites<&E::groupMaskLen, 0>, GetWrites<&E::sourceMaskLen, 0>>;
 
     using Primary  = PrimaryKey<Row, &E::vrId, &E::groupAddr, &E::sourceAddr, &E::domainId>;
     using ByDomain = SecondaryKey<Row, 2, &E::vrId, &E::domainId>;
@@ -111,11 +113,16 @@ struct Table {
     };
     static constexpr WriteOutcomes onWrite{
         .nullRecord   = {log("[MCAST6 DB] write bd mfib fail, l2BdMfib6Entry is null."), kpi(kWriteFailed), returns(1)},
-        .createFailed = {log("[MCAST6 DB] write bd mfib fail, create db object failed."), kpi(kWriteFailed), returns(1)},
-        .setFailed    = {released, logCode("[MCAST6 DB] write bd mfib fail, set_all_fields failed, ret:%u."), kpi(kWriteFailed), returns(1)},
+        .createFailed = {log("[MCAST6 DB] write bd mfib fail, create db object failed."), kpi(kWriteFailed),
+                         returns(1)},
+        .setFailed    = {released, logCode("[MCAST6 DB] write bd mfib fail, set_all_fields failed, ret:%u."),
+                         kpi(kWriteFailed), returns(1)},
         .written      = {released, kpi(kWritten), returns(0)},
         .code13044    = {released, record(Error::code13044), kpi(kWritten), returns(0)},
-        .writeFailed  = {released, kpi(kWriteFailed), logCode("[MCAST6 DB] write bd mfib fail, release object fail, ret:%u."), record(Error::write), returns(1)},  // names the release
+        // says "release"
+        .writeFailed  = {released, kpi(kWriteFailed),
+                         logCode("[MCAST6 DB] write bd mfib fail, release object fail, ret:%u."), record(Error::write),
+                         returns(1)},
     };
     static constexpr UpdateOutcomes onSmooth{
         .nullRecord   = {log("[MCAST6 DB] update bd mfib smooth version fail, l2BdMfib6Entry is null."), returns(1)},
@@ -123,68 +130,94 @@ struct Table {
         .setFailed    = {logCode("[MCAST6 DB] set smooth version when update fail, ret:%u."), released, returns(1)},
         .updated      = {released, returns(0)},
         .code13044    = {released, record(Error::code13044), returns(0)},
-        .updateFailed = {released, logCode("[MCAST6 DB] update bd mfib smooth version, release object fail, ret:%u."), record(Error::update), returns(1)},
+        .updateFailed = {released, logCode("[MCAST6 DB] update bd mfib smooth version, release object fail, ret:%u."),
+                         record(Error::update), returns(1)},
     };
     static constexpr RemoveOutcomes onRemove{
-        .nullRecord   = {log("[MCAST6 DB] delete bd mfib fail, l2BdMfib6Entry is null."), kpi(kDeleteFailed), returns(1)},
-        .createFailed = {log("[MCAST6 DB] delete bd mfib fail, create db object failed."), kpi(kDeleteFailed), returns(1)},
+        .nullRecord   = {log("[MCAST6 DB] delete bd mfib fail, l2BdMfib6Entry is null."), kpi(kDeleteFailed),
+                         returns(1)},
+        .createFailed = {log("[MCAST6 DB] delete bd mfib fail, create db object failed."), kpi(kDeleteFailed),
+                         returns(1)},
         .removed      = {released, kpi(kDeleted), returns(0)},
         .code13044    = {released, record(Error::code13044), kpi(kDeleted), returns(0)},
-        .removeFailed = {released, kpi(kDeleteFailed), record(Error::remove), logCode("[MCAST6 DB] delete bd mfib fail, release object fail, ret:%u."), returns(1)},
+        .removeFailed = {released, kpi(kDeleteFailed), record(Error::remove),
+                         logCode("[MCAST6 DB] delete bd mfib fail, release object fail, ret:%u."), returns(1)},
     };
     static constexpr EntryOutcomes onEntry{
         .nullParameter = {returns(1)},
         .ended         = {returns(60)},
-        .nextFailed    = {logCode("[MCAST6 DB] get bd mfib fail, db root iterator next fail, ret:%u."), record(Error::next), returns(1)},
+        .nextFailed    = {logCode("[MCAST6 DB] get bd mfib fail, db root iterator next fail, ret:%u."),
+                          record(Error::next), returns(1)},
         .entry         = {returns(0)},
         .vanished      = {returns(60)},
-        .readFailed    = {logCode("[MCAST6 DB] delete bd mfib fail, read obj fail, ret:%u."), record(Error::read), returns(1)},  // says "delete"
+        // says "delete"
+        .readFailed    = {logCode("[MCAST6 DB] delete bd mfib fail, read obj fail, ret:%u."), record(Error::read),
+                          returns(1)},
     };
     static constexpr NextItemOutcomes onNextItem{
         .nullHandle = {returns(1)},
         .ended      = {returns(60)},
-        .nextFailed = {logCode("[MCAST6 DB] get l2bd mfib6,, root iterator next fail, ret:%u."), returns(1)},  // two commas
+        // two commas
+        .nextFailed = {logCode("[MCAST6 DB] get l2bd mfib6,, root iterator next fail, ret:%u."), returns(1)},
         .entry      = {returns(0)},
     };
     static constexpr BuildOutcomes onIter{
         .createFailed     = {log("[MCAST6 DB] create l2bd mfib iter fail, create obj failed."), returnsNull},
-        .rootIterFailed   = {logCode("[MCAST6 DB] create bd mfib iter fail, create root iter failed, ret:%d."), record(Error::rootIter), released, returnsNull},
-        .propertyFailed   = {released, logCode("[MCAST6 DB] set VlanMfib6 root iterator property fail, ret:%d."), returnsNull},
-        .allocationFailed = {released, log("[MCAST6 DB] create bd mfib iter fail, malloc db res failed."), record(Error::iterBuild), returnsNull},
+        .rootIterFailed   = {logCode("[MCAST6 DB] create bd mfib iter fail, create root iter failed, ret:%d."),
+                             record(Error::rootIter), released, returnsNull},
+        .propertyFailed   = {released, logCode("[MCAST6 DB] set VlanMfib6 root iterator property fail, ret:%d."),
+                             returnsNull},
+        .allocationFailed = {released, log("[MCAST6 DB] create bd mfib iter fail, malloc db res failed."),
+                             record(Error::iterBuild), returnsNull},
     };
     static constexpr BuildOutcomes onIterByGroup{
         .createFailed     = {record(Error::read), returnsNull},
         .rootIterFailed   = {released, returnsNull},
-        .propertyFailed   = {released, logCode("[MCAST6 DB] set BdMfib6 root iterator by group addr property fail, ret:%d."), returnsNull},
-        .allocationFailed = {log("[MCAST6 DB] CreateL2bd_mfib6 malloc db res failed."), record(Error::iterBuild), released, returnsNull},
+        .propertyFailed   = {released,
+                             logCode("[MCAST6 DB] set BdMfib6 root iterator by group addr property fail, ret:%d."),
+                             returnsNull},
+        .allocationFailed = {log("[MCAST6 DB] CreateL2bd_mfib6 malloc db res failed."), record(Error::iterBuild),
+                             released, returnsNull},
     };
     static constexpr BuildOutcomes onIterBySrcPid{
         .createFailed     = {record(Error::read), returnsNull},
         .rootIterFailed   = {released, returnsNull},
-        .propertyFailed   = {released, logCode("[MCAST6 DB] set SrcPid root iterator property fail, ret:%d."), returnsNull},
-        .allocationFailed = {log("[MCAST6 DB] CreateL2vlanmfib6Iter By SrcPid malloc db res failed."), record(Error::iterBuild), released, returnsNull},
+        .propertyFailed   = {released, logCode("[MCAST6 DB] set SrcPid root iterator property fail, ret:%d."),
+                             returnsNull},
+        .allocationFailed = {log("[MCAST6 DB] CreateL2vlanmfib6Iter By SrcPid malloc db res failed."),
+                             record(Error::iterBuild), released, returnsNull},
     };
     static constexpr BuildOutcomes onIterByDomain{
         .createFailed     = {record(Error::read), returnsNull},
         .rootIterFailed   = {released, returnsNull},
-        .propertyFailed   = {released, logCode("[MCAST6 DB] set VlanMfib6 root iterator by vlanId property fail, ret:%d."), returnsNull},
-        .allocationFailed = {log("[MCAST6 DB] CreateL2vlanmfib6IterByBdId malloc db res failed."), record(Error::iterBuild), released, returnsNull},
+        .propertyFailed   = {released,
+                             logCode("[MCAST6 DB] set VlanMfib6 root iterator by vlanId property fail, ret:%d."),
+                             returnsNull},
+        .allocationFailed = {log("[MCAST6 DB] CreateL2vlanmfib6IterByBdId malloc db res failed."),
+                             record(Error::iterBuild), released, returnsNull},
     };
     static constexpr SortedScanOutcomes onSortedScan{
         .statementFailed  = {released, returnsNull},
         .filterFailed     = {released, returnsNull},
-        .propertyFailed   = {released, logCode("[MCAST6 DB] set BdMfib6 root iterator by filter property fail, ret:%u."), returnsNull},
-        .allocationFailed = {released, log("[MCAST6 DB] L2mcMfib ScanGetBdIterSorted malloc db res failed."), record(Error::iterBuild, 8), returnsNull},  // row 8, not 27
+        .propertyFailed   = {released,
+                             logCode("[MCAST6 DB] set BdMfib6 root iterator by filter property fail, ret:%u."),
+                             returnsNull},
+        // row 8, not 27
+        .allocationFailed = {released, log("[MCAST6 DB] L2mcMfib ScanGetBdIterSorted malloc db res failed."),
+                             record(Error::iterBuild, 8), returnsNull},
     };
     static constexpr BuildIntoOutcomes onIterByErrCode{
         .createFailed   = {record(Error::read), returns(1)},
         .rootIterFailed = {released, returns(1)},
-        .propertyFailed = {released, logCode("[MCAST6 DB] set L2BdMfib6 root iterator by errCode property fail, ret:%d."), returns(1)},
+        .propertyFailed = {released,
+                           logCode("[MCAST6 DB] set L2BdMfib6 root iterator by errCode property fail, ret:%d."),
+                           returns(1)},
     };
     static constexpr MatchOutcomes onCountByDomain{
         .createFailed = {record(Error::read), returns(1)},
         .absent       = {released, returns(0)},
-        .countFailed  = {logCode("[MCAST6 DB] db count by bd failed, ret:%d."), record(Error::read), released, returns(0)},
+        .countFailed  = {logCode("[MCAST6 DB] db count by bd failed, ret:%d."), record(Error::read), released,
+                         returns(0)},
     };
     static constexpr ConflictOutcomes onConflicts{
         .createFailed = {record(Error::read, 8), returns(1)},  // row 8, not 27
@@ -193,7 +226,7 @@ struct Table {
 };
 // clang-format on
 
-// The count by bridge domain makes its object with the accessors, past the counters.
+// The count by bridge domain creates its object with the accessors, without the counters.
 struct Uncounted : Table {
     static constexpr Mcast6DbIterFuncs objects{db_create_l2mc6_bd_mfib_obj, db_release_l2mc6_bd_mfib_object};
 };

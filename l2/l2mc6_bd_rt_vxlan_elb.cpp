@@ -1,6 +1,6 @@
 // l2mc6_bd_rt_vxlan_elb: the routes of bridge domains to VXLAN tunnels.
-// As l2mc6_bd_tag_rt, but for 13044: a write and a removal count it as failed and then as done. The odd words of the
-// messages ("release" where a write failed, "mfibv4", "dellet") stand so.
+// Differs from l2mc6_bd_tag_rt on 13044: a write and a removal count it as failed and then as done. Keep the odd words
+// of the messages ("release" where a write failed, "mfibv4", "dellet").
 #include "mcast6_db/l2mc6_bd_rt_vxlan_elb.h"
 
 #include "frame/agreement.h"
@@ -29,8 +29,10 @@ struct Table {
         kCreateFailed, kCreated, kReleased, kWritten, kWriteFailed, kDeleted, kDeleteFailed, kIterFailed
     };
 
-    static constexpr Mcast6DbIterFuncs objects{MCAST6_DB_CreateL2Mc6BdRtVxlanElbObject, MCAST6_DB_ReleaseL2Mc6BdRtVxlanElbObject};
-    static constexpr Accessors accessors{db_create_l2mc6_bd_rt_vxlan_elb_obj, db_release_l2mc6_bd_rt_vxlan_elb_object, db_set_l2mc6_bd_rt_vxlan_elb_all_fields};
+    static constexpr Mcast6DbIterFuncs objects{MCAST6_DB_CreateL2Mc6BdRtVxlanElbObject,
+                                               MCAST6_DB_ReleaseL2Mc6BdRtVxlanElbObject};
+    static constexpr Accessors accessors{db_create_l2mc6_bd_rt_vxlan_elb_obj, db_release_l2mc6_bd_rt_vxlan_elb_object,
+                                         db_set_l2mc6_bd_rt_vxlan_elb_all_fields};
     static constexpr auto set = MCAST6_DB_SetL2Mc6BdRtVxlanElb;
     static constexpr auto get = MCAST6_DB_GetL2Mc6BdRtVxlanElb;
 
@@ -51,7 +53,8 @@ struct Table {
         Now       <56, &E::timeStampSmooth>>;
     using OnGet = mcast6::OnGet<GetWrites<&E::addrKind, 1>, GetWrites<&E::rtKind, 3>>;
 
-    using Primary = PrimaryKey<Row, &E::vrId, &E::rtKeyWord1, &E::rtKeyWord2, &E::rtKeyWord3, LowBytes<uint16_t, &E::rtKeyValue>{}>;
+    using Primary = PrimaryKey<Row, &E::vrId, &E::rtKeyWord1, &E::rtKeyWord2, &E::rtKeyWord3,
+                               LowBytes<uint16_t, &E::rtKeyValue>{}>;
     using BySrcPid = SecondaryKey<Row, 2, &E::vrId, &E::vrfId, &E::appSrcPid>;
 
     using SmoothSetters = FieldSetters<
@@ -72,38 +75,55 @@ struct Table {
         .createFailed = {logCode("MCAST6_DB_ReadL2Mc6BdRtVxlanElb, create db object failed, ret:%u."), engineCode},
         .found        = {released, returns(0)},
         .absent       = {released, returns(60)},
-        .readFailed   = {logCode("MCAST_DB_ReadL2McBdRtVxlanElb, read l2mc_bd_rt_vxlan_elb object db failed, ret:%u."), record(Error::read), released, engineCode},
+        .readFailed   = {
+            logCode("MCAST_DB_ReadL2McBdRtVxlanElb, read l2mc_bd_rt_vxlan_elb object db failed, ret:%u."),
+            record(Error::read), released, engineCode},
     };
     static constexpr WriteOutcomes onWrite{
         .nullRecord   = {log("MCAST6_DB_WriteL2Mc6BdRtVxlanElb, entry is null."), dfx(kWriteFailed), returns(1)},
-        .createFailed = {logCode("MCAST6_DB_WriteL2Mc6BdRtVxlanElb, create db object failed, ret:%u."), dfx(kWriteFailed), engineCode},
-        .setFailed    = {released, logCode("MCAST6_DB_WriteL2Mc6BdRtVxlanElb, set_all_fields failed, ret:%u."), dfx(kWriteFailed), engineCode},
+        .createFailed = {logCode("MCAST6_DB_WriteL2Mc6BdRtVxlanElb, create db object failed, ret:%u."),
+                         dfx(kWriteFailed), engineCode},
+        .setFailed    = {released, logCode("MCAST6_DB_WriteL2Mc6BdRtVxlanElb, set_all_fields failed, ret:%u."),
+                         dfx(kWriteFailed), engineCode},
         .written      = {released, dfx(kWritten), returns(0)},
-        .code13044    = {released, record(Error::code13044), dfx(kWriteFailed), dfx(kWritten), returns(0)},  // both
-        .writeFailed  = {released, logCode("MCAST6_DB_WriteL2Mc6BdRtVxlanElb, release l2mc l2mc_bd_rt_vxlan_elb object fail, ret:%u."), record(Error::write), dfx(kWriteFailed), engineCode},
+        // both counters
+        .code13044    = {released, record(Error::code13044), dfx(kWriteFailed), dfx(kWritten), returns(0)},
+        .writeFailed  = {
+            released,
+            logCode("MCAST6_DB_WriteL2Mc6BdRtVxlanElb, release l2mc l2mc_bd_rt_vxlan_elb object fail, ret:%u."),
+            record(Error::write), dfx(kWriteFailed), engineCode},
     };
     static constexpr UpdateOutcomes onUpdate{
         .nullRecord   = {log("MCAST6_DB_UpdateL2Mc6BdRtVxlanElbOper, entry is null."), returns(1)},
-        .createFailed = {logCode("MCAST6_DB_UpdateL2Mc6BdRtVxlanElbOper, create db object failed, ret:%u."), engineCode},
-        .setFailed    = {logCode("MCAST6_DB_UpdateL2Mc6BdRtVxlanElb, set smooth version fail, ret:%u."), released, engineCode},
+        .createFailed = {logCode("MCAST6_DB_UpdateL2Mc6BdRtVxlanElbOper, create db object failed, ret:%u."),
+                         engineCode},
+        .setFailed    = {logCode("MCAST6_DB_UpdateL2Mc6BdRtVxlanElb, set smooth version fail, ret:%u."), released,
+                         engineCode},
         .updated      = {released, returns(0)},
         .code13044    = {released, record(Error::code13044), returns(0)},
-        .updateFailed = {released, logCode("MCAST6_DB_UpdateL2Mc6BdRtVxlanElb, release mfibv4 object fail, ret:%u."), record(Error::update), engineCode},
+        .updateFailed = {released, logCode("MCAST6_DB_UpdateL2Mc6BdRtVxlanElb, release mfibv4 object fail, ret:%u."),
+                         record(Error::update), engineCode},
     };
     static constexpr RemoveOutcomes onRemove{
         .nullRecord   = {log("MCAST6_DB_DeleteL2Mc6BdRtVxlanElb, entry is null."), dfx(kDeleteFailed), returns(1)},
-        .createFailed = {logCode("MCAST6_DB_DeleteL2Mc6BdRtVxlanElb, create db object failed, ret:%u."), dfx(kDeleteFailed), engineCode},
+        .createFailed = {logCode("MCAST6_DB_DeleteL2Mc6BdRtVxlanElb, create db object failed, ret:%u."),
+                         dfx(kDeleteFailed), engineCode},
         .removed      = {released, dfx(kDeleted), returns(0)},
-        .code13044    = {released, record(Error::code13044), dfx(kDeleteFailed), dfx(kDeleted), returns(0)},  // both
-        .removeFailed = {released, record(Error::remove), logCode("MCAST6_DB_DeleteL2Mc6BdRtVxlanElb, dellet rt fail, ret:%u."), dfx(kDeleteFailed), engineCode},
+        // both counters
+        .code13044    = {released, record(Error::code13044), dfx(kDeleteFailed), dfx(kDeleted), returns(0)},
+        .removeFailed = {released, record(Error::remove),
+                         logCode("MCAST6_DB_DeleteL2Mc6BdRtVxlanElb, dellet rt fail, ret:%u."), dfx(kDeleteFailed),
+                         engineCode},
     };
     static constexpr EntryOutcomes onEntry{
         .nullParameter = {returns(1)},
         .ended         = {returns(60)},
-        .nextFailed    = {logCode("MCAST6_DB_GetL2Mc6BdRtVxlanElbEntry, db root iterator next fail, ret:%d."), record(Error::next), returns(1)},
+        .nextFailed    = {logCode("MCAST6_DB_GetL2Mc6BdRtVxlanElbEntry, db root iterator next fail, ret:%d."),
+                          record(Error::next), returns(1)},
         .entry         = {returns(0)},
         .vanished      = {returns(60)},
-        .readFailed    = {logCode("MCAST6_DB_GetL2Mc6BdRtVxlanElbEntry, read obj fail, ret:%d."), record(Error::read), returns(1)},
+        .readFailed    = {logCode("MCAST6_DB_GetL2Mc6BdRtVxlanElbEntry, read obj fail, ret:%d."), record(Error::read),
+                          returns(1)},
     };
     static constexpr IterOutcomes onIter{
         .failed = {dfx(kIterFailed), returnsNull},

@@ -1,5 +1,6 @@
 // l2mc6_bd_tag_elb: the outgoing interfaces of bridge domains that send tagged frames.
-// As the model table, but: a read passes 15005 through, and a write answered with 13044 counts as failed although it returns 0.
+// Differences from the model table: a read passes 15005 through, and on 13044 a write counts as failed although it
+// returns 0.
 #include "mcast6_db/l2mc6_bd_tag_elb.h"
 
 #include "frame/agreement.h"
@@ -29,7 +30,8 @@ struct Table {
     };
 
     static constexpr Mcast6DbIterFuncs objects{MCAST6_DB_CreateL2McBdTagElbObject, MCAST6_DB_ReleaseL2McBdTagElbObject};
-    static constexpr Accessors accessors{db_create_l2mc6_bd_tag_elb_obj, db_release_l2mc6_bd_tag_elb_object, db_set_l2mc6_bd_tag_elb_all_fields};
+    static constexpr Accessors accessors{db_create_l2mc6_bd_tag_elb_obj, db_release_l2mc6_bd_tag_elb_object,
+                                         db_set_l2mc6_bd_tag_elb_all_fields};
     static constexpr auto set = MCAST6_DB_SetL2McBdTagElb;
     static constexpr auto get = MCAST6_DB_GetL2McBdTagElb;
 
@@ -64,9 +66,11 @@ struct Table {
         Copy    <162, &E::errCode>,
         Now     <164, &E::timeStampCreate>,
         Now     <172, &E::timeStampSmooth>>;
-    using OnGet = mcast6::OnGet<GetWrites<&E::addrType, 2>, GetWrites<&E::domainType, 1>, GetWrites<&E::fixedWord1, 2>, GetWrites<&E::fixedWord2, 7>>;
+    using OnGet = mcast6::OnGet<GetWrites<&E::addrType, 2>, GetWrites<&E::domainType, 1>, GetWrites<&E::fixedWord1, 2>,
+                                GetWrites<&E::fixedWord2, 7>>;
 
-    using Primary  = PrimaryKey<Row, &E::vrId, &E::bdId, &E::groupAddr, &E::sourceAddr, &E::outIfIndex, &E::tagVid1, &E::tagVid2>;
+    using Primary  = PrimaryKey<Row, &E::vrId, &E::bdId, &E::groupAddr, &E::sourceAddr, &E::outIfIndex, &E::tagVid1,
+                                &E::tagVid2>;
     using ByEntry  = SecondaryKey<Row, 1, &E::vrId, &E::bdId, &E::groupAddr, &E::sourceAddr>;
     using BySrcPid = SecondaryKey<Row, 3, &E::vrId, &E::vrfId, &E::appSrcPid>;
     static constexpr uint32_t kByIfIndex = 0x02090004;  // an interface index
@@ -84,15 +88,19 @@ struct Table {
         .createFailed = {logCode("[MCAST6 DB] create l2mc bd tag elb obj failed, ret:%u."), engineCode},
         .found        = {released, returns(0)},
         .absent       = {released, engineCode},
-        .readFailed   = {logCode("[MCAST6 DB]read l2mc bd tag elb object db failed, ret:%u."), record(Error::read), released, engineCode},
+        .readFailed   = {logCode("[MCAST6 DB]read l2mc bd tag elb object db failed, ret:%u."), record(Error::read),
+                         released, engineCode},
     };
     static constexpr WriteOutcomes onWrite{
         .nullRecord   = {log("[MCAST6 DB] write l2mc bd tag elb failed, para is null."), dfx(kWriteFailed), returns(1)},
-        .createFailed = {logCode("[MCAST6 DB] create l2mc bd tag elb object failed, ret:%u."), dfx(kWriteFailed), engineCode},
-        .setFailed    = {released, logCode("[MCAST6 DB] write l2mc bd tag elb, set all fields fail, ret:%u."), dfx(kWriteFailed), engineCode},
+        .createFailed = {logCode("[MCAST6 DB] create l2mc bd tag elb object failed, ret:%u."), dfx(kWriteFailed),
+                         engineCode},
+        .setFailed    = {released, logCode("[MCAST6 DB] write l2mc bd tag elb, set all fields fail, ret:%u."),
+                         dfx(kWriteFailed), engineCode},
         .written      = {released, dfx(kWritten), returns(0)},
         .code13044    = {released, record(Error::code13044), dfx(kWriteFailed), returns(0)},  // counted as failed
-        .writeFailed  = {released, logCode("[MCAST6 DB], write l2mc bd tag elb object fail, ret:%u."), record(Error::write), dfx(kWriteFailed), engineCode},
+        .writeFailed  = {released, logCode("[MCAST6 DB], write l2mc bd tag elb object fail, ret:%u."),
+                         record(Error::write), dfx(kWriteFailed), engineCode},
     };
     static constexpr UpdateOutcomes onSmooth{
         .nullRecord   = {log("[MCAST6 DB]upd smooth version, para is null."), returns(1)},
@@ -100,22 +108,28 @@ struct Table {
         .setFailed    = {logCode("[MCAST6 DB]l2 bd tag elb, set smooth version fail, ret:%u."), released, engineCode},
         .updated      = {released, returns(0)},
         .code13044    = {released, record(Error::code13044), returns(0)},
-        .updateFailed = {released, logCode("[MCAST6 DB]upd smooth version, update l2 bd tag elb object fail, ret:%u."), record(Error::update), engineCode},
+        .updateFailed = {released, logCode("[MCAST6 DB]upd smooth version, update l2 bd tag elb object fail, ret:%u."),
+                         record(Error::update), engineCode},
     };
     static constexpr RemoveOutcomes onRemove{
         .nullRecord   = {log("[MCAST6 DB]delete l2 bd tag elb failed, para is null."), dfx(kDeleteFailed), returns(1)},
-        .createFailed = {logCode("[MCAST6 DB]del l2 bd tag elb, create db object failed, ret:%u."), dfx(kDeleteFailed), engineCode},
+        .createFailed = {logCode("[MCAST6 DB]del l2 bd tag elb, create db object failed, ret:%u."), dfx(kDeleteFailed),
+                         engineCode},
         .removed      = {released, dfx(kDeleted), returns(0)},
         .code13044    = {released, record(Error::code13044), dfx(kDeleted), returns(0)},
-        .removeFailed = {released, record(Error::remove), logCode("[MCAST6 DB]del l2 bd tag elb, remove object fail, ret:%u."), dfx(kDeleteFailed), engineCode},
+        .removeFailed = {released, record(Error::remove),
+                         logCode("[MCAST6 DB]del l2 bd tag elb, remove object fail, ret:%u."), dfx(kDeleteFailed),
+                         engineCode},
     };
     static constexpr EntryOutcomes onEntry{
         .nullParameter = {returns(1)},
         .ended         = {returns(60)},
-        .nextFailed    = {logCode("get l2 bd tag elb, db root iterator next failed, ret:%d."), record(Error::next), returns(1)},
+        .nextFailed    = {logCode("get l2 bd tag elb, db root iterator next failed, ret:%d."), record(Error::next),
+                          returns(1)},
         .entry         = {returns(0)},
         .vanished      = {returns(60)},
-        .readFailed    = {logCode("[MCAST6 DB]get l2 bd tag elb, read obj failed, ret:%d."), record(Error::read), returns(1)},
+        .readFailed    = {logCode("[MCAST6 DB]get l2 bd tag elb, read obj failed, ret:%d."), record(Error::read),
+                          returns(1)},
     };
     static constexpr IterOutcomes onIter{
         .failed = {dfx(kIterFailed), returnsNull},

@@ -1,5 +1,5 @@
 // l2mc6_bd_tag_rt: the routes of bridge domains to tagged interfaces.
-// As the model table; in place of the smooth-version update there is an update through an item setter.
+// As the model table, with an update through an item setter in place of the smooth-version update.
 #include "mcast6_db/l2mc6_bd_tag_rt.h"
 
 #include "frame/agreement.h"
@@ -29,7 +29,8 @@ struct Table {
     };
 
     static constexpr Mcast6DbIterFuncs objects{MCAST6_DB_CreateL2McBdTagRtObject, MCAST6_DB_ReleaseL2McBdTagRtObject};
-    static constexpr Accessors accessors{db_create_l2mc6_bd_tag_rt_obj, db_release_l2mc6_bd_tag_rt_object, db_set_l2mc6_bd_tag_rt_all_fields};
+    static constexpr Accessors accessors{db_create_l2mc6_bd_tag_rt_obj, db_release_l2mc6_bd_tag_rt_object,
+                                         db_set_l2mc6_bd_tag_rt_all_fields};
     static constexpr auto set = MCAST6_DB_SetL2McBdTagRt;
     static constexpr auto get = MCAST6_DB_GetL2McBdTagRt;
 
@@ -49,7 +50,8 @@ struct Table {
         Now       <48, &E::timeStampSmooth>>;
     using OnGet = mcast6::OnGet<GetWrites<&E::addrKind, 1>, GetWrites<&E::rtKind, 2>>;
 
-    using Primary = PrimaryKey<Row, &E::vrId, &E::rtKeyWord1, &E::rtKeyWord2, &E::tagVid1, &E::tagVid2, LowBytes<uint16_t, &E::rtKeyValue>{}>;
+    using Primary = PrimaryKey<Row, &E::vrId, &E::rtKeyWord1, &E::rtKeyWord2, &E::tagVid1, &E::tagVid2,
+                               LowBytes<uint16_t, &E::rtKeyValue>{}>;
 
     using SmoothSetters = FieldSetters<
         Sets    <db_set_l2mc6_bd_tag_rt_smoothVersion, &E::smoothVersion>,
@@ -69,15 +71,19 @@ struct Table {
         .createFailed = {logCode("[MCAST6 DB]read l2 bd tag rt, create object failed, ret:%u."), engineCode},
         .found        = {released, returns(0)},
         .absent       = {released, returns(60)},
-        .readFailed   = {logCode("[MCAST6 DB]read l2 bd tag rt, read object db failed, ret:%u."), record(Error::read), released, engineCode},
+        .readFailed   = {logCode("[MCAST6 DB]read l2 bd tag rt, read object db failed, ret:%u."), record(Error::read),
+                         released, engineCode},
     };
     static constexpr WriteOutcomes onWrite{
         .nullRecord   = {log("[MCAST6 DB]write l2 bd tag rt, para is null."), dfx(kWriteFailed), returns(1)},
-        .createFailed = {logCode("[MCAST6 DB]write l2v6 bd tag rt, create object failed, ret:%u."), dfx(kWriteFailed), engineCode},
-        .setFailed    = {released, logCode("[MCAST6 DB]write l2v6 bd tag rt, set_all_fields failed, ret:%u."), dfx(kWriteFailed), engineCode},
+        .createFailed = {logCode("[MCAST6 DB]write l2v6 bd tag rt, create object failed, ret:%u."), dfx(kWriteFailed),
+                         engineCode},
+        .setFailed    = {released, logCode("[MCAST6 DB]write l2v6 bd tag rt, set_all_fields failed, ret:%u."),
+                         dfx(kWriteFailed), engineCode},
         .written      = {released, dfx(kWritten), returns(0)},
         .code13044    = {released, record(Error::code13044), dfx(kWritten), returns(0)},
-        .writeFailed  = {released, logCode("[MCAST6 DB]write l2 bd tag rt, write object failed, ret:%u."), record(Error::write), dfx(kWriteFailed), engineCode},
+        .writeFailed  = {released, logCode("[MCAST6 DB]write l2 bd tag rt, write object failed, ret:%u."),
+                         record(Error::write), dfx(kWriteFailed), engineCode},
     };
     static constexpr UpdateOutcomes onUpdate{
         .nullRecord   = {log("[MCAST6 DB]l2 bd tag rt upd oper, para is null."), returns(1)},
@@ -85,22 +91,28 @@ struct Table {
         .setFailed    = {logCode("[MCAST6 DB]l2 bd tag rt upd oper, set fields failed, ret:%u."), released, engineCode},
         .updated      = {released, returns(0)},
         .code13044    = {released, record(Error::code13044), returns(0)},
-        .updateFailed = {released, logCode("[MCAST6 DB]l2 bd tag rt upd oper, update object failed, ret:%u."), record(Error::update), engineCode},
+        .updateFailed = {released, logCode("[MCAST6 DB]l2 bd tag rt upd oper, update object failed, ret:%u."),
+                         record(Error::update), engineCode},
     };
     static constexpr RemoveOutcomes onRemove{
         .nullRecord   = {log("[MCAST6 DB]del l2 bd tag rt, para is null."), dfx(kDeleteFailed), returns(1)},
-        .createFailed = {logCode("[MCAST6 DB]del l2 bd tag rt, create object failed, ret:%u."), dfx(kDeleteFailed), engineCode},
+        .createFailed = {logCode("[MCAST6 DB]del l2 bd tag rt, create object failed, ret:%u."), dfx(kDeleteFailed),
+                         engineCode},
         .removed      = {released, dfx(kDeleted), returns(0)},
         .code13044    = {released, record(Error::code13044), dfx(kDeleted), returns(0)},
-        .removeFailed = {released, record(Error::remove), logCode("[MCAST6 DB]del l2 bd tag rt, remove object failed, ret:%u."), dfx(kDeleteFailed), engineCode},
+        .removeFailed = {released, record(Error::remove),
+                         logCode("[MCAST6 DB]del l2 bd tag rt, remove object failed, ret:%u."), dfx(kDeleteFailed),
+                         engineCode},
     };
     static constexpr EntryOutcomes onEntry{
         .nullParameter = {log("[MCAST6 DB]l2 bd tag rt get entry, para is null."), returns(1)},
         .ended         = {returns(60)},
-        .nextFailed    = {logCode("[MCAST6 DB]l2 bd tag rt get entry, db root iterator next failed, ret:%d."), record(Error::next), returns(1)},
+        .nextFailed    = {logCode("[MCAST6 DB]l2 bd tag rt get entry, db root iterator next failed, ret:%d."),
+                          record(Error::next), returns(1)},
         .entry         = {returns(0)},
         .vanished      = {returns(60)},
-        .readFailed    = {logCode("[MCAST6 DB]l2 bd tag rt get entry, read obj failed, ret:%d."), record(Error::read), returns(1)},
+        .readFailed    = {logCode("[MCAST6 DB]l2 bd tag rt get entry, read obj failed, ret:%d."), record(Error::read),
+                          returns(1)},
     };
     static constexpr IterOutcomes onIter{
         .failed = {dfx(kIterFailed), returnsNull},

@@ -1,5 +1,5 @@
 // l2mc6_bd_untag_elb: the outgoing interfaces of bridge domains that send untagged frames.
-// As the model table, but: a read passes 15005 through, and a step with a null handle prints a debug line.
+// Differences from the model table: a read passes 15005 through, and a step with a null handle prints a debug line.
 #include "mcast6_db/l2mc6_bd_untag_elb.h"
 
 #include "frame/agreement.h"
@@ -28,8 +28,10 @@ struct Table {
         kCreateFailed, kCreated, kReleased, kWritten, kWriteFailed, kDeleted, kDeleteFailed, kIterFailed
     };
 
-    static constexpr Mcast6DbIterFuncs objects{MCAST6_DB_CreateL2McBdUntagElbObject, MCAST6_DB_ReleaseL2McBdUntagElbObject};
-    static constexpr Accessors accessors{db_create_l2mc6_bd_untag_elb_obj, db_release_l2mc6_bd_untag_elb_object, db_set_l2mc6_bd_untag_elb_all_fields};
+    static constexpr Mcast6DbIterFuncs objects{MCAST6_DB_CreateL2McBdUntagElbObject,
+                                               MCAST6_DB_ReleaseL2McBdUntagElbObject};
+    static constexpr Accessors accessors{db_create_l2mc6_bd_untag_elb_obj, db_release_l2mc6_bd_untag_elb_object,
+                                         db_set_l2mc6_bd_untag_elb_all_fields};
     static constexpr auto set = MCAST6_DB_SetL2McBdUntagElb;
     static constexpr auto get = MCAST6_DB_GetL2McBdUntagElb;
 
@@ -59,7 +61,8 @@ struct Table {
         Copy    <134, &E::errCode>,
         Now     <136, &E::timeStampCreate>,
         Now     <144, &E::timeStampSmooth>>;
-    using OnGet = mcast6::OnGet<GetWrites<&E::addrType, 2>, GetWrites<&E::domainType, 1>, GetWrites<&E::fixedWord1, 1>, GetWrites<&E::fixedWord2, 8>>;
+    using OnGet = mcast6::OnGet<GetWrites<&E::addrType, 2>, GetWrites<&E::domainType, 1>, GetWrites<&E::fixedWord1, 1>,
+                                GetWrites<&E::fixedWord2, 8>>;
 
     using Primary  = PrimaryKey<Row, &E::vrId, &E::bdId, &E::groupAddr, &E::sourceAddr, &E::outIfIndex>;
     using ByEntry  = SecondaryKey<Row, 1, &E::vrId, &E::bdId, &E::groupAddr, &E::sourceAddr>;
@@ -79,38 +82,51 @@ struct Table {
         .createFailed = {logCode("[MCAST6 DB]create l2 bd untag elb db object failed, ret:%u."), engineCode},
         .found        = {released, returns(0)},
         .absent       = {released, engineCode},
-        .readFailed   = {logCode("[MCAST6 DB]read l2 bd untag elb object db failed, ret:%u."), record(Error::read), released, engineCode},
+        .readFailed   = {logCode("[MCAST6 DB]read l2 bd untag elb object db failed, ret:%u."), record(Error::read),
+                         released, engineCode},
     };
     static constexpr WriteOutcomes onWrite{
         .nullRecord   = {log("[MCAST6 DB]write l2 bd untag elb, para is null."), dfx(kWriteFailed), returns(1)},
-        .createFailed = {logCode("[MCAST6 DB]write l2 bd untag elb, create db object failed, ret:%u."), dfx(kWriteFailed), engineCode},
-        .setFailed    = {released, logCode("[MCAST6 DB]write l2 bd untag elb, set all fields failed, ret:%u."), dfx(kWriteFailed), engineCode},
+        .createFailed = {logCode("[MCAST6 DB]write l2 bd untag elb, create db object failed, ret:%u."),
+                         dfx(kWriteFailed), engineCode},
+        .setFailed    = {released, logCode("[MCAST6 DB]write l2 bd untag elb, set all fields failed, ret:%u."),
+                         dfx(kWriteFailed), engineCode},
         .written      = {released, dfx(kWritten), returns(0)},
         .code13044    = {released, record(Error::code13044), dfx(kWritten), returns(0)},
-        .writeFailed  = {released, logCode("[MCAST6 DB]write l2 bd untag elb, release db object fail, ret:%u."), record(Error::write), dfx(kWriteFailed), engineCode},  // names the release
+        // says "release"
+        .writeFailed  = {released, logCode("[MCAST6 DB]write l2 bd untag elb, release db object fail, ret:%u."),
+                         record(Error::write), dfx(kWriteFailed), engineCode},
     };
     static constexpr UpdateOutcomes onSmooth{
         .nullRecord   = {log("[MCAST6 DB]upd smooth version, para is null."), returns(1)},
-        .createFailed = {logCode("[MCAST6 DB]upd smooth version, create l2 bd untag elb object failed, ret:%u."), engineCode},
-        .setFailed    = {logCode("[MCAST6 DB]l2 bd untag elb set smooth version failed, ret:%u."), released, engineCode},
+        .createFailed = {logCode("[MCAST6 DB]upd smooth version, create l2 bd untag elb object failed, ret:%u."),
+                         engineCode},
+        .setFailed    = {logCode("[MCAST6 DB]l2 bd untag elb set smooth version failed, ret:%u."), released,
+                         engineCode},
         .updated      = {released, returns(0)},
         .code13044    = {released, record(Error::code13044), returns(0)},
-        .updateFailed = {released, logCode("[MCAST6 DB]upd smooth version, upd l2 bd untag elb object failed, ret:%u."), record(Error::update), engineCode},
+        .updateFailed = {released, logCode("[MCAST6 DB]upd smooth version, upd l2 bd untag elb object failed, ret:%u."),
+                         record(Error::update), engineCode},
     };
     static constexpr RemoveOutcomes onRemove{
         .nullRecord   = {log("[MCAST6 DB]del l2 bd untag elb, para is null."), dfx(kDeleteFailed), returns(1)},
-        .createFailed = {logCode("[MCAST6 DB]del l2 bd untag elb, create object failed, ret:%u."), dfx(kDeleteFailed), engineCode},
+        .createFailed = {logCode("[MCAST6 DB]del l2 bd untag elb, create object failed, ret:%u."), dfx(kDeleteFailed),
+                         engineCode},
         .removed      = {released, dfx(kDeleted), returns(0)},
         .code13044    = {released, record(Error::code13044), dfx(kDeleted), returns(0)},
-        .removeFailed = {released, record(Error::remove), logCode("[MCAST6 DB]del l2 bd untag elb, remove obj db failed, ret:%u."), dfx(kDeleteFailed), engineCode},
+        .removeFailed = {released, record(Error::remove),
+                         logCode("[MCAST6 DB]del l2 bd untag elb, remove obj db failed, ret:%u."), dfx(kDeleteFailed),
+                         engineCode},
     };
     static constexpr EntryOutcomes onEntry{
         .nullParameter = {returns(1)},
         .ended         = {returns(60)},
-        .nextFailed    = {logCode("[MCAST6 DB]get l2 bd untag elb, db root iterator next failed, ret:%d."), record(Error::next), returns(1)},
+        .nextFailed    = {logCode("[MCAST6 DB]get l2 bd untag elb, db root iterator next failed, ret:%d."),
+                          record(Error::next), returns(1)},
         .entry         = {returns(0)},
         .vanished      = {returns(60)},
-        .readFailed    = {logCode("[MCAST6 DB]get l2 bd untag elb, read obj failed, ret:%d."), record(Error::read), returns(1)},
+        .readFailed    = {logCode("[MCAST6 DB]get l2 bd untag elb, read obj failed, ret:%d."), record(Error::read),
+                          returns(1)},
     };
     static constexpr IterOutcomes onIter{
         .failed = {dfx(kIterFailed), returnsNull},
@@ -171,7 +187,7 @@ uint32_t MCAST6_DB_UpdateL2McBdUntagElbSmoothVersion(const L2Elb6Entry* record) 
 
 uint32_t MCAST6_DB_DeleteL2McBdUntagElb(const L2Elb6Entry* record) { return removeRecord<Table>(record); }
 
-// Deviates in control flow: a null handle with a record given is told on the debug line, with the record's addresses.
+// Deviates in control flow: a null handle with a record prints a debug line with the record's addresses.
 uint32_t MCAST6_DB_GetL2McBdUntagElbEntry(Mcast6DbRes* iterator, L2Elb6Entry* record) {
     if (iterator == nullptr && record != nullptr) printNullHandle(record->sourceAddr, record->groupAddr);
     return nextRecord<Table>(iterator, record);

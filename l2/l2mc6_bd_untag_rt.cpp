@@ -28,8 +28,10 @@ struct Table {
         kCreateFailed, kCreated, kReleased, kWritten, kWriteFailed, kDeleted, kDeleteFailed, kIterFailed
     };
 
-    static constexpr Mcast6DbIterFuncs objects{MCAST6_DB_CreateL2McBdUntagRtObject, MCAST6_DB_ReleaseL2McBdUntagRtObject};
-    static constexpr Accessors accessors{db_create_l2mc6_bd_untag_rt_obj, db_release_l2mc6_bd_untag_rt_object, db_set_l2mc6_bd_untag_rt_all_fields};
+    static constexpr Mcast6DbIterFuncs objects{MCAST6_DB_CreateL2McBdUntagRtObject,
+                                               MCAST6_DB_ReleaseL2McBdUntagRtObject};
+    static constexpr Accessors accessors{db_create_l2mc6_bd_untag_rt_obj, db_release_l2mc6_bd_untag_rt_object,
+                                         db_set_l2mc6_bd_untag_rt_all_fields};
     static constexpr auto set = MCAST6_DB_SetL2McBdUntagRt;
     static constexpr auto get = MCAST6_DB_GetL2McBdUntagRt;
 
@@ -67,38 +69,49 @@ struct Table {
         .createFailed = {logCode("[MCAST6 DB]read l2 bd untag rt, create object failed, ret:%u."), engineCode},
         .found        = {released, returns(0)},
         .absent       = {released, returns(60)},
-        .readFailed   = {logCode("[MCAST6 DB]read l2 bd untag rt, read object failed, ret:%u."), record(Error::read), released, engineCode},
+        .readFailed   = {logCode("[MCAST6 DB]read l2 bd untag rt, read object failed, ret:%u."), record(Error::read),
+                         released, engineCode},
     };
     static constexpr WriteOutcomes onWrite{
         .nullRecord   = {log("[MCAST6 DB]write l2 bd untag rt, para is null."), dfx(kWriteFailed), returns(1)},
-        .createFailed = {logCode("[MCAST6 DB]write l2 bd untag rt, create object failed, ret:%u."), dfx(kWriteFailed), engineCode},
-        .setFailed    = {released, logCode("[MCAST6 DB]write l2 bd untag rt, set all fields failed, ret:%u."), dfx(kWriteFailed), engineCode},
+        .createFailed = {logCode("[MCAST6 DB]write l2 bd untag rt, create object failed, ret:%u."), dfx(kWriteFailed),
+                         engineCode},
+        .setFailed    = {released, logCode("[MCAST6 DB]write l2 bd untag rt, set all fields failed, ret:%u."),
+                         dfx(kWriteFailed), engineCode},
         .written      = {released, dfx(kWritten), returns(0)},
         .code13044    = {released, record(Error::code13044), dfx(kWritten), returns(0)},
-        .writeFailed  = {released, logCode("[MCAST6 DB]write l2 bd untag rt, write object failed, ret:%u."), record(Error::write), dfx(kWriteFailed), engineCode},
+        .writeFailed  = {released, logCode("[MCAST6 DB]write l2 bd untag rt, write object failed, ret:%u."),
+                         record(Error::write), dfx(kWriteFailed), engineCode},
     };
     static constexpr UpdateOutcomes onUpdate{
         .nullRecord   = {log("[MCAST6 DB]l2 bd untag rt upd oper, para is null."), returns(1)},
         .createFailed = {logCode("[MCAST6 DB]l2 bd untag rt upd oper, create object failed, ret:%u."), engineCode},
-        .setFailed    = {logCode("[MCAST6 DB]l2 bd untag rt upd oper, set object failed, ret:%u."), released, engineCode},
+        .setFailed    = {logCode("[MCAST6 DB]l2 bd untag rt upd oper, set object failed, ret:%u."), released,
+                         engineCode},
         .updated      = {released, returns(0)},
         .code13044    = {released, record(Error::code13044), returns(0)},
-        .updateFailed = {released, logCode("[MCAST6 DB]l2 bd untag rt upd oper, update object failed, ret:%u."), record(Error::update), engineCode},
+        .updateFailed = {released, logCode("[MCAST6 DB]l2 bd untag rt upd oper, update object failed, ret:%u."),
+                         record(Error::update), engineCode},
     };
     static constexpr RemoveOutcomes onRemove{
         .nullRecord   = {log("[MCAST6 DB]del l2 bd untag rt, para is null."), dfx(kDeleteFailed), returns(1)},
-        .createFailed = {logCode("[MCAST6 DB]del l2 bd untag rt, create object failed, ret:%u."), dfx(kDeleteFailed), engineCode},
+        .createFailed = {logCode("[MCAST6 DB]del l2 bd untag rt, create object failed, ret:%u."), dfx(kDeleteFailed),
+                         engineCode},
         .removed      = {released, dfx(kDeleted), returns(0)},
         .code13044    = {released, record(Error::code13044), dfx(kDeleted), returns(0)},
-        .removeFailed = {released, record(Error::remove), logCode("[MCAST6 DB]del l2 bd untag rt, remove object failed, ret:%u."), dfx(kDeleteFailed), engineCode},
+        .removeFailed = {released, record(Error::remove),
+                         logCode("[MCAST6 DB]del l2 bd untag rt, remove object failed, ret:%u."), dfx(kDeleteFailed),
+                         engineCode},
     };
     static constexpr EntryOutcomes onEntry{
         .nullParameter = {log("[MCAST6 DB]l2 bd untag rt get entry, para is null."), returns(1)},
         .ended         = {returns(60)},
-        .nextFailed    = {logCode("[MCAST6 DB]l2 bd untag rt get entry, db root iterator next failed, ret:%d."), record(Error::next), returns(1)},
+        .nextFailed    = {logCode("[MCAST6 DB]l2 bd untag rt get entry, db root iterator next failed, ret:%d."),
+                          record(Error::next), returns(1)},
         .entry         = {returns(0)},
         .vanished      = {returns(60)},
-        .readFailed    = {logCode("[MCAST6 DB]l2 bd untag rt get entry, read obj failed, ret:%d."), record(Error::read), returns(1)},
+        .readFailed    = {logCode("[MCAST6 DB]l2 bd untag rt get entry, read obj failed, ret:%d."), record(Error::read),
+                          returns(1)},
     };
     static constexpr IterOutcomes onIter{
         .failed = {dfx(kIterFailed), returnsNull},

@@ -1,6 +1,6 @@
 // l2mc6_bd_vxlan_elb: the VXLAN tunnel members of bridge domain entries.
-// As l2mc6_bd_tag_elb, but for 13044: a write records it as a failed write, a smooth-version update as a failed update, and a
-// removal counts it as failed; all three return 0.
+// Differs from l2mc6_bd_tag_elb on 13044: a write records it as a failed write, a smooth-version update as a failed
+// update, and a removal counts it as failed; all three return 0.
 #include "mcast6_db/l2mc6_bd_vxlan_elb.h"
 
 #include "frame/agreement.h"
@@ -21,7 +21,7 @@ constexpr Counter kDeleteFailed{509, "deletes failed"};
 constexpr Counter kIterFailed{510, "iterator creations failed"};
 
 // clang-format off
-// The row keeps the first of vxlanWords3to6 apart from the other three, with reserved bytes around it.
+// The row stores the first of vxlanWords3to6 apart from the other three, with reserved bytes around it.
 template <uint16_t kOffset, size_t kFirst, uint16_t kCount>
 struct Words3to6 : Place<kOffset, &E::vxlanWords3to6, uint32_t[kCount]> {
     static int set(const E& record, std::byte* row, uint64_t /*now*/) {
@@ -44,8 +44,10 @@ struct Table {
         kCreateFailed, kCreated, kReleased, kWritten, kWriteFailed, kDeleted, kDeleteFailed, kIterFailed
     };
 
-    static constexpr Mcast6DbIterFuncs objects{MCAST6_DB_CreateL2Mc6BdVxlanElbObject, MCAST6_DB_ReleaseL2Mc6BdVxlanElbObject};
-    static constexpr Accessors accessors{db_create_l2mc6_bd_vxlan_elb_obj, db_release_l2mc6_bd_vxlan_elb_object, db_set_l2mc6_bd_vxlan_elb_all_fields};
+    static constexpr Mcast6DbIterFuncs objects{MCAST6_DB_CreateL2Mc6BdVxlanElbObject,
+                                               MCAST6_DB_ReleaseL2Mc6BdVxlanElbObject};
+    static constexpr Accessors accessors{db_create_l2mc6_bd_vxlan_elb_obj, db_release_l2mc6_bd_vxlan_elb_object,
+                                         db_set_l2mc6_bd_vxlan_elb_all_fields};
     static constexpr auto set = MCAST6_DB_SetL2Mc6BdVxlanElb;
     static constexpr auto get = MCAST6_DB_GetL2Mc6BdVxlanElb;
 
@@ -82,14 +84,15 @@ struct Table {
         Copy    <186, &E::errCode>,
         Now     <188, &E::timeStampCreate>,
         Now     <196, &E::timeStampSmooth>>;
-    using OnGet = mcast6::OnGet<GetWrites<&E::addrType, 2>, GetWrites<&E::domainType, 1>, GetWrites<&E::fixedWord1, 3>, GetWrites<&E::fixedWord2, 9>>;
+    using OnGet = mcast6::OnGet<GetWrites<&E::addrType, 2>, GetWrites<&E::domainType, 1>, GetWrites<&E::fixedWord1, 3>,
+                                GetWrites<&E::fixedWord2, 9>>;
 
     using Primary = PrimaryKey<Row, &E::vrId, &E::bdId, &E::groupAddr, &E::sourceAddr, &E::vxlanByte, &E::vxlanWord1>;
     using ByEntry = SecondaryKey<Row, 1, &E::vrId, &E::bdId, &E::groupAddr, &E::sourceAddr>;
     static constexpr uint32_t kByTunnel = 0x0209000C;        // VR, vxlanByte widened, vxlanWord1
     static constexpr uint32_t kByIfIndex = 0x0409000C;       // an interface index, eight zero bytes
     static constexpr uint32_t kByBridgeDomain = 0x05090008;  // a VR and a bridge domain
-    static constexpr uint32_t kByTunnelVsg = 0x06090014;     // VR, bridge domain, vxlanByte widened, vxlanWord1, kVsgMark
+    static constexpr uint32_t kByTunnelVsg = 0x06090014;  // VR, bridge domain, vxlanByte widened, vxlanWord1, kVsgMark
     static constexpr uint32_t kVsgMark = 2;
 
     using SmoothSetters = FieldSetters<
@@ -105,38 +108,53 @@ struct Table {
         .createFailed = {logCode("MCAST6_DB_ReadL2Mc6BdVxlanElb, create db object failed, ret:%u."), engineCode},
         .found        = {released, returns(0)},
         .absent       = {released, engineCode},
-        .readFailed   = {logCode("MCAST6_DB_ReadL2Mc6BdVxlanElb, read l2mc_bd_vxlan_elb object db failed, ret:%u."), record(Error::read), released, engineCode},
+        .readFailed   = {logCode("MCAST6_DB_ReadL2Mc6BdVxlanElb, read l2mc_bd_vxlan_elb object db failed, ret:%u."),
+                         record(Error::read), released, engineCode},
     };
     static constexpr WriteOutcomes onWrite{
         .nullRecord   = {log("MCAST6_DB_WriteL2Mc6BdVxlanElb, l2McBdVxlanElb is null."), dfx(kWriteFailed), returns(1)},
-        .createFailed = {logCode("MCAST6_DB_WriteL2Mc6BdVxlanElb, create db object failed, ret:%u."), dfx(kWriteFailed), engineCode},
-        .setFailed    = {released, logCode("MCAST6_DB_WriteL2Mc6BdVxlanElb, set_all_fields failed, ret:%u."), dfx(kWriteFailed), engineCode},
+        .createFailed = {logCode("MCAST6_DB_WriteL2Mc6BdVxlanElb, create db object failed, ret:%u."), dfx(kWriteFailed),
+                         engineCode},
+        .setFailed    = {released, logCode("MCAST6_DB_WriteL2Mc6BdVxlanElb, set_all_fields failed, ret:%u."),
+                         dfx(kWriteFailed), engineCode},
         .written      = {released, dfx(kWritten), returns(0)},
-        .code13044    = {released, record(Error::write), dfx(kWriteFailed), returns(0)},  // recorded and counted as failed
-        .writeFailed  = {released, logCode("MCAST6_DB_WriteL2Mc6BdVxlanElb, release  object fail, ret:%u."), record(Error::write), dfx(kWriteFailed), engineCode},  // names the release; two blanks
+        // recorded and counted as failed
+        .code13044    = {released, record(Error::write), dfx(kWriteFailed), returns(0)},
+        // says "release"; two blanks
+        .writeFailed  = {released, logCode("MCAST6_DB_WriteL2Mc6BdVxlanElb, release  object fail, ret:%u."),
+                         record(Error::write), dfx(kWriteFailed), engineCode},
     };
     static constexpr UpdateOutcomes onSmooth{
         .nullRecord   = {log("MCAST6_DB_UpdateL2Mc6BdVxlanElbSmoothVersion, l2McBdVxlanElbEntry is null."), returns(1)},
-        .createFailed = {logCode("MCAST_DB_UpdateL2McBdVxlanElbSmoothVersion, create db object failed, ret:%u."), engineCode},
-        .setFailed    = {logCode("MCAST6_DB_UpdateL2Mc6BdVxlanElbSmoothVersion, set smooth version fail, ret:%u."), released, engineCode},
+        .createFailed = {logCode("MCAST_DB_UpdateL2McBdVxlanElbSmoothVersion, create db object failed, ret:%u."),
+                         engineCode},
+        .setFailed    = {logCode("MCAST6_DB_UpdateL2Mc6BdVxlanElbSmoothVersion, set smooth version fail, ret:%u."),
+                         released, engineCode},
         .updated      = {released, returns(0)},
         .code13044    = {released, record(Error::update), returns(0)},  // recorded as failed
-        .updateFailed = {released, logCode("MCAST_DB_UpdateL2McBdVxlanElbSmoothVersion, update object fail, ret:%u."), record(Error::update), engineCode},
+        .updateFailed = {released, logCode("MCAST_DB_UpdateL2McBdVxlanElbSmoothVersion, update object fail, ret:%u."),
+                         record(Error::update), engineCode},
     };
     static constexpr RemoveOutcomes onRemove{
-        .nullRecord   = {log("MCAST6_DB_DeleteL2Mc6BdVxlanElb, l2McBdVxlanElbEntry is null."), dfx(kDeleteFailed), returns(1)},
-        .createFailed = {logCode("MCAST6_DB_DeleteL2Mc6BdVxlanElb, create db object failed, ret:%u."), dfx(kDeleteFailed), engineCode},
+        .nullRecord   = {log("MCAST6_DB_DeleteL2Mc6BdVxlanElb, l2McBdVxlanElbEntry is null."), dfx(kDeleteFailed),
+                         returns(1)},
+        .createFailed = {logCode("MCAST6_DB_DeleteL2Mc6BdVxlanElb, create db object failed, ret:%u."),
+                         dfx(kDeleteFailed), engineCode},
         .removed      = {released, dfx(kDeleted), returns(0)},
         .code13044    = {released, record(Error::code13044), dfx(kDeleteFailed), returns(0)},  // counted as failed
-        .removeFailed = {released, record(Error::remove), logCode("MCAST6_DB_DeleteL2Mc6BdVxlanElb, remove object fail, ret:%u."), dfx(kDeleteFailed), engineCode},
+        .removeFailed = {released, record(Error::remove),
+                         logCode("MCAST6_DB_DeleteL2Mc6BdVxlanElb, remove object fail, ret:%u."), dfx(kDeleteFailed),
+                         engineCode},
     };
     static constexpr EntryOutcomes onEntry{
         .nullParameter = {returns(1)},
         .ended         = {returns(60)},
-        .nextFailed    = {logCode("MCAST6_DB_GetL2Mc6BdVxlanElbEntry, db root iterator next fail, ret:%d."), record(Error::next), returns(1)},
+        .nextFailed    = {logCode("MCAST6_DB_GetL2Mc6BdVxlanElbEntry, db root iterator next fail, ret:%d."),
+                          record(Error::next), returns(1)},
         .entry         = {returns(0)},
         .vanished      = {returns(60)},
-        .readFailed    = {logCode("MCAST6_DB_GetL2Mc6BdVxlanElbEntry, read obj fail, ret:%d."), record(Error::read), returns(1)},
+        .readFailed    = {logCode("MCAST6_DB_GetL2Mc6BdVxlanElbEntry, read obj fail, ret:%d."), record(Error::read),
+                          returns(1)},
     };
     static constexpr IterOutcomes onIter{
         .failed = {dfx(kIterFailed), returnsNull},

@@ -1,7 +1,6 @@
 // l2mc6_bd_vxlan_sub_elb: the VXLAN tunnel members of bridge domain entries that are bound to an interface.
-// As l2mc6_bd_tag_elb, but for 13044: a write records it as a failed write, a smooth-version update as a failed update, and a
-// removal counts it as failed; all three return 0.
-// The release counts 380.
+// Differs from l2mc6_bd_tag_elb on 13044: a write records it as a failed write, a smooth-version update as a failed
+// update, and a removal counts it as failed; all three return 0. The release counts 380.
 #include "mcast6_db/l2mc6_bd_vxlan_sub_elb.h"
 
 #include "frame/agreement.h"
@@ -14,7 +13,7 @@ using E = L2Elb6Entry;
 
 constexpr Counter kCreateFailed{512, "object creations failed"};
 constexpr Counter kCreated{511, "objects created"};
-constexpr Counter kReleased{380, "objects released"};  // out of the row
+constexpr Counter kReleased{380, "objects released"};  // not in sequence with the others
 constexpr Counter kWritten{513, "writes"};
 constexpr Counter kWriteFailed{514, "writes failed"};
 constexpr Counter kDeleted{515, "deletes"};
@@ -30,8 +29,10 @@ struct Table {
         kCreateFailed, kCreated, kReleased, kWritten, kWriteFailed, kDeleted, kDeleteFailed, kIterFailed
     };
 
-    static constexpr Mcast6DbIterFuncs objects{MCAST6_DB_CreateL2Mc6BdVxlanSubElbObject, MCAST6_DB_ReleaseL2Mc6BdVxlanSubElbObject};
-    static constexpr Accessors accessors{db_create_l2mc6_bd_vxlan_sub_elb_obj, db_release_l2mc6_bd_vxlan_sub_elb_object, db_set_l2mc6_bd_vxlan_sub_elb_all_fields};
+    static constexpr Mcast6DbIterFuncs objects{MCAST6_DB_CreateL2Mc6BdVxlanSubElbObject,
+                                               MCAST6_DB_ReleaseL2Mc6BdVxlanSubElbObject};
+    static constexpr Accessors accessors{db_create_l2mc6_bd_vxlan_sub_elb_obj, db_release_l2mc6_bd_vxlan_sub_elb_object,
+                                         db_set_l2mc6_bd_vxlan_sub_elb_all_fields};
     static constexpr auto set = MCAST6_DB_SetL2McBdVxlanSubElb;
     static constexpr auto get = MCAST6_DB_GetL2Mc6BdVxlanSubElb;
 
@@ -64,11 +65,14 @@ struct Table {
         Copy    <174, &E::errCode>,
         Now     <176, &E::timeStampCreate>,
         Now     <184, &E::timeStampSmooth>>;
-    using OnGet = mcast6::OnGet<GetWrites<&E::addrType, 2>, GetWrites<&E::domainType, 1>, GetWrites<&E::fixedWord1, 8>, GetWrites<&E::fixedWord2, 10>>;
+    using OnGet = mcast6::OnGet<GetWrites<&E::addrType, 2>, GetWrites<&E::domainType, 1>, GetWrites<&E::fixedWord1, 8>,
+                                GetWrites<&E::fixedWord2, 10>>;
 
-    using Primary = PrimaryKey<Row, &E::vrId, &E::bdId, &E::groupAddr, &E::sourceAddr, &E::vxlanByte, &E::vxlanWord1, &E::outIfIndex>;
+    using Primary = PrimaryKey<Row, &E::vrId, &E::bdId, &E::groupAddr, &E::sourceAddr, &E::vxlanByte, &E::vxlanWord1,
+                               &E::outIfIndex>;
     using ByEntry = SecondaryKey<Row, 1, &E::vrId, &E::bdId, &E::groupAddr, &E::sourceAddr>;
-    using ByVsg   = SecondaryKey<Row, 2, &E::vrId, &E::bdId, &E::groupAddr, &E::sourceAddr, &E::vxlanByte, &E::vxlanWord1>;
+    using ByVsg   = SecondaryKey<Row, 2, &E::vrId, &E::bdId, &E::groupAddr, &E::sourceAddr, &E::vxlanByte,
+                                 &E::vxlanWord1>;
     static constexpr uint32_t kByIfIndex = 0x03090004;       // an interface index
     static constexpr uint32_t kByBridgeDomain = 0x04090008;  // a VR and a bridge domain
 
@@ -85,38 +89,56 @@ struct Table {
         .createFailed = {logCode("MCAST6_DB_ReadL2McBdVxlanSubElb, create db object failed, ret:%u."), engineCode},
         .found        = {released, returns(0)},
         .absent       = {released, engineCode},
-        .readFailed   = {logCode("MCAST6_DB_ReadL2Mc6BdVxlanSubElb, read object db failed, ret:%u."), record(Error::read), released, engineCode},
+        .readFailed   = {logCode("MCAST6_DB_ReadL2Mc6BdVxlanSubElb, read object db failed, ret:%u."),
+                         record(Error::read), released, engineCode},
     };
     static constexpr WriteOutcomes onWrite{
-        .nullRecord   = {log("write l2mc6_bd_vxlan_sub_elb, l2Mc6BdVxlanSubElb is null."), dfx(kWriteFailed), returns(1)},
-        .createFailed = {logCode("write l2mc6_bd_vxlan_sub_elb, create db object failed, ret:%u."), dfx(kWriteFailed), engineCode},
-        .setFailed    = {released, logCode("write l2mc_bd_vxlan_sub_elb, set_all_fields failed, ret:%u."), dfx(kWriteFailed), engineCode},
+        .nullRecord   = {log("write l2mc6_bd_vxlan_sub_elb, l2Mc6BdVxlanSubElb is null."), dfx(kWriteFailed),
+                         returns(1)},
+        .createFailed = {logCode("write l2mc6_bd_vxlan_sub_elb, create db object failed, ret:%u."), dfx(kWriteFailed),
+                         engineCode},
+        .setFailed    = {released, logCode("write l2mc_bd_vxlan_sub_elb, set_all_fields failed, ret:%u."),
+                         dfx(kWriteFailed), engineCode},
         .written      = {released, dfx(kWritten), returns(0)},
-        .code13044    = {released, record(Error::write), dfx(kWriteFailed), returns(0)},  // recorded and counted as failed
-        .writeFailed  = {released, logCode("write l2mc6_bd_vxlan_sub_elb, release l2mc object fail, ret:%u."), record(Error::write), dfx(kWriteFailed), engineCode},  // names the release
+        // recorded and counted as failed
+        .code13044    = {released, record(Error::write), dfx(kWriteFailed), returns(0)},
+        // says "release"
+        .writeFailed  = {released, logCode("write l2mc6_bd_vxlan_sub_elb, release l2mc object fail, ret:%u."),
+                         record(Error::write), dfx(kWriteFailed), engineCode},
     };
     static constexpr UpdateOutcomes onSmooth{
-        .nullRecord   = {log("MCAST6_DB_UpdateL2Mc6BdVxlanSubElbSmoothVersion, l2Mc6BdVxlanSubElbEntry is null."), returns(1)},
-        .createFailed = {logCode("MCAST6_DB_UpdateL2Mc6BdVxlanSubElbSmoothVersion, create db object failed, ret:%u."), engineCode},
-        .setFailed    = {logCode("MCAST_DB_UpdateL2McBdVxlanSubElbSmoothVersion, set smooth version fail, ret:%u."), released, engineCode},
+        .nullRecord   = {log("MCAST6_DB_UpdateL2Mc6BdVxlanSubElbSmoothVersion, l2Mc6BdVxlanSubElbEntry is null."),
+                         returns(1)},
+        .createFailed = {logCode("MCAST6_DB_UpdateL2Mc6BdVxlanSubElbSmoothVersion, create db object failed, ret:%u."),
+                         engineCode},
+        .setFailed    = {logCode("MCAST_DB_UpdateL2McBdVxlanSubElbSmoothVersion, set smooth version fail, ret:%u."),
+                         released, engineCode},
         .updated      = {released, returns(0)},
         .code13044    = {released, record(Error::update), returns(0)},  // recorded as failed
-        .updateFailed = {released, logCode("MCAST6_DB_UpdateL2Mc6BdVxlanSubElbSmoothVersion, release object fail, ret:%u."), record(Error::update), engineCode},
+        .updateFailed = {released,
+                         logCode("MCAST6_DB_UpdateL2Mc6BdVxlanSubElbSmoothVersion, release object fail, ret:%u."),
+                         record(Error::update), engineCode},
     };
     static constexpr RemoveOutcomes onRemove{
-        .nullRecord   = {log("MCAST6_DB_DeleteL2Mc6BdVxlanSubElb, l2Mc6BdVxlanSubElbEntry is null."), dfx(kDeleteFailed), returns(1)},
-        .createFailed = {logCode("MCAST6_DB_DeleteL2Mc6BdVxlanSubElb, create db object failed, ret:%u."), dfx(kDeleteFailed), engineCode},
+        .nullRecord   = {log("MCAST6_DB_DeleteL2Mc6BdVxlanSubElb, l2Mc6BdVxlanSubElbEntry is null."),
+                         dfx(kDeleteFailed), returns(1)},
+        .createFailed = {logCode("MCAST6_DB_DeleteL2Mc6BdVxlanSubElb, create db object failed, ret:%u."),
+                         dfx(kDeleteFailed), engineCode},
         .removed      = {released, dfx(kDeleted), returns(0)},
         .code13044    = {released, record(Error::code13044), dfx(kDeleteFailed), returns(0)},  // counted as failed
-        .removeFailed = {released, record(Error::remove), logCode("MCAST6_DB_DeleteL2Mc6BdVxlanSubElb, release object fail, ret:%u."), dfx(kDeleteFailed), engineCode},
+        .removeFailed = {released, record(Error::remove),
+                         logCode("MCAST6_DB_DeleteL2Mc6BdVxlanSubElb, release object fail, ret:%u."),
+                         dfx(kDeleteFailed), engineCode},
     };
     static constexpr EntryOutcomes onEntry{
         .nullParameter = {returns(1)},
         .ended         = {returns(60)},
-        .nextFailed    = {logCode("MCAST6_DB_Getl2Mc6BdVxlanSubElbEntry, db root iterator next fail, ret:%d."), record(Error::next), returns(1)},
+        .nextFailed    = {logCode("MCAST6_DB_Getl2Mc6BdVxlanSubElbEntry, db root iterator next fail, ret:%d."),
+                          record(Error::next), returns(1)},
         .entry         = {returns(0)},
         .vanished      = {returns(60)},
-        .readFailed    = {logCode("MCAST6_DB_Getl2Mc6BdVxlanSubElbEntry, read obj fail, ret:%d."), record(Error::read), returns(1)},
+        .readFailed    = {logCode("MCAST6_DB_Getl2Mc6BdVxlanSubElbEntry, read obj fail, ret:%d."), record(Error::read),
+                          returns(1)},
     };
     static constexpr IterOutcomes onIter{
         .failed = {dfx(kIterFailed), returnsNull},

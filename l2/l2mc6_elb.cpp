@@ -1,6 +1,6 @@
 // l2mc6_elb: the outgoing interfaces of VLAN forwarding entries.
-// Failures return 1, but: a read passes the engine's codes through, 15005 included, and a failed smooth-version update is
-// told and recorded, yet returns 0. There are two ways to build an iterator, with reports of their own.
+// Failures return 1. Exceptions: a read passes the engine's codes through, 15005 included, and a failed smooth-version
+// update is logged and recorded but returns 0. There are two kinds of iterator creation, with different reports.
 #include "mcast6_db/l2mc6_elb.h"
 
 #include "frame/agreement.h"
@@ -18,7 +18,7 @@ constexpr Kpi kWriteFailed{28, "writes failed"};
 constexpr Kpi kDeleted{29, "deletes"};
 constexpr Kpi kDeleteFailed{30, "deletes failed"};
 
-// The VLAN of 16 bits goes through a word of zeros: it is 0 when its getter fails, where other fields stay.
+// The 16-bit VLAN is read into a zeroed word: it becomes 0 when its getter fails, where other members are unchanged.
 struct GetsVlan {
     static uint32_t apply(Mcast6DbHandle object, E& record) {
         uint16_t vlanId = 0;
@@ -37,7 +37,8 @@ struct Table {
     static constexpr Kpi indicators[]{kWritten, kWriteFailed, kDeleted, kDeleteFailed};
 
     static constexpr Mcast6DbIterFuncs objects{MCAST6_DB_CreateL2Elb6Object, MCAST6_DB_ReleaseL2Elb6Object};
-    static constexpr Accessors accessors{db_create_l2mc6_elb_obj, db_release_l2mc6_elb_object, db_set_l2mc6_elb_all_fields};
+    static constexpr Accessors accessors{db_create_l2mc6_elb_obj, db_release_l2mc6_elb_object,
+                                         db_set_l2mc6_elb_all_fields};
     static constexpr auto set = MCAST6_DB_SetL2Elb6;
     static constexpr auto get = MCAST6_DB_GetL2Elb6;
 
@@ -70,9 +71,11 @@ struct Table {
         Copy    <150, &E::errCode>,
         Now     <152, &E::timeStampCreate>,
         Now     <160, &E::timeStampSmooth>>;
-    using OnGet = mcast6::OnGet<GetWrites<&E::addrType, 2>, GetWrites<&E::domainType, 0>, GetWrites<&E::fixedWord1, 0>, GetWrites<&E::fixedWord2, 5>>;
+    using OnGet = mcast6::OnGet<GetWrites<&E::addrType, 2>, GetWrites<&E::domainType, 0>, GetWrites<&E::fixedWord1, 0>,
+                                GetWrites<&E::fixedWord2, 5>>;
 
-    using Primary = PrimaryKey<Row, &E::vrId, &E::vlanId, &E::userVlanId, &E::groupAddr, &E::sourceAddr, &E::outIfIndex>;
+    using Primary = PrimaryKey<Row, &E::vrId, &E::vlanId, &E::userVlanId, &E::groupAddr, &E::sourceAddr,
+                               &E::outIfIndex>;
     using ByEntry = SecondaryKey<Row, 2, &E::vrId, &E::vlanId, &E::sourceAddr, &E::groupAddr>;
     static constexpr uint32_t kByIfIndex = 0x03090004;  // an interface index
 
@@ -115,30 +118,38 @@ struct Table {
         .createFailed = {log("[MCAST6 DB] read elb6 failed"), returns(1)},
         .found        = {released, returns(0)},
         .absent       = {released, engineCode},
-        .readFailed   = {released, logCode("[MCAST6 DB] read elb6 object db failed, ret:%u."), record(Error::read), engineCode},
+        .readFailed   = {released, logCode("[MCAST6 DB] read elb6 object db failed, ret:%u."), record(Error::read),
+                         engineCode},
     };
     static constexpr WriteOutcomes onWrite{
         .nullRecord   = {log("[MCAST6 DB] write db elb object failed, param is null."), kpi(kWriteFailed), returns(1)},
         .createFailed = {log("[MCAST6 DB] write elb6Entry failed"), kpi(kWriteFailed), returns(1)},
-        .setFailed    = {released, logCode("[MCAST6 DB] write l2elb6, set_all_fields failed, ret:%u."), kpi(kWriteFailed), returns(1)},
+        .setFailed    = {released, logCode("[MCAST6 DB] write l2elb6, set_all_fields failed, ret:%u."),
+                         kpi(kWriteFailed), returns(1)},
         .written      = {released, kpi(kWritten), returns(0)},
         .code13044    = {released, record(Error::code13044), kpi(kWritten), returns(0)},
-        .writeFailed  = {released, kpi(kWriteFailed), logCode("[MCAST6 DB] write L2Elb6 db failed. ret:%u."), record(Error::write), returns(1)},
+        .writeFailed  = {released, kpi(kWriteFailed), logCode("[MCAST6 DB] write L2Elb6 db failed. ret:%u."),
+                         record(Error::write), returns(1)},
     };
     static constexpr UpdateOutcomes onSmooth{
         .nullRecord   = {log("[MCAST6 DB] update db elb6 object failed, param is null."), returns(1)},
         .createFailed = {log("[MCAST6 DB] update elb6 failed"), returns(1)},
-        .setFailed    = {logCode("[MCAST6 DB] update elb6 failed, create db object failed. ret:%u."), released, returns(1)},
+        .setFailed    = {logCode("[MCAST6 DB] update elb6 failed, create db object failed. ret:%u."), released,
+                         returns(1)},
         .updated      = {released, returns(0)},
         .code13044    = {released, record(Error::code13044), returns(0)},
-        .updateFailed = {released, logCode("[MCAST6 DB] update elb6 failed, create db object failed. ret:%u."), record(Error::update), returns(0)},  // 0
+        // 0
+        .updateFailed = {released, logCode("[MCAST6 DB] update elb6 failed, create db object failed. ret:%u."),
+                         record(Error::update), returns(0)},
     };
     static constexpr RemoveOutcomes onRemove{
-        .nullRecord   = {log("[MCAST6 DB] delete db elb6 object failed, param is null."), kpi(kDeleteFailed), returns(1)},
+        .nullRecord   = {log("[MCAST6 DB] delete db elb6 object failed, param is null."), kpi(kDeleteFailed),
+                         returns(1)},
         .createFailed = {log("[MCAST6 DB] delete elb6 failed"), kpi(kDeleteFailed), returns(1)},
         .removed      = {released, kpi(kDeleted), returns(0)},
         .code13044    = {released, record(Error::code13044), kpi(kDeleted), returns(0)},
-        .removeFailed = {released, kpi(kDeleteFailed), record(Error::remove), logCode("[MCAST6 DB] delete elb6 failed. ret:%u."), returns(1)},
+        .removeFailed = {released, kpi(kDeleteFailed), record(Error::remove),
+                         logCode("[MCAST6 DB] delete elb6 failed. ret:%u."), returns(1)},
     };
     static constexpr EntryOutcomes onEntry{
         .nullParameter = {returns(1)},
@@ -156,26 +167,35 @@ struct Table {
     };
     static constexpr BuildOutcomes onIter{
         .createFailed     = {log("[MCAST6 DB] create elb6 iter failed"), returnsNull},
-        .rootIterFailed   = {logCode("[MCAST6 DB] create elb6 iter failed, create root iter failed. ret:%d"), record(Error::rootIter), released, returnsNull},
-        .propertyFailed   = {released, logCode("[MCAST6 DB] set l2mc elb6 root iterator property fail, ret:%d."), returnsNull},
-        .allocationFailed = {released, log("[MCAST6 DB] create elb6 iter failed, malloc failed."), record(Error::iterBuild), returnsNull},
+        .rootIterFailed   = {logCode("[MCAST6 DB] create elb6 iter failed, create root iter failed. ret:%d"),
+                             record(Error::rootIter), released, returnsNull},
+        .propertyFailed   = {released, logCode("[MCAST6 DB] set l2mc elb6 root iterator property fail, ret:%d."),
+                             returnsNull},
+        .allocationFailed = {released, log("[MCAST6 DB] create elb6 iter failed, malloc failed."),
+                             record(Error::iterBuild), returnsNull},
     };
-    static constexpr BuildOutcomes onGenericIter{  // kind 8 for every step but the property
+    static constexpr BuildOutcomes onGenericIter{  // kind 8 for every step except the property
         .createFailed     = {record(Error::iterBuild), log("[MCAST6 DB] create l2mc elb obj error"), returnsNull},
-        .rootIterFailed   = {released, record(Error::iterBuild), logCode("[MCAST6 DB] create l2mc root iterator error, ret:%d."), returnsNull},
-        .propertyFailed   = {released, logCode("[MCAST6 DB] set l2mc root iterator property fail, ret:%d."), returnsNull},
+        .rootIterFailed   = {released, record(Error::iterBuild),
+                             logCode("[MCAST6 DB] create l2mc root iterator error, ret:%d."), returnsNull},
+        .propertyFailed   = {released, logCode("[MCAST6 DB] set l2mc root iterator property fail, ret:%d."),
+                             returnsNull},
         .allocationFailed = {released, record(Error::iterBuild), log("[MCAST6 DB] malloc mem failed."), returnsNull},
     };
     static constexpr BuildOutcomes onIterBySource{
         .createFailed     = {record(Error::read), returnsNull},
         .rootIterFailed   = {released, returnsNull},
-        .propertyFailed   = {released, logCode("[MCAST6 DB] set l2mc elb6 root iterator by source addr property fail, ret:%d."), returnsNull},
-        .allocationFailed = {log("[MCAST6 DB] CreateL2Elb6IterBySourceAddr malloc db res failed."), record(Error::iterBuild), released, returnsNull},
+        .propertyFailed   = {released,
+                             logCode("[MCAST6 DB] set l2mc elb6 root iterator by source addr property fail, ret:%d."),
+                             returnsNull},
+        .allocationFailed = {log("[MCAST6 DB] CreateL2Elb6IterBySourceAddr malloc db res failed."),
+                             record(Error::iterBuild), released, returnsNull},
     };
     static constexpr MatchOutcomes onCountBySource{
         .createFailed = {record(Error::read), returns(1)},
         .absent       = {released, returns(0)},
-        .countFailed  = {logCode("[MCAST6 DB] elb6 object db count failed, ret:%d."), record(Error::read), released, returns(0)},
+        .countFailed  = {logCode("[MCAST6 DB] elb6 object db count failed, ret:%d."), record(Error::read), released,
+                         returns(0)},
     };
 };
 // clang-format on

@@ -1,6 +1,6 @@
 // l2mc6_flowstat_sub: the flow-statistics subscriptions outside bridge domains.
-// The older convention in part: objects that cannot be made give 1, engine codes of the read, the write and the update are
-// passed through. A write hands back every code, 13044 too, and keeps silent on a full table alone.
+// The older convention in part: a failed create returns 1; engine codes of the read, the write and the update are
+// passed through. A write returns every code, 13044 too, and logs all but a full table.
 #include "mcast6_db/l2mc6_flowstat_sub.h"
 
 #include "frame/agreement.h"
@@ -22,7 +22,8 @@ struct Table {
     static constexpr Counter counters[]{kCreated, kReleased};
 
     static constexpr Mcast6DbIterFuncs objects{MCAST6_DB_CreateFlowStatObject, MCAST6_DB_ReleaseFlowStatObject};
-    static constexpr Accessors accessors{db_create_l2mc6_flowstat_sub_obj, db_release_l2mc6_flowstat_sub_object, db_set_l2mc6_flowstat_sub_all_fields};
+    static constexpr Accessors accessors{db_create_l2mc6_flowstat_sub_obj, db_release_l2mc6_flowstat_sub_object,
+                                         db_set_l2mc6_flowstat_sub_all_fields};
     static void set(const E* record, void* row) { MCAST6_DB_SetL2FlowStatSubItem(row, record); }
     static constexpr auto get = MCAST6_DB_GetL2FlowStatSubItem;
 
@@ -59,9 +60,9 @@ struct Table {
     static constexpr LimitedWriteOutcomes onWrite{{
         .nullRecord   = {log("[MCAST6 DB] write flowstat fail, flowEntry is null"), returns(1)},
         .createFailed = {log("[MCAST6 DB] write flowstat fail, create object fail."), returns(1)},
-        .setFailed    = {released, logCode("[MCAST6 DB] set_fall_fields failed, ret:%u"), engineCode},  // spelled so
+        .setFailed    = {released, logCode("[MCAST6 DB] set_fall_fields failed, ret:%u"), engineCode},  // sic
         .written      = {released, returns(0)},
-        .code13044    = {logCode("[MCAST6 DB] write object fail, ret:%u."), released, engineCode},  // handed back
+        .code13044    = {logCode("[MCAST6 DB] write object fail, ret:%u."), released, engineCode},  // returned
         .writeFailed  = {logCode("[MCAST6 DB] write object fail, ret:%u."), released, engineCode},
     },  /* tableFull */ {released, engineCode},
     };
@@ -71,7 +72,8 @@ struct Table {
         .setFailed    = {logCode("[MCAST6 DB] set update item fail, ret:%u."), released, engineCode},
         .updated      = {released, returns(0)},
         .code13044    = {released, returns(0)},
-        .updateFailed = {released, logCode("[MCAST6 DB] update object fail, ret:%u."), record(Error::update), engineCode},
+        .updateFailed = {released, logCode("[MCAST6 DB] update object fail, ret:%u."), record(Error::update),
+                         engineCode},
     };
     static constexpr RemoveOutcomes onRemove{
         .nullRecord   = {log("[MCAST6 DB] remove flowstat fail, flowEntry is null"), returns(1)},
@@ -82,14 +84,20 @@ struct Table {
     };
     static constexpr BuildOutcomes onIter{
         .createFailed     = {log("[MCAST6 DB] create l2mc flow stat iter failed, create obj failed."), returnsNull},
-        .rootIterFailed   = {logCode("[MCAST6 DB] create l2mc flow stat iter failed, create root iter failed. ret:%d"), record(Error::rootIter), released, returnsNull},
-        .propertyFailed   = {logCode("[MCAST6 DB] set l2mc flow stat root iterator property fail, ret:%d."), released, returnsNull},
-        .allocationFailed = {log("[MCAST6 DB] create l2mc flow stat iter failed, malloc failed."), record(Error::iterBuild), released, returnsNull},
+        .rootIterFailed   = {
+            logCode("[MCAST6 DB] create l2mc flow stat iter failed, create root iter failed. ret:%d"),
+            record(Error::rootIter), released, returnsNull},
+        .propertyFailed   = {logCode("[MCAST6 DB] set l2mc flow stat root iterator property fail, ret:%d."), released,
+                             returnsNull},
+        .allocationFailed = {log("[MCAST6 DB] create l2mc flow stat iter failed, malloc failed."),
+                             record(Error::iterBuild), released, returnsNull},
     };
     static constexpr EntryOutcomes onEntry{
         .nullParameter = {log("[MCAST6 DB] get flowstat fail, flowEntry is null"), returns(1)},
         .ended         = {returns(60)},
-        .nextFailed    = {logCode("[MCAST6 DB] get flowstat fail, get next entry error. ret:%d"), record(Error::next, 4), returns(1)},  // row 4, not 10
+        // row 4, not 10
+        .nextFailed    = {logCode("[MCAST6 DB] get flowstat fail, get next entry error. ret:%d"),
+                          record(Error::next, 4), returns(1)},
         .entry         = {returns(0)},
         .vanished      = {returns(60)},
         .readFailed    = {logCode("[MCAST6 DB] get flowstat fail, db_read_obj_with_buf fail, ret:%d."), returns(1)},

@@ -1,6 +1,6 @@
 // l2mc6_global_enable: the global MLD switches.
-// The older convention: failures return 1, never the engine's code; KPI instead of counters; steps that fail in silence.
-// A write refuses 13044, updates and removal accept it without a record.
+// The older convention: failures return 1, never the engine's code; KPIs instead of counters; some steps fail without a
+// log. A write refuses 13044; updates and removal accept it and record nothing.
 #include "mcast6_db/l2mc6_global_enable.h"
 
 #include "frame/agreement.h"
@@ -27,7 +27,8 @@ struct Table {
     static constexpr Kpi indicators[]{kChanged, kChangeFailed, kRemoved, kRemoveFailed};
 
     static constexpr Mcast6DbIterFuncs objects{MCAST6_DB_CreateMldGlobalObject, MCAST6_DB_ReleaseMldGlobalObject};
-    static constexpr Accessors accessors{db_create_l2mc6_global_enable_obj, db_release_l2mc6_global_enable_object, db_set_l2mc6_global_enable_all_fields};
+    static constexpr Accessors accessors{db_create_l2mc6_global_enable_obj, db_release_l2mc6_global_enable_object,
+                                         db_set_l2mc6_global_enable_all_fields};
     static constexpr auto set = MCAST6_DB_SetMldGlbItem;
     static constexpr auto get = MCAST6_DB_GetMldGlbItem;
 
@@ -69,24 +70,29 @@ struct Table {
         .createFailed = {kpi(kChangeFailed), returns(1)},
         .setFailed    = {released, kpi(kChangeFailed), returns(1)},
         .written      = {released, kpi(kChanged), returns(0)},
-        .code13044    = {logCode("[MCAST6 DB] write object fail, ret:%u."), released, kpi(kChangeFailed), returns(1)},  // refused
+        // refused
+        .code13044    = {logCode("[MCAST6 DB] write object fail, ret:%u."), released, kpi(kChangeFailed), returns(1)},
         .writeFailed  = {logCode("[MCAST6 DB] write object fail, ret:%u."), released, kpi(kChangeFailed), returns(1)},
     };
     static constexpr UpdateOutcomes onUpdate{
         .nullRecord   = {kpi(kChangeFailed), returns(1)},
         .createFailed = {kpi(kChangeFailed), returns(1)},
-        .setFailed    = {logCode("[MCAST6 DB] set update item fail, ret:%u."), released, kpi(kChangeFailed), returns(1)},
+        .setFailed    = {logCode("[MCAST6 DB] set update item fail, ret:%u."), released, kpi(kChangeFailed),
+                         returns(1)},
         .updated      = {released, kpi(kChanged), returns(0)},
         .code13044    = {released, kpi(kChanged), returns(0)},
         .updateFailed = {released, logCode("[MCAST6 DB] update object fail, ret:%u."), kpi(kChangeFailed), returns(1)},
     };
     static constexpr UpdateOutcomes onSmooth{
         .nullRecord   = {kpi(kChangeFailed), log("[MCAST6 DB] mld glb enable smoothversion data is null."), returns(1)},
-        .createFailed = {log("[MCAST6 DB] mld glb enable smoothversion create object fail."), kpi(kChangeFailed), returns(1)},
-        .setFailed    = {released, kpi(kChangeFailed), logCode("[MCAST6 DB] mld glb enable smoothversion set update item fail, ret:%u."), returns(1)},
+        .createFailed = {log("[MCAST6 DB] mld glb enable smoothversion create object fail."), kpi(kChangeFailed),
+                         returns(1)},
+        .setFailed    = {released, kpi(kChangeFailed),
+                         logCode("[MCAST6 DB] mld glb enable smoothversion set update item fail, ret:%u."), returns(1)},
         .updated      = {released, kpi(kChanged), returns(0)},
         .code13044    = {released, kpi(kChanged), returns(0)},
-        .updateFailed = {released, logCode("[MCAST6 DB] update mld glb enable smooth version fail, ret:%u."), kpi(kChangeFailed), returns(1)},
+        .updateFailed = {released, logCode("[MCAST6 DB] update mld glb enable smooth version fail, ret:%u."),
+                         kpi(kChangeFailed), returns(1)},
     };
     static constexpr RemoveOutcomes onRemove{
         .nullRecord   = {kpi(kRemoveFailed), returns(1)},
@@ -98,8 +104,10 @@ struct Table {
     static constexpr BuildOutcomes onIter{
         .createFailed     = {returnsNull},
         .rootIterFailed   = {released, returnsNull},
-        .propertyFailed   = {released, logCode("[MCAST6 DB] set mldGlb cfg root iterator property fail, ret:%d."), returnsNull},
-        .allocationFailed = {released, record(Error::iterBuild), log("[MCAST6 DB] create MldGlb cfg iterator error. malloc mem failed."), returnsNull},
+        .propertyFailed   = {released, logCode("[MCAST6 DB] set mldGlb cfg root iterator property fail, ret:%d."),
+                             returnsNull},
+        .allocationFailed = {released, record(Error::iterBuild),
+                             log("[MCAST6 DB] create MldGlb cfg iterator error. malloc mem failed."), returnsNull},
     };
     static constexpr EntryOutcomes onEntry{
         .nullParameter = {returns(1)},

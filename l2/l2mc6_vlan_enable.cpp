@@ -1,6 +1,6 @@
 // l2mc6_vlan_enable: the MLD switches of each VLAN.
 // The older convention, as l2mc6_global_enable; here the write accepts 13044 and the removal refuses it. Entries of an
-// iterator are converted otherwise than reads: spare1 becomes 0.
+// iterator are converted differently from reads: spare1 becomes 0.
 #include "mcast6_db/l2mc6_vlan_enable.h"
 
 #include "frame/agreement.h"
@@ -27,7 +27,8 @@ struct Table {
     static constexpr Kpi indicators[]{kWritten, kWriteFailed, kDeleted, kDeleteFailed};
 
     static constexpr Mcast6DbIterFuncs objects{MCAST6_DB_CreateL2VlanEnableObject, MCAST6_DB_ReleaseL2VlanEnableObject};
-    static constexpr Accessors accessors{db_create_l2mc6_vlan_enable_obj, db_release_l2mc6_vlan_enable_object, db_set_l2mc6_vlan_enable_all_fields};
+    static constexpr Accessors accessors{db_create_l2mc6_vlan_enable_obj, db_release_l2mc6_vlan_enable_object,
+                                         db_set_l2mc6_vlan_enable_all_fields};
     static constexpr auto set = MCAST6_DB_SetL2VlanEnableCfg;
     static constexpr auto get = MCAST6_DB_GetVlanEnableCfg;
 
@@ -60,7 +61,9 @@ struct Table {
         .createFailed = {log("[MCAST6 DB] read vlan enable cfg failed."), returns(1)},
         .found        = {released, returns(0)},
         .absent       = {released, returns(60)},
-        .readFailed   = {released, logCode("[MCAST6 DB] MCAST6_DB_Readl2mcEnableCfg read obj db failed. ret:%u"), returns(1)},  // spelled so
+        // sic
+        .readFailed   = {released, logCode("[MCAST6 DB] MCAST6_DB_Readl2mcEnableCfg read obj db failed. ret:%u"),
+                         returns(1)},
     };
     static constexpr WriteOutcomes onWrite{
         .nullRecord   = {log("[MCAST6 DB] write l2 vlan enable failed, para is NULL"), kpi(kWriteFailed), returns(1)},
@@ -68,19 +71,26 @@ struct Table {
         .setFailed    = {released, kpi(kWriteFailed), returns(1)},
         .written      = {released, kpi(kWritten), returns(0)},
         .code13044    = {released, kpi(kWritten), returns(0)},
-        .writeFailed  = {released, logCode("[MCAST6 DB] write l2 vlan enable failed, ret:%u"), kpi(kWriteFailed), returns(1)},
+        .writeFailed  = {released, logCode("[MCAST6 DB] write l2 vlan enable failed, ret:%u"), kpi(kWriteFailed),
+                         returns(1)},
     };
     static constexpr RemoveOutcomes onRemove{
-        .nullRecord   = {log("[MCAST6 DB] delete l2 vlan enable cfg failed, para is NULL"), kpi(kDeleteFailed), returns(1)},
+        .nullRecord   = {log("[MCAST6 DB] delete l2 vlan enable cfg failed, para is NULL"), kpi(kDeleteFailed),
+                         returns(1)},
         .createFailed = {log("[MCAST6 DB] delete l2 vlan enable cfg failed."), kpi(kDeleteFailed), returns(1)},
         .removed      = {released, kpi(kDeleted), returns(0)},
-        .code13044    = {released, kpi(kDeleteFailed), logCode("[MCAST6 DB] delete l2 vlan enable fail,  Remove object failed. ret:%u"), returns(1)},  // refused
-        .removeFailed = {released, kpi(kDeleteFailed), logCode("[MCAST6 DB] delete l2 vlan enable fail,  Remove object failed. ret:%u"), returns(1)},  // two blanks
+        // refused
+        .code13044    = {released, kpi(kDeleteFailed),
+                         logCode("[MCAST6 DB] delete l2 vlan enable fail,  Remove object failed. ret:%u"), returns(1)},
+        // two blanks
+        .removeFailed = {released, kpi(kDeleteFailed),
+                         logCode("[MCAST6 DB] delete l2 vlan enable fail,  Remove object failed. ret:%u"), returns(1)},
     };
     static constexpr BuildOutcomes onIter{
         .createFailed     = {returnsNull},
         .rootIterFailed   = {released, returnsNull},
-        .propertyFailed   = {released, logCode("[MCAST6 DB] set mldVlan root iterator property fail, ret:%d."), returnsNull},
+        .propertyFailed   = {released, logCode("[MCAST6 DB] set mldVlan root iterator property fail, ret:%d."),
+                             returnsNull},
         .allocationFailed = {released, returnsNull},
     };
     static constexpr EntryOutcomes onEntry{

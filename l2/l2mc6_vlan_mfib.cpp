@@ -1,5 +1,5 @@
 // l2mc6_vlan_mfib: the layer-2 forwarding entries of VLANs.
-// The twin of l2mc6_bd_mfib, step for step, with numbers and messages of its own and both mask lengths stored.
+// The same steps as l2mc6_bd_mfib, with its own numbers and messages, and with both mask lengths stored.
 #include "mcast6_db/l2mc6_vlan_mfib.h"
 
 #include "frame/agreement.h"
@@ -13,7 +13,7 @@ namespace mcast6::l2mc6_vlan_mfib {
 
 using E = L2Mc6MfibEntry;
 
-constexpr Counter kCreated{0, "objects created"};  // a made object counts 0, the success code
+constexpr Counter kCreated{0, "objects created"};  // a created object counts 0, the success code
 constexpr Counter kReleased{1, "objects released"};
 constexpr Kpi kWritten{3, "writes"};
 constexpr Kpi kWriteFailed{4, "writes failed"};
@@ -29,7 +29,8 @@ struct Table {
     static constexpr Kpi indicators[]{kWritten, kWriteFailed, kDeleted, kDeleteFailed};
 
     static constexpr Mcast6DbIterFuncs objects{MCAST6_DB_CreateL2Mfib6Object, MCAST6_DB_ReleaseL2Mfib6Object};
-    static constexpr Accessors accessors{db_create_l2mc6_vlan_mfib_obj, db_release_l2mc6_vlan_mfib_object, db_set_l2mc6_vlan_mfib_all_fields};
+    static constexpr Accessors accessors{db_create_l2mc6_vlan_mfib_obj, db_release_l2mc6_vlan_mfib_object,
+                                         db_set_l2mc6_vlan_mfib_all_fields};
     static constexpr auto resetObject = db_reset_l2mc6_vlan_mfib_object;
     static constexpr auto set = MCAST6_DB_SetVlanMfib6;
     static constexpr auto get = MCAST6_DB_GetVlanMfib6;
@@ -101,7 +102,8 @@ struct Table {
     static constexpr KeyedReadOutcomes onKeyedRead{
         .found      = {returns(0)},
         .absent     = {returns(60)},
-        .readFailed = {logCode("[MCAST6 DB] read vlan mfib6 object db failed, ret:%u."), record(Error::read), returns(1)},
+        .readFailed = {logCode("[MCAST6 DB] read vlan mfib6 object db failed, ret:%u."), record(Error::read),
+                       returns(1)},
     };
     static constexpr GivenObjectOutcomes onRead{
         .nullRecord   = {log("[MCAST6 DB] read vlan mfib fail, vlanMfib6Entry is null."), returns(1)},
@@ -112,12 +114,18 @@ struct Table {
         .createFailed = {log("[MCAST6 DB] read vlan mfib6 perf opt failed, create db object failed."), returns(1)},
     };
     static constexpr WriteOutcomes onWrite{
-        .nullRecord   = {log("[MCAST6 DB] write vlan mfib fail, vlanMfib6Entry is null."), kpi(kWriteFailed), returns(1)},
-        .createFailed = {log("[MCAST6 DB] write vlan mfib fail, create db object failed."), kpi(kWriteFailed), returns(1)},
-        .setFailed    = {released, logCode("[MCAST6 DB] write vlan mfib fail, set_all_fields failed, ret:%u."), kpi(kWriteFailed), returns(1)},
+        .nullRecord   = {log("[MCAST6 DB] write vlan mfib fail, vlanMfib6Entry is null."), kpi(kWriteFailed),
+                         returns(1)},
+        .createFailed = {log("[MCAST6 DB] write vlan mfib fail, create db object failed."), kpi(kWriteFailed),
+                         returns(1)},
+        .setFailed    = {released, logCode("[MCAST6 DB] write vlan mfib fail, set_all_fields failed, ret:%u."),
+                         kpi(kWriteFailed), returns(1)},
         .written      = {released, kpi(kWritten), returns(0)},
         .code13044    = {released, record(Error::code13044), kpi(kWritten), returns(0)},
-        .writeFailed  = {released, kpi(kWriteFailed), logCode("[MCAST6 DB] write vlan mfib fail, release object fail, ret:%u."), record(Error::write), returns(1)},  // names the release
+        // says "release"
+        .writeFailed  = {released, kpi(kWriteFailed),
+                         logCode("[MCAST6 DB] write vlan mfib fail, release object fail, ret:%u."),
+                         record(Error::write), returns(1)},
     };
     static constexpr UpdateOutcomes onSmooth{
         .nullRecord   = {log("[MCAST6 DB] update vlan mfib smooth version fail, vlanMfib6Entry is null."), returns(1)},
@@ -125,62 +133,85 @@ struct Table {
         .setFailed    = {logCode("[MCAST6 DB] set smooth version when update fail, ret:%u."), released, returns(1)},
         .updated      = {released, returns(0)},
         .code13044    = {released, record(Error::code13044), returns(0)},
-        .updateFailed = {released, logCode("[MCAST6 DB] update vlan mfib smooth version, release object fail, ret:%u."), record(Error::update), returns(1)},
+        .updateFailed = {released, logCode("[MCAST6 DB] update vlan mfib smooth version, release object fail, ret:%u."),
+                         record(Error::update), returns(1)},
     };
     static constexpr RemoveOutcomes onRemove{
-        .nullRecord   = {log("[MCAST6 DB] delete vlan mfib fail, vlanMfib6Entry is null."), kpi(kDeleteFailed), returns(1)},
-        .createFailed = {log("[MCAST6 DB] delete vlan mfib fail, create db object failed."), kpi(kDeleteFailed), returns(1)},
+        .nullRecord   = {log("[MCAST6 DB] delete vlan mfib fail, vlanMfib6Entry is null."), kpi(kDeleteFailed),
+                         returns(1)},
+        .createFailed = {log("[MCAST6 DB] delete vlan mfib fail, create db object failed."), kpi(kDeleteFailed),
+                         returns(1)},
         .removed      = {released, kpi(kDeleted), returns(0)},
         .code13044    = {released, record(Error::code13044), kpi(kDeleted), returns(0)},
-        .removeFailed = {released, kpi(kDeleteFailed), record(Error::remove), logCode("[MCAST6 DB] delete vlan mfib fail, release object fail, ret:%u."), returns(1)},
+        .removeFailed = {released, kpi(kDeleteFailed), record(Error::remove),
+                         logCode("[MCAST6 DB] delete vlan mfib fail, release object fail, ret:%u."), returns(1)},
     };
     static constexpr EntryOutcomes onEntry{
         .nullParameter = {returns(1)},
         .ended         = {returns(60)},
-        .nextFailed    = {logCode("[MCAST6 DB] get vlan mfib fail, db root iterator next fail, ret:%d."), record(Error::next), returns(1)},
+        .nextFailed    = {logCode("[MCAST6 DB] get vlan mfib fail, db root iterator next fail, ret:%d."),
+                          record(Error::next), returns(1)},
         .entry         = {returns(0)},
         .vanished      = {returns(60)},
-        .readFailed    = {logCode("[MCAST6 DB] delete vlan mfib fail, read obj fail, ret:%d."), record(Error::read), returns(1)},  // says "delete"
+        // says "delete"
+        .readFailed    = {logCode("[MCAST6 DB] delete vlan mfib fail, read obj fail, ret:%d."), record(Error::read),
+                          returns(1)},
     };
     static constexpr NextItemOutcomes onNextItem{
         .nullHandle = {returns(1)},
         .ended      = {returns(60)},
-        .nextFailed = {logCode("[MCAST6 DB] get vlan mfib6,, root iterator next fail, ret:%u."), returns(1)},  // two commas
+        // two commas
+        .nextFailed = {logCode("[MCAST6 DB] get vlan mfib6,, root iterator next fail, ret:%u."), returns(1)},
         .entry      = {returns(0)},
     };
     static constexpr BuildOutcomes onIter{
         .createFailed     = {log("[MCAST6 DB] create vlan mfib iter fail, create obj failed."), returnsNull},
-        .rootIterFailed   = {logCode("[MCAST6 DB] create vlan mfib iter fail, create root iter failed, ret:%d."), record(Error::rootIter), released, returnsNull},
-        .propertyFailed   = {released, logCode("[MCAST6 DB] set VlanMfib6 root iterator property fail, ret:%d."), returnsNull},
-        .allocationFailed = {released, log("[MCAST6 DB] create vlan mfib iter fail, malloc db res failed."), record(Error::iterBuild), returnsNull},
+        .rootIterFailed   = {logCode("[MCAST6 DB] create vlan mfib iter fail, create root iter failed, ret:%d."),
+                             record(Error::rootIter), released, returnsNull},
+        .propertyFailed   = {released, logCode("[MCAST6 DB] set VlanMfib6 root iterator property fail, ret:%d."),
+                             returnsNull},
+        .allocationFailed = {released, log("[MCAST6 DB] create vlan mfib iter fail, malloc db res failed."),
+                             record(Error::iterBuild), returnsNull},
     };
     static constexpr BuildOutcomes onIterByGroup{
         .createFailed     = {record(Error::read), returnsNull},
         .rootIterFailed   = {released, returnsNull},
-        .propertyFailed   = {released, logCode("[MCAST6 DB] set VlanMfib6 root iterator by group addr property fail, ret:%d."), returnsNull},
-        .allocationFailed = {log("[MCAST6 DB] CreateL2vlan_mfib6 malloc db res failed."), record(Error::iterBuild), released, returnsNull},
+        .propertyFailed   = {released,
+                             logCode("[MCAST6 DB] set VlanMfib6 root iterator by group addr property fail, ret:%d."),
+                             returnsNull},
+        .allocationFailed = {log("[MCAST6 DB] CreateL2vlan_mfib6 malloc db res failed."), record(Error::iterBuild),
+                             released, returnsNull},
     };
     static constexpr BuildOutcomes onIterByDomain{
         .createFailed     = {record(Error::read), returnsNull},
         .rootIterFailed   = {released, returnsNull},
-        .propertyFailed   = {released, logCode("[MCAST6 DB] set VlanMfib6 root iterator by vlanId property fail, ret:%d."), returnsNull},
-        .allocationFailed = {log("[MCAST6 DB] CreateL2vlanmfib6IterByVlanId malloc db res failed."), record(Error::iterBuild), released, returnsNull},
+        .propertyFailed   = {released,
+                             logCode("[MCAST6 DB] set VlanMfib6 root iterator by vlanId property fail, ret:%d."),
+                             returnsNull},
+        .allocationFailed = {log("[MCAST6 DB] CreateL2vlanmfib6IterByVlanId malloc db res failed."),
+                             record(Error::iterBuild), released, returnsNull},
     };
     static constexpr SortedScanOutcomes onSortedScan{
         .statementFailed  = {released, returnsNull},
         .filterFailed     = {released, returnsNull},
-        .propertyFailed   = {released, logCode("[MCAST6 DB] set VlanMfib6 root iterator by filter property fail, ret:%u."), returnsNull},
-        .allocationFailed = {released, log("[MCAST6 DB] L2mcMfib ScanGetVlanIterSorted malloc db res failed."), record(Error::iterBuild), returnsNull},
+        .propertyFailed   = {released,
+                             logCode("[MCAST6 DB] set VlanMfib6 root iterator by filter property fail, ret:%u."),
+                             returnsNull},
+        .allocationFailed = {released, log("[MCAST6 DB] L2mcMfib ScanGetVlanIterSorted malloc db res failed."),
+                             record(Error::iterBuild), returnsNull},
     };
     static constexpr BuildIntoOutcomes onIterByErrCode{
         .createFailed   = {record(Error::read), returns(1)},
         .rootIterFailed = {released, returns(1)},
-        .propertyFailed = {released, logCode("[MCAST6 DB] set VlanMfib6 root iterator by errCode property fail, ret:%d."), returns(1)},
+        .propertyFailed = {released,
+                           logCode("[MCAST6 DB] set VlanMfib6 root iterator by errCode property fail, ret:%d."),
+                           returns(1)},
     };
     static constexpr MatchOutcomes onCountByDomain{
         .createFailed = {record(Error::read), returns(1)},
         .absent       = {released, returns(0)},
-        .countFailed  = {logCode("[MCAST6 DB] db count by valnId failed, ret:%d."), record(Error::read), released, returns(0)},
+        .countFailed  = {logCode("[MCAST6 DB] db count by valnId failed, ret:%d."), record(Error::read), released,
+                         returns(0)},
     };
     static constexpr ConflictOutcomes onConflicts{
         .createFailed = {record(Error::read), returns(1)},
@@ -189,7 +220,7 @@ struct Table {
 };
 // clang-format on
 
-// The count by VLAN makes its object with the accessors, past the counters.
+// The count by VLAN creates its object with the accessors, without the counters.
 struct Uncounted : Table {
     static constexpr Mcast6DbIterFuncs objects{db_create_l2mc6_vlan_mfib_obj, db_release_l2mc6_vlan_mfib_object};
 };

@@ -1,6 +1,6 @@
 // l2mc6_vlan_port: the ports of VLANs.
-// The older convention without KPI: failures return 1. The write refuses 13044; the others accept it, and only the
-// smooth-version update records it. That update leaves the smooth time as it is, and has one message for two failures.
+// The older convention without KPIs: failures return 1. The write refuses 13044; the others accept it, and only the
+// smooth-version update records it. That update leaves the smooth time unchanged, and has one message for two failures.
 #include "mcast6_db/l2mc6_vlan_port.h"
 
 #include "frame/agreement.h"
@@ -22,7 +22,8 @@ struct Table {
     static constexpr Counter counters[]{kCreated, kReleased};
 
     static constexpr Mcast6DbIterFuncs objects{MCAST6_DB_CreateVlanPortObject, MCAST6_DB_ReleaseVlanPortObject};
-    static constexpr Accessors accessors{db_create_l2mc6_vlan_port_obj, db_release_l2mc6_vlan_port_object, db_set_l2mc6_vlan_port_all_fields};
+    static constexpr Accessors accessors{db_create_l2mc6_vlan_port_obj, db_release_l2mc6_vlan_port_object,
+                                         db_set_l2mc6_vlan_port_all_fields};
     static constexpr auto set = MCAST6_DB_SetVlanPortItem;
     static constexpr auto get = MCAST6_DB_GetVlanPortItem;
 
@@ -72,18 +73,23 @@ struct Table {
     static constexpr UpdateOutcomes onUpdate{
         .nullRecord   = {log("[MCAST6 DB] update vlan port fail, portEntry is null"), returns(1)},
         .createFailed = {log("[MCAST6 DB] update vlan port fail, create object fail."), returns(1)},
-        .setFailed    = {logCode("[MCAST6 DB] update vlan port fail, set update item fail, ret:%u."), released, returns(1)},
+        .setFailed    = {logCode("[MCAST6 DB] update vlan port fail, set update item fail, ret:%u."), released,
+                         returns(1)},
         .updated      = {released, returns(0)},
         .code13044    = {released, returns(0)},
-        .updateFailed = {released, logCode("[MCAST6 DB] update object fail, ret:%u."), record(Error::update), returns(1)},
+        .updateFailed = {released, logCode("[MCAST6 DB] update object fail, ret:%u."), record(Error::update),
+                         returns(1)},
     };
     static constexpr UpdateOutcomes onSmooth{
         .nullRecord   = {log("[MCAST6 DB] update db vlan port object failed, param is null."), returns(1)},
         .createFailed = {log("[MCAST6 DB] update vlan port failed, create db object failed."), returns(1)},
-        .setFailed    = {logCode("[MCAST6 DB] update vlan port failed, create db object failed. ret:%u."), released, returns(1)},
+        .setFailed    = {logCode("[MCAST6 DB] update vlan port failed, create db object failed. ret:%u."), released,
+                         returns(1)},
         .updated      = {released, returns(0)},
         .code13044    = {released, record(Error::code13044), returns(0)},
-        .updateFailed = {released, logCode("[MCAST6 DB] update vlan port failed, create db object failed. ret:%u."), record(Error::update), returns(1)},  // the same text
+        // the same text
+        .updateFailed = {released, logCode("[MCAST6 DB] update vlan port failed, create db object failed. ret:%u."),
+                         record(Error::update), returns(1)},
     };
     static constexpr RemoveOutcomes onRemove{
         .nullRecord   = {log("[MCAST6 DB] remove vlan port fail, portEntry is null"), returns(1)},
@@ -94,14 +100,23 @@ struct Table {
     };
     static constexpr BuildOutcomes onIter{
         .createFailed     = {log("[MCAST6 DB] create l2mc6 vlan port iter failed, create obj failed."), returnsNull},
-        .rootIterFailed   = {logCode("[MCAST6 DB] create l2mc vlan port iter failed, create root iter failed. ret:%d"), record(Error::rootIter), released, returnsNull},
-        .propertyFailed   = {released, logCode("[MCAST6 DB] create l2mc vlan port iter failed, set l2mc vlan port root iterator property fail, ret:%d."), returnsNull},
-        .allocationFailed = {released, log("[MCAST6 DB] create l2mc vlan port iter failed, malloc failed."), record(Error::iterBuild), returnsNull},
+        .rootIterFailed   = {
+            logCode("[MCAST6 DB] create l2mc vlan port iter failed, create root iter failed. ret:%d"),
+            record(Error::rootIter), released, returnsNull},
+        .propertyFailed   = {
+            released,
+            logCode(
+                "[MCAST6 DB] create l2mc vlan port iter failed, set l2mc vlan port root iterator property fail, ret:%d."),
+            returnsNull},
+        .allocationFailed = {released, log("[MCAST6 DB] create l2mc vlan port iter failed, malloc failed."),
+                             record(Error::iterBuild), returnsNull},
     };
     static constexpr EntryOutcomes onEntry{
         .nullParameter = {log("[MCAST6 DB] get vlan port fail, portEntry is null"), returns(1)},
         .ended         = {returns(60)},
-        .nextFailed    = {logCode("[MCAST6 DB] get vlan port fail, get next object entry error. ret:%d"), record(Error::next, 4), returns(1)},  // row 4, not 9
+        // row 4, not 9
+        .nextFailed    = {logCode("[MCAST6 DB] get vlan port fail, get next object entry error. ret:%d"),
+                          record(Error::next, 4), returns(1)},
         .entry         = {returns(0)},
         .vanished      = {returns(60)},
         .readFailed    = {logCode("[MCAST6 DB] get vlan port fail, db_read_obj_with_buf fail, ret:%d."), returns(1)},

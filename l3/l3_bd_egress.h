@@ -1,4 +1,4 @@
-// What the rows of the three layer-3 bridge domain tables share.
+// Shared by the rows of the three layer-3 bridge domain tables.
 #pragma once
 
 #include <cstddef>

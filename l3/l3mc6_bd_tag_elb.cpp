@@ -1,6 +1,6 @@
 // l3mc6_bd_tag_elb: the bridge domain members of layer-3 entries that send tagged frames.
-// As the model table, with KPI for the outcomes; a read passes 15005 through. Messages name a release, or "mfibv4", where a
-// change failed: they stand so.
+// As the model table, with KPIs for the outcomes; a read passes 15005 through. Some messages say "release" or "mfibv4"
+// where a change failed: keep them.
 #include "mcast6_db/l3mc6_bd_tag_elb.h"
 
 #include "frame/agreement.h"
@@ -33,8 +33,10 @@ struct Table {
     static constexpr Kpi indicators[]{kWritten, kWriteFailed, kDeleted, kDeleteFailed, kCreateFailed, kIterFailed};
 
     static constexpr Mcast6DbIterFuncs objects{MCAST6_DB_CreateL3McBdTagElbObject, MCAST6_DB_ReleaseL3McBdTagElbObject};
-    static constexpr Accessors accessors{db_create_l3mc6_bd_tag_elb_obj, db_release_l3mc6_bd_tag_elb_object, db_set_l3mc6_bd_tag_elb_all_fields};
-    static constexpr Mcast6DbCacheFuncs cache{db_create_l3mc6_bd_tag_elb_cache_object, db_reset_l3mc6_bd_tag_elb_cache_object};
+    static constexpr Accessors accessors{db_create_l3mc6_bd_tag_elb_obj, db_release_l3mc6_bd_tag_elb_object,
+                                         db_set_l3mc6_bd_tag_elb_all_fields};
+    static constexpr Mcast6DbCacheFuncs cache{db_create_l3mc6_bd_tag_elb_cache_object,
+                                              db_reset_l3mc6_bd_tag_elb_cache_object};
     static constexpr auto set = MCAST6_DB_SetL3McBdTagElb;
     static constexpr auto get = MCAST6_DB_GetL3McBdTagElb;
 
@@ -70,9 +72,11 @@ struct Table {
         Copy    <142, &E::bdElbAttr17>,
         Now     <144, &E::timeStampCreate>,
         Now     <152, &E::timeStampSmooth>>;
-    using OnGet = mcast6::OnGet<GetWrites<&E::elbKind, 18>, GetWrites<&E::addrType, 2>, GetWrites<&E::fixedOne, 1>, GetWrites<&E::elbSubKind, 2>>;
+    using OnGet = mcast6::OnGet<GetWrites<&E::elbKind, 18>, GetWrites<&E::addrType, 2>, GetWrites<&E::fixedOne, 1>,
+                                GetWrites<&E::elbSubKind, 2>>;
 
-    using Primary  = PrimaryKey<Row, &E::vrId, &E::vrfId, &E::groupAddr, &E::sourceAddr, &E::bdElbAttr4, &E::bdElbAttr5, &E::bdElbAttr7, &E::bdElbAttr8>;
+    using Primary  = PrimaryKey<Row, &E::vrId, &E::vrfId, &E::groupAddr, &E::sourceAddr, &E::bdElbAttr4, &E::bdElbAttr5,
+                                &E::bdElbAttr7, &E::bdElbAttr8>;
     using BySrcPid = SecondaryKey<Row, 4, &E::vrId, &E::vrfId, &E::appSrcPid>;
     using ByEntry  = SecondaryKey<Row, 5, &E::vrId, &E::vrfId, &E::groupAddr, &E::sourceAddr, &E::bdElbAttr19>;
     static constexpr uint32_t kByVsg          = 0x01090028;  // VR, VRF, group, source
@@ -96,38 +100,53 @@ struct Table {
         .createFailed = {logCode("MCAST6_DB_ReadL3McBdTagElb, create db object failed, ret:%u."), engineCode},
         .found        = {released, returns(0)},
         .absent       = {released, engineCode},
-        .readFailed   = {logCode("MCAST6_DB_ReadL3McBdTagElb, read l3mc6_bd_tag_elb object db failed, ret:%u."), record(Error::read), released, engineCode},
+        .readFailed   = {logCode("MCAST6_DB_ReadL3McBdTagElb, read l3mc6_bd_tag_elb object db failed, ret:%u."),
+                         record(Error::read), released, engineCode},
     };
     static constexpr WriteOutcomes onWrite{
         .nullRecord   = {log("MCAST6_DB_WriteL3McBdTagElb, l3McBdTagElb is null."), kpi(kWriteFailed), returns(1)},
-        .createFailed = {logCode("MCAST6_DB_WriteL3McBdTagElb, create db object failed, ret:%u."), kpi(kWriteFailed), engineCode},
-        .setFailed    = {released, logCode("MCAST6_DB_WriteL3McBdTagElb, set_all_fields failed, ret:%u."), kpi(kWriteFailed), engineCode},
+        .createFailed = {logCode("MCAST6_DB_WriteL3McBdTagElb, create db object failed, ret:%u."), kpi(kWriteFailed),
+                         engineCode},
+        .setFailed    = {released, logCode("MCAST6_DB_WriteL3McBdTagElb, set_all_fields failed, ret:%u."),
+                         kpi(kWriteFailed), engineCode},
         .written      = {released, kpi(kWritten), returns(0)},
         .code13044    = {released, record(Error::code13044), kpi(kWritten), returns(0)},
-        .writeFailed  = {released, logCode("MCAST6_DB_WriteL3McBdTagElb, release db object fail, ret:%u."), record(Error::write), kpi(kWriteFailed), engineCode},  // names the release
+        // says "release"
+        .writeFailed  = {released, logCode("MCAST6_DB_WriteL3McBdTagElb, release db object fail, ret:%u."),
+                         record(Error::write), kpi(kWriteFailed), engineCode},
     };
     static constexpr UpdateOutcomes onSmooth{
         .nullRecord   = {log("MCAST6_DB_UpdateL3McBdTagElbSmoothVersion, elbEntry is null."), returns(1)},
-        .createFailed = {logCode("MCAST6_DB_UpdateL3McBdTagElbSmoothVersion, create db object failed, ret:%u."), engineCode},
-        .setFailed    = {logCode("MCAST6_DB_UpdateL3McBdTagElbSmoothVersion, set smooth version fail, ret:%u."), released, engineCode},
+        .createFailed = {logCode("MCAST6_DB_UpdateL3McBdTagElbSmoothVersion, create db object failed, ret:%u."),
+                         engineCode},
+        .setFailed    = {logCode("MCAST6_DB_UpdateL3McBdTagElbSmoothVersion, set smooth version fail, ret:%u."),
+                         released, engineCode},
         .updated      = {released, returns(0)},
         .code13044    = {released, record(Error::code13044), returns(0)},
-        .updateFailed = {released, logCode("MCAST6_DB_UpdateL3McBdTagElbSmoothVersion, release mfibv4 object fail, ret:%u."), record(Error::update), engineCode},  // says "mfibv4"
+        // says "mfibv4"
+        .updateFailed = {released,
+                         logCode("MCAST6_DB_UpdateL3McBdTagElbSmoothVersion, release mfibv4 object fail, ret:%u."),
+                         record(Error::update), engineCode},
     };
     static constexpr RemoveOutcomes onRemove{
         .nullRecord   = {log("MCAST6_DB_DeleteL3McBdTagElb, elbEntry is null."), kpi(kDeleteFailed), returns(1)},
-        .createFailed = {logCode("MCAST6_DB_DeleteL3McBdTagElb, create db object failed, ret:%u."), kpi(kDeleteFailed), engineCode},
+        .createFailed = {logCode("MCAST6_DB_DeleteL3McBdTagElb, create db object failed, ret:%u."), kpi(kDeleteFailed),
+                         engineCode},
         .removed      = {released, kpi(kDeleted), returns(0)},
         .code13044    = {released, record(Error::code13044), kpi(kDeleted), returns(0)},
-        .removeFailed = {released, record(Error::remove), logCode("MCAST6_DB_DeleteL3McBdTagElb, release db object fail, ret:%u."), kpi(kDeleteFailed), engineCode},
+        .removeFailed = {released, record(Error::remove),
+                         logCode("MCAST6_DB_DeleteL3McBdTagElb, release db object fail, ret:%u."), kpi(kDeleteFailed),
+                         engineCode},
     };
     static constexpr EntryOutcomes onEntry{
         .nullParameter = {returns(1)},
         .ended         = {returns(60)},
-        .nextFailed    = {logCode("MCAST6_DB_GetL3McBdTagElbEntry, db root iterator next fail, ret:%d."), record(Error::next), returns(1)},
+        .nextFailed    = {logCode("MCAST6_DB_GetL3McBdTagElbEntry, db root iterator next fail, ret:%d."),
+                          record(Error::next), returns(1)},
         .entry         = {returns(0)},
         .vanished      = {returns(60)},
-        .readFailed    = {logCode("MCAST6_DB_GetL3McBdTagElbEntry, read obj fail, ret:%d."), record(Error::read), returns(1)},
+        .readFailed    = {logCode("MCAST6_DB_GetL3McBdTagElbEntry, read obj fail, ret:%d."), record(Error::read),
+                          returns(1)},
     };
     static constexpr IterOutcomes onIter{
         .failed = {kpi(kIterFailed), returnsNull},

@@ -32,8 +32,10 @@ struct Table {
     static constexpr Kpi indicators[]{kWritten, kWriteFailed, kDeleted, kDeleteFailed, kCreateFailed, kIterFailed};
 
     static constexpr Mcast6DbIterFuncs objects{MCAST6_DB_CreateL3McBdTnlElbObject, MCAST6_DB_ReleaseL3McBdTnlElbObject};
-    static constexpr Accessors accessors{db_create_l3mc6_bd_tnl_elb_obj, db_release_l3mc6_bd_tnl_elb_object, db_set_l3mc6_bd_tnl_elb_all_fields};
-    static constexpr Mcast6DbCacheFuncs cache{db_create_l3mc6_bd_tnl_elb_cache_object, db_reset_l3mc6_bd_tnl_elb_cache_object};
+    static constexpr Accessors accessors{db_create_l3mc6_bd_tnl_elb_obj, db_release_l3mc6_bd_tnl_elb_object,
+                                         db_set_l3mc6_bd_tnl_elb_all_fields};
+    static constexpr Mcast6DbCacheFuncs cache{db_create_l3mc6_bd_tnl_elb_cache_object,
+                                              db_reset_l3mc6_bd_tnl_elb_cache_object};
     static constexpr auto set = MCAST6_DB_SetL3McBdTnlElb;
     static constexpr auto get = MCAST6_DB_GetL3McBdTnlElb;
 
@@ -66,9 +68,11 @@ struct Table {
         Copy    <154, &E::bdElbAttr17>,
         Now     <156, &E::timeStampCreate>,
         Now     <164, &E::timeStampSmooth>>;
-    using OnGet = mcast6::OnGet<GetWrites<&E::elbKind, 19>, GetWrites<&E::addrType, 2>, GetWrites<&E::fixedOne, 1>, GetWrites<&E::elbSubKind, 3>>;
+    using OnGet = mcast6::OnGet<GetWrites<&E::elbKind, 19>, GetWrites<&E::addrType, 2>, GetWrites<&E::fixedOne, 1>,
+                                GetWrites<&E::elbSubKind, 3>>;
 
-    using Primary  = PrimaryKey<Row, &E::vrId, &E::vrfId, &E::groupAddr, &E::sourceAddr, &E::bdElbAttr4, &E::tnlAttr2, &E::tnlAttr3>;
+    using Primary  = PrimaryKey<Row, &E::vrId, &E::vrfId, &E::groupAddr, &E::sourceAddr, &E::bdElbAttr4, &E::tnlAttr2,
+                                &E::tnlAttr3>;
     using BySrcPid = SecondaryKey<Row, 4, &E::vrId, &E::vrfId, &E::appSrcPid>;
     using ByEntry  = SecondaryKey<Row, 5, &E::vrId, &E::vrfId, &E::groupAddr, &E::sourceAddr, &E::bdElbAttr19>;
     static constexpr uint32_t kByVsg          = 0x01090028;  // VR, VRF, group, source
@@ -89,38 +93,53 @@ struct Table {
         .createFailed = {logCode("MCAST6_DB_ReadL3McBdTnlElb, create db object failed, ret:%u."), engineCode},
         .found        = {released, returns(0)},
         .absent       = {released, engineCode},
-        .readFailed   = {logCode("MCAST6_DB_ReadL3McBdTnlElb, read l3mc6_bd_tnl_elb object db failed, ret:%u."), record(Error::read), released, engineCode},
+        .readFailed   = {logCode("MCAST6_DB_ReadL3McBdTnlElb, read l3mc6_bd_tnl_elb object db failed, ret:%u."),
+                         record(Error::read), released, engineCode},
     };
     static constexpr WriteOutcomes onWrite{
         .nullRecord   = {log("MCAST6_DB_WriteL3McBdTnlElb, elbEntry is null."), kpi(kWriteFailed), returns(1)},
-        .createFailed = {logCode("MCAST6_DB_WriteL3McBdTnlElb, create db object failed, ret:%u."), kpi(kWriteFailed), engineCode},
-        .setFailed    = {released, logCode("MCAST6_DB_WriteL3McBdTnlElb, set_all_fields failed, ret:%u."), kpi(kWriteFailed), engineCode},
+        .createFailed = {logCode("MCAST6_DB_WriteL3McBdTnlElb, create db object failed, ret:%u."), kpi(kWriteFailed),
+                         engineCode},
+        .setFailed    = {released, logCode("MCAST6_DB_WriteL3McBdTnlElb, set_all_fields failed, ret:%u."),
+                         kpi(kWriteFailed), engineCode},
         .written      = {released, kpi(kWritten), returns(0)},
         .code13044    = {released, record(Error::code13044), kpi(kWritten), returns(0)},
-        .writeFailed  = {released, logCode("MCAST6_DB_WriteL3McBdTnlElb, release db object fail, ret:%u."), record(Error::write), kpi(kWriteFailed), engineCode},  // names the release
+        // says "release"
+        .writeFailed  = {released, logCode("MCAST6_DB_WriteL3McBdTnlElb, release db object fail, ret:%u."),
+                         record(Error::write), kpi(kWriteFailed), engineCode},
     };
     static constexpr UpdateOutcomes onSmooth{
         .nullRecord   = {log("MCAST6_DB_UpdateL3McBdTnlElbSmoothVersion, elbEntry is null."), returns(1)},
-        .createFailed = {logCode("MCAST6_DB_UpdateL3McBdTnlElbSmoothVersion, create db object failed, ret:%u."), engineCode},
-        .setFailed    = {logCode("MCAST6_DB_UpdateL3McBdTnlElbSmoothVersion, set smooth version fail, ret:%u."), released, engineCode},
+        .createFailed = {logCode("MCAST6_DB_UpdateL3McBdTnlElbSmoothVersion, create db object failed, ret:%u."),
+                         engineCode},
+        .setFailed    = {logCode("MCAST6_DB_UpdateL3McBdTnlElbSmoothVersion, set smooth version fail, ret:%u."),
+                         released, engineCode},
         .updated      = {released, returns(0)},
         .code13044    = {released, record(Error::code13044), returns(0)},
-        .updateFailed = {released, logCode("MCAST6_DB_UpdateL3McBdTnlElbSmoothVersion, release mfibv4 object fail, ret:%u."), record(Error::update), engineCode},  // says "mfibv4"
+        // says "mfibv4"
+        .updateFailed = {released,
+                         logCode("MCAST6_DB_UpdateL3McBdTnlElbSmoothVersion, release mfibv4 object fail, ret:%u."),
+                         record(Error::update), engineCode},
     };
     static constexpr RemoveOutcomes onRemove{
         .nullRecord   = {log("MCAST6_DB_DeleteL3McBdTnlElb, elbEntry is null."), kpi(kDeleteFailed), returns(1)},
-        .createFailed = {logCode("MCAST6_DB_DeleteL3McBdTnlElb, create db object failed, ret:%u."), kpi(kDeleteFailed), engineCode},
+        .createFailed = {logCode("MCAST6_DB_DeleteL3McBdTnlElb, create db object failed, ret:%u."), kpi(kDeleteFailed),
+                         engineCode},
         .removed      = {released, kpi(kDeleted), returns(0)},
         .code13044    = {released, record(Error::code13044), kpi(kDeleted), returns(0)},
-        .removeFailed = {released, record(Error::remove), logCode("MCAST6_DB_DeleteL3McBdTnlElb, release db object fail, ret:%u."), kpi(kDeleteFailed), engineCode},
+        .removeFailed = {released, record(Error::remove),
+                         logCode("MCAST6_DB_DeleteL3McBdTnlElb, release db object fail, ret:%u."), kpi(kDeleteFailed),
+                         engineCode},
     };
     static constexpr EntryOutcomes onEntry{
         .nullParameter = {returns(1)},
         .ended         = {returns(60)},
-        .nextFailed    = {logCode("MCAST6_DB_GetL3McBdTnlElbEntry, db root iterator next fail, ret:%d."), record(Error::next), returns(1)},
+        .nextFailed    = {logCode("MCAST6_DB_GetL3McBdTnlElbEntry, db root iterator next fail, ret:%d."),
+                          record(Error::next), returns(1)},
         .entry         = {returns(0)},
         .vanished      = {returns(60)},
-        .readFailed    = {logCode("MCAST6_DB_GetL3McBdTnlElbEntry, read obj fail, ret:%d."), record(Error::read), returns(1)},
+        .readFailed    = {logCode("MCAST6_DB_GetL3McBdTnlElbEntry, read obj fail, ret:%d."), record(Error::read),
+                          returns(1)},
     };
     static constexpr IterOutcomes onIter{
         .failed = {kpi(kIterFailed), returnsNull},

@@ -1,6 +1,6 @@
 // l3mc6_elb: the outgoing interfaces of layer-3 entries.
-// Read and counted here, written elsewhere. Reads fail in silence; a fast scan reuses the scan handle's object and root
-// iterator.
+// The library reads and counts this table; other software writes it. Failed reads are not logged. A fast scan reuses
+// the scan handle's object and root iterator.
 #include "mcast6_db/l3mc6_elb.h"
 
 #include "frame/agreement.h"
@@ -29,7 +29,8 @@ struct Table {
     static constexpr Kpi indicators[]{kCreateFailed, kIterFailed};
 
     static constexpr Mcast6DbIterFuncs objects{MCAST6_DB_CreateL3ElbObject, MCAST6_DB_ReleaseL3ElbObject};
-    static constexpr Accessors accessors{db_create_l3mc6_elb_obj, db_release_l3mc6_elb_object, db_set_l3mc6_elb_all_fields};
+    static constexpr Accessors accessors{db_create_l3mc6_elb_obj, db_release_l3mc6_elb_object,
+                                         db_set_l3mc6_elb_all_fields};
     static constexpr Mcast6DbCacheFuncs cache{db_create_l3mc6_elb_cache_object, db_reset_l3mc6_elb_cache_object};
     static constexpr Mcast6DbScanHandle& scan = g_l3Elb6ScanDbHandle;
     static constexpr auto ordinaryScan = MCAST6_DB_CreateL3ElbIterator;
@@ -63,7 +64,8 @@ struct Table {
         Copy      <128, &E::elbWord>,
         KeptOrNow <132, &E::timeStampCreate>,
         Now       <140, &E::timeStampSmooth>>;
-    using OnGet = mcast6::OnGet<GetWrites<&E::entryType, 13>, GetWrites<&E::addrType, 2>, GetWrites<&E::instType, 0>, GetWrites<&E::zeroWord, 0>, GetWrites<&E::zeroByte, 0>>;
+    using OnGet = mcast6::OnGet<GetWrites<&E::entryType, 13>, GetWrites<&E::addrType, 2>, GetWrites<&E::instType, 0>,
+                                GetWrites<&E::zeroWord, 0>, GetWrites<&E::zeroByte, 0>>;
 
     using Primary = PrimaryKey<Row, &E::vrId, &E::vrfId, &E::groupAddr, &E::sourceAddr, &E::outIfIndex, &E::elbFlagD>;
     using ByEntry = SecondaryKey<Row, 6, &E::vrId, &E::vrfId, &E::groupAddr, &E::sourceAddr, &E::elbFlagA>;

@@ -1,7 +1,7 @@
 // l3mc6_glbcfg: the layer-3 global configuration.
-// As the model table, but: a read passes 15005 through, a failed write or removal counts as failed and as done, all
-// failures of the smooth-version update have one message, and each record's version follows the global version that the
-// common multicast database library keeps.
+// Differences from the model table: a read passes 15005 through; a failed write or removal counts as failed and as
+// done; all failures of the smooth-version update have one message; each record's version follows the global version
+// that the common multicast database library keeps.
 #include "mcast6_db/l3mc6_glbcfg.h"
 
 #include "frame/agreement.h"
@@ -21,7 +21,7 @@ constexpr Kpi kDeleteFailed{148, "deletes failed"};
 constexpr Kpi kCreateFailed{159, "object creations failed"};
 constexpr Kpi kIterFailed{160, "iterator creations failed"};
 
-// A time stamp with a clock reading of its own.
+// A time stamp from its own reading of the clock.
 template <uint16_t kOffset, auto kMember>
 struct ReadsClock : Copy<kOffset, kMember> {
     static int set(const E& /*record*/, std::byte* row, uint64_t /*now*/) {
@@ -39,7 +39,8 @@ struct Table {
     static constexpr Kpi indicators[]{kWritten, kWriteFailed, kDeleted, kDeleteFailed, kCreateFailed, kIterFailed};
 
     static constexpr Mcast6DbIterFuncs objects{MCAST6_DB_CreateGlbCfgObject, MCAST6_DB_ReleaseGlbCfgObject};
-    static constexpr Accessors accessors{db_create_l3mc6_glbcfg_obj, db_release_l3mc6_glbcfg_object, db_set_l3mc6_glbcfg_all_fields};
+    static constexpr Accessors accessors{db_create_l3mc6_glbcfg_obj, db_release_l3mc6_glbcfg_object,
+                                         db_set_l3mc6_glbcfg_all_fields};
     static constexpr auto set = MCAST6_DB_SetGlbCfg;
     static constexpr auto get = MCAST6_DB_GetGlbCfg;
 
@@ -68,33 +69,48 @@ struct Table {
     };
     static constexpr ReadOutcomes onRead{
         .nullRecord   = {log("[MCAST6 DB]read global enable cfg failed, para is null."), returns(1)},
-        .createFailed = {logCode("[MCAST6 DB]read global enable cfg failed, create db object failed. ret:%u."), engineCode},
+        .createFailed = {logCode("[MCAST6 DB]read global enable cfg failed, create db object failed. ret:%u."),
+                         engineCode},
         .found        = {released, returns(0)},
         .absent       = {released, engineCode},
-        .readFailed   = {logCode("[MCAST6 DB]read global enable cfg object db failed, ret:%u."), record(Error::read), released, engineCode},
+        .readFailed   = {logCode("[MCAST6 DB]read global enable cfg object db failed, ret:%u."), record(Error::read),
+                         released, engineCode},
     };
     static constexpr WriteOutcomes onWrite{
-        .nullRecord   = {log("[MCAST6 DB]write db global enable cfg object failed, param is null."), kpi(kWriteFailed), returns(1)},
-        .createFailed = {logCode("[MCAST6 DB]write global enable cfg failed, create db object failed. ret:%u."), kpi(kWriteFailed), engineCode},
-        .setFailed    = {released, logCode("[MCAST6 DB]WriteGlbCfg, set_all_fields failed. ret:%u."), kpi(kWriteFailed), engineCode},
+        .nullRecord   = {log("[MCAST6 DB]write db global enable cfg object failed, param is null."), kpi(kWriteFailed),
+                         returns(1)},
+        .createFailed = {logCode("[MCAST6 DB]write global enable cfg failed, create db object failed. ret:%u."),
+                         kpi(kWriteFailed), engineCode},
+        .setFailed    = {released, logCode("[MCAST6 DB]WriteGlbCfg, set_all_fields failed. ret:%u."), kpi(kWriteFailed),
+                         engineCode},
         .written      = {released, kpi(kWritten), returns(0)},
         .code13044    = {released, record(Error::code13044), kpi(kWritten), returns(0)},
-        .writeFailed  = {released, kpi(kWriteFailed), logCode("[MCAST6 DB]write global enable cfg failed. ret:%u."), record(Error::write), kpi(kWritten), engineCode},  // both
+        // both counters
+        .writeFailed  = {released, kpi(kWriteFailed), logCode("[MCAST6 DB]write global enable cfg failed. ret:%u."),
+                         record(Error::write), kpi(kWritten), engineCode},
     };
     static constexpr UpdateOutcomes onSmooth{  // one message for three failures
         .nullRecord   = {log("[MCAST6 DB]Update db global enable cfg object failed, param is null."), returns(1)},
-        .createFailed = {logCode("[MCAST6 DB]Update global enable cfg failed, create db object failed. ret:%u."), engineCode},
-        .setFailed    = {logCode("[MCAST6 DB]Update global enable cfg failed, create db object failed. ret:%u."), released, engineCode},
+        .createFailed = {logCode("[MCAST6 DB]Update global enable cfg failed, create db object failed. ret:%u."),
+                         engineCode},
+        .setFailed    = {logCode("[MCAST6 DB]Update global enable cfg failed, create db object failed. ret:%u."),
+                         released, engineCode},
         .updated      = {released, returns(0)},
         .code13044    = {released, record(Error::code13044), returns(0)},
-        .updateFailed = {released, logCode("[MCAST6 DB]Update global enable cfg failed, create db object failed. ret:%u."), record(Error::update), engineCode},
+        .updateFailed = {released,
+                         logCode("[MCAST6 DB]Update global enable cfg failed, create db object failed. ret:%u."),
+                         record(Error::update), engineCode},
     };
     static constexpr RemoveOutcomes onRemove{
-        .nullRecord   = {log("[MCAST6 DB]Delete db global enable cfg object failed, param is null."), kpi(kDeleteFailed), returns(1)},
-        .createFailed = {logCode("[MCAST6 DB]Delete global enable cfg failed, create db object failed. ret:%u."), kpi(kDeleteFailed), engineCode},
+        .nullRecord   = {log("[MCAST6 DB]Delete db global enable cfg object failed, param is null."),
+                         kpi(kDeleteFailed), returns(1)},
+        .createFailed = {logCode("[MCAST6 DB]Delete global enable cfg failed, create db object failed. ret:%u."),
+                         kpi(kDeleteFailed), engineCode},
         .removed      = {released, kpi(kDeleted), returns(0)},
         .code13044    = {released, record(Error::code13044), kpi(kDeleted), returns(0)},
-        .removeFailed = {released, kpi(kDeleteFailed), record(Error::remove), logCode("[MCAST6 DB]Delete global enable cfg failed. ret:%u."), kpi(kDeleted), engineCode},  // both
+        // both counters
+        .removeFailed = {released, kpi(kDeleteFailed), record(Error::remove),
+                         logCode("[MCAST6 DB]Delete global enable cfg failed. ret:%u."), kpi(kDeleted), engineCode},
     };
     static constexpr EntryOutcomes onEntry{
         .nullParameter = {returns(1)},
@@ -120,7 +136,7 @@ static_assert(agrees<Table::Row>(published::kRecordSize, published::kFields));
 static_assert(Table::Primary::word == 0x0001000C && Table::Primary::agrees(published::kPrimary));
 static_assert(Table::ByHash::word == 0x01090008 && isPublished<Table::ByHash>(published::kIndexes));
 
-// What travels to the common library and back.
+// The version record of the common library.
 struct GlobalVersion {
     uint32_t key[3];
     uint32_t unused1[2];
@@ -158,7 +174,7 @@ void MCAST6_DB_SetGlbCfgPriKey(const L3Mc6GlbCfgEntry* record, void* key, uint32
 
 uint32_t MCAST6_DB_ReadGlbCfg(L3Mc6GlbCfgEntry* record) { return readRecord<Table>(record); }
 
-// Deviates in control flow: between making the object and converting, the record gets the next global version.
+// Deviates in control flow: after the create and before the conversion the record gets the next global version.
 uint32_t MCAST6_DB_WriteGlbCfg(L3Mc6GlbCfgEntry* record) {
     if (record == nullptr) return conclude<Table, Table::onWrite, &WriteOutcomes::nullRecord>({});
     Step step;
@@ -172,7 +188,7 @@ uint32_t MCAST6_DB_UpdateGlbCfgSmoothVersion(const L3Mc6GlbCfgEntry* record) {
     return updateRecord<Table, Table::onSmooth, Table::SmoothSetters>(record);
 }
 
-// Deviates in control flow: the global version is advanced first, and a failure of that ends the removal.
+// Deviates in control flow: the global version is advanced first; if that fails the removal ends.
 uint32_t MCAST6_DB_DeleteGlbCfg(const L3Mc6GlbCfgEntry* record) {
     if (record == nullptr) return conclude<Table, Table::onRemove, &RemoveOutcomes::nullRecord>({});
     const uint32_t code = MCAST6_DB_ProcessGlbVersion(record);

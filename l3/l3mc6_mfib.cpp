@@ -1,7 +1,7 @@
-// l3mc6_mfib: the layer-3 multicast forwarding entries. Queries over them stand in l3mc6_mfib_query.cpp.
-// Deviates from the model table: keyed reads pass 15005 through, nulls are not looked for (but by the statistics-context
-// update), the process id of the last converted record is remembered, a failed write counts as an attempt too, and there
-// is an iterator step that cleans up behind itself, at the end.
+// l3mc6_mfib: the layer-3 multicast forwarding entries. Queries are in l3mc6_mfib_query.cpp.
+// Differences from the model table: keyed reads pass 15005 through; null is not checked, except by the
+// statistics-context update; the process id of the last converted record is kept; a failed write counts as an attempt
+// too; one iterator step, at the end, releases its object.
 #include "mcast6_db/l3mc6_mfib.h"
 
 #include "frame/agreement.h"
@@ -34,7 +34,8 @@ struct Table {
     static constexpr Kpi indicators[]{kWriteTried, kWriteFailed, kDeleted, kDeleteFailed, kCreateFailed};
 
     static constexpr Mcast6DbIterFuncs objects{MCAST6_DB_CreateL3MfibObject, MCAST6_DB_ReleaseL3MfibObject};
-    static constexpr Accessors accessors{db_create_l3mc6_mfib_obj, db_release_l3mc6_mfib_object, db_set_l3mc6_mfib_all_fields};
+    static constexpr Accessors accessors{db_create_l3mc6_mfib_obj, db_release_l3mc6_mfib_object,
+                                         db_set_l3mc6_mfib_all_fields};
     static constexpr Mcast6DbCacheFuncs cache{db_create_l3mc6_mfib_cache_object, db_reset_l3mc6_mfib_cache_object};
     static constexpr auto set = MCAST6_DB_SetL3Mfib;
     static constexpr auto get = MCAST6_DB_GetL3Mfib;
@@ -56,13 +57,18 @@ struct Table {
         .failed  = {kpi(kCreateFailed), engineCode},
     };
     static constexpr CacheOutcomes onCache{
-        .createFailed = {dfx(kCacheCreateFailed), logObject("Failed to create l3mfib6 cache object, objType:%u, connType:%u, ret:%u"), engineCode},
-        .resetFailed  = {dfx(kCacheResetFailed), logObject("Failed to reset l3mfib6 cache object, objType:%u, connType:%u, ret:%u"), engineCode},
+        .createFailed = {dfx(kCacheCreateFailed),
+                         logObject("Failed to create l3mfib6 cache object, objType:%u, connType:%u, ret:%u"),
+                         engineCode},
+        .resetFailed  = {dfx(kCacheResetFailed),
+                         logObject("Failed to reset l3mfib6 cache object, objType:%u, connType:%u, ret:%u"),
+                         engineCode},
     };
     static constexpr KeyedReadOutcomes onKeyedRead{
         .found      = {returns(0)},
         .absent     = {engineCode},
-        .readFailed = {logCode("MCAST6_DB_ReadL3Mfib, read mfib object db failed, ret:%u."), record(Error::read), engineCode},
+        .readFailed = {logCode("MCAST6_DB_ReadL3Mfib, read mfib object db failed, ret:%u."), record(Error::read),
+                       engineCode},
     };
     static constexpr GivenObjectOutcomes onRead{
         .nullRecord   = callerGuarantees,
@@ -74,39 +80,57 @@ struct Table {
     };
     static constexpr WriteOutcomes onWrite{
         .nullRecord   = callerGuarantees,
-        .createFailed = {logCode("MCAST6_DB_WriteL3Mfib, create db object failed. ret:%u."), kpi(kWriteFailed), engineCode},
-        .setFailed    = {released, logCode("MCAST6_DB_WriteL3Mfib, set_all_fields failed, ret:%u."), kpi(kWriteFailed), engineCode},
+        .createFailed = {logCode("MCAST6_DB_WriteL3Mfib, create db object failed. ret:%u."), kpi(kWriteFailed),
+                         engineCode},
+        .setFailed    = {released, logCode("MCAST6_DB_WriteL3Mfib, set_all_fields failed, ret:%u."), kpi(kWriteFailed),
+                         engineCode},
         .written      = {released, kpi(kWriteTried), returns(0)},
         .code13044    = {released, record(Error::code13044), kpi(kWriteTried), returns(0)},
-        .writeFailed  = {released, logCode("MCAST6_DB_WriteL3Mfib failed, ret:%u."), record(Error::write), kpi(kWriteFailed), kpi(kWriteTried), engineCode},  // both
+        // both counters
+        .writeFailed  = {released, logCode("MCAST6_DB_WriteL3Mfib failed, ret:%u."), record(Error::write),
+                         kpi(kWriteFailed), kpi(kWriteTried), engineCode},
     };
     static constexpr UpdateOutcomes onSmooth{
         .nullRecord   = callerGuarantees,
         .createFailed = {logCode("MCAST6_DB_UpdateL3MfibSmoothVersion, create db object failed, ret:%u."), engineCode},
-        .setFailed    = {logCode("MCAST6_DB_UpdateL3MfibSmoothVersion failed, set smooth para failed, ret:%u."), released, engineCode},
+        .setFailed    = {logCode("MCAST6_DB_UpdateL3MfibSmoothVersion failed, set smooth para failed, ret:%u."),
+                         released, engineCode},
         .updated      = {released, returns(0)},
         .code13044    = {released, record(Error::code13044), returns(0)},
-        .updateFailed = {released, logCode("MCAST6_DB_UpdateL3MfibSmoothVersion, update db object failed, ret:%u."), record(Error::update), engineCode},
+        .updateFailed = {released, logCode("MCAST6_DB_UpdateL3MfibSmoothVersion, update db object failed, ret:%u."),
+                         record(Error::update), engineCode},
     };
     static constexpr UpdateOutcomes onStat{
-        .nullRecord   = {log("mcast6 update mcStatSvcCtx failed, mfibEntry param is null.", kLogLayer3Query), returns(1)},
-        .createFailed = {logCode("mcast6 update mcStatSvcCtx failed, create db object failed, ret:%u.", kLogLayer3Query), engineCode},
-        .setFailed    = {logCode("mcast6 update mcStatSvcCtx failed, set mcStatCtx para failed, ret:%u.", kLogLayer3Query), released, engineCode},
+        .nullRecord   = {log("mcast6 update mcStatSvcCtx failed, mfibEntry param is null.", kLogLayer3Query),
+                         returns(1)},
+        .createFailed = {
+            logCode("mcast6 update mcStatSvcCtx failed, create db object failed, ret:%u.", kLogLayer3Query),
+            engineCode},
+        .setFailed    = {
+            logCode("mcast6 update mcStatSvcCtx failed, set mcStatCtx para failed, ret:%u.", kLogLayer3Query), released,
+            engineCode},
         .updated      = {released, returns(0)},
         .code13044    = {released, record(Error::code13044), returns(0)},
-        .updateFailed = {released, logCode("mcast6 update mcStatSvcCtx failed, update db object failed, ret:%u.", kLogLayer3Query), record(Error::update), engineCode},
+        .updateFailed = {
+            released, logCode("mcast6 update mcStatSvcCtx failed, update db object failed, ret:%u.", kLogLayer3Query),
+            record(Error::update), engineCode},
     };
     static constexpr RemoveOutcomes onRemove{
         .nullRecord   = callerGuarantees,
-        .createFailed = {logCode("MCAST6_DB_DeleteL3Mfib, create db object failed, ret:%u."), kpi(kDeleteFailed), engineCode},
+        .createFailed = {logCode("MCAST6_DB_DeleteL3Mfib, create db object failed, ret:%u."), kpi(kDeleteFailed),
+                         engineCode},
         .removed      = {released, calls(MCAST6_TRAP_DecreaseMfib6DbCnt), kpi(kDeleted), returns(0)},
-        .code13044    = {released, record(Error::code13044), kpi(kDeleted), returns(0)},  // the host is not told
-        .removeFailed = {released, record(Error::remove), logCode("MCAST6_DB_DeleteL3Mfib, db remove obj fail, ret:%u."), kpi(kDeleteFailed), engineCode},
+        // the host function is not called
+        .code13044    = {released, record(Error::code13044), kpi(kDeleted), returns(0)},
+        .removeFailed = {released, record(Error::remove),
+                         logCode("MCAST6_DB_DeleteL3Mfib, db remove obj fail, ret:%u."), kpi(kDeleteFailed),
+                         engineCode},
     };
     static constexpr EntryOutcomes onEntry{
         .nullParameter = callerGuarantees,
         .ended         = {returns(60)},
-        .nextFailed    = {logCode("MCAST6_DB_GetL3MfibEntry, db root iterator next fail, ret:%u."), record(Error::next), engineCode},
+        .nextFailed    = {logCode("MCAST6_DB_GetL3MfibEntry, db root iterator next fail, ret:%u."), record(Error::next),
+                          engineCode},
         .entry         = {returns(0)},
         .vanished      = {returns(60)},
         .readFailed    = {logCode("MCAST6_DB_GetL3MfibEntry, db read fail, ret:%u."), record(Error::read), engineCode},
@@ -165,7 +189,7 @@ uint32_t MCAST6_DB_CreateL3MfibObjCache(uint32_t objType, uint32_t connType, Mca
     return obtainCached<Table, Table::onCache>(objType, connType, slot, Table::cache);
 }
 
-// Taken in whole, as it is what forwarding waits for.
+// Inlined into one function: the forwarding path's read.
 [[gnu::flatten]] uint32_t MCAST6_DB_ReadL3MfibFast(L3Mc6MfibEntry* record) {
     const uint32_t code =
         obtainCached<Table, Table::onCache>(kReadObject, kConnType, &g_l3Mfib6DbReadObjCache, Table::cache);
@@ -198,8 +222,8 @@ uint32_t MCAST6_DB_UpdateL3MfibMcStatSvcCtx(const L3Mc6MfibEntry* record) {
     return updateOn<Table, Table::onStat>(step.object, Table::Primary::of(*record));
 }
 
-// Deviates in control flow: at the end and after a failed step the object is released; a failed read is told, but what was
-// read, an empty row at worst, is converted all the same. Nothing is recorded.
+// Deviates in control flow: at the end and after a failed step the object is released. A failed read is logged, and the
+// row, empty if nothing was read, is converted nevertheless. Nothing is recorded.
 uint32_t MCAST6_DB_GetNextL3Mfib(Mcast6DbRes* iterator, L3Mc6MfibEntry* record) {
     uint32_t code = db_root_iterator_next(iterator->rootIter);
     if (code != kOk) {

@@ -1,6 +1,6 @@
 // Queries of l3mc6_mfib: filtered iterators and counts, each on one secondary index, and the two exported tables that
-// choose among them by query type. No constructor or count looks for nulls or records errors; a failed count is told at every level
-// that it passes, each with a message of its own.
+// select among them by query type. No constructor or count checks for null or records errors. A failed count is logged
+// at every level that it passes, each with its own message.
 #include "mcast6_db/l3mc6_mfib_query.h"
 
 #include "frame/agreement.h"
@@ -63,7 +63,7 @@ uint32_t iterByKey(Mcast6DbRes* resource, const KeyBuffer<kWord>& key, const cha
     return code;
 }
 
-// The key of a VR and VRF. Callers may hand in two words alone, aligned as such, in place of a whole record.
+// The key of a VR and VRF. Callers may pass only two words, with the alignment of words, in place of a whole record.
 KeyBuffer<ByVrVrf::word> vrVrfAt(const void* words) {
     uint32_t values[2];
     memcpy(values, words, sizeof values);
@@ -127,14 +127,14 @@ Mcast6DbRes* MCAST6_DB_CreateL3MfibIterByVrVrf(uint32_t vrId, uint32_t vrfId) {
 Mcast6DbRes* MCAST6_DB_CreateL3MfibIterByIfIndex(uint32_t ifIndex) {
     const auto key = keyOf<kByIfIndex>(ifIndex);
     Mcast6DbRes* const iterator = MCAST6_DB_CreateL3MfibIterCommon(&key.descriptor, key.bytes);
-    // The only message here that has the record operations' log id.
+    // The only message here with the log id of the record operations.
     if (iterator == nullptr) logLine(kLogLayer3, "MCAST6_DB_CreateL3MfibIteratorByIfIndex failed");
     return iterator;
 }
 
 void MCAST6_DB_ReleaseL3MfibIter(Mcast6DbRes* iterator) { releaseIter<Table>(iterator); }
 
-// ---- Iterators into a handle of the caller's
+// ---- Iterators into a handle that the caller provides
 
 uint32_t MCAST6_DB_CreateL3MfibIterWithDbResCommon(Mcast6DbRes* resource, const Mcast6DbKeyDesc* descriptor,
                                                    const void* key) {

@@ -9,8 +9,8 @@ namespace mcast6::l3mc6_mfib {
 using E = L3Mc6MfibEntry;
 
 // clang-format off
-// In the row's order, which is not the record's: attr1 and attr2, attr21 and attr22 change places, attr19 comes before
-// attr18, attr16 comes last.
+// In row order, which differs from the record's: attr1 and attr2 are swapped, as are attr21 and attr22; attr19 comes
+// before attr18; attr16 comes last.
 using Row = mcast6::Row<208,
     Copy    <  0, &E::vrId>,
     Copy    <  4, &E::vrfId>,

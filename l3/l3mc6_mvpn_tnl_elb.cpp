@@ -1,5 +1,5 @@
 // l3mc6_mvpn_tnl_elb: the MVPN tunnel members of layer-3 entries.
-// As the model table, with KPI for the outcomes; failed setters of a write are silent.
+// As the model table, with KPIs for the outcomes; failed setters of a write are not logged.
 #include "mcast6_db/l3mc6_mvpn_tnl_elb.h"
 
 #include "frame/agreement.h"
@@ -30,9 +30,12 @@ struct Table {
     static constexpr Counter counters[]{kCreated, kReleased};
     static constexpr Kpi indicators[]{kWritten, kWriteFailed, kDeleted, kDeleteFailed, kCreateFailed, kIterFailed};
 
-    static constexpr Mcast6DbIterFuncs objects{MCAST6_DB_CreateL3McMvpnTnlElbObject, MCAST6_DB_ReleaseL3McMvpnTnlElbObject};
-    static constexpr Accessors accessors{db_create_l3mc6_mvpn_tnl_elb_obj, db_release_l3mc6_mvpn_tnl_elb_object, db_set_l3mc6_mvpn_tnl_elb_all_fields};
-    static constexpr Mcast6DbCacheFuncs cache{db_create_l3mc6_mvpn_tnl_elb_cache_object, db_reset_l3mc6_mvpn_tnl_elb_cache_object};
+    static constexpr Mcast6DbIterFuncs objects{MCAST6_DB_CreateL3McMvpnTnlElbObject,
+                                               MCAST6_DB_ReleaseL3McMvpnTnlElbObject};
+    static constexpr Accessors accessors{db_create_l3mc6_mvpn_tnl_elb_obj, db_release_l3mc6_mvpn_tnl_elb_object,
+                                         db_set_l3mc6_mvpn_tnl_elb_all_fields};
+    static constexpr Mcast6DbCacheFuncs cache{db_create_l3mc6_mvpn_tnl_elb_cache_object,
+                                              db_reset_l3mc6_mvpn_tnl_elb_cache_object};
     static constexpr auto set = MCAST6_DB_SetL3McMvpnTnlElb;
     static constexpr auto get = MCAST6_DB_GetL3McMvpnTnlElb;
 
@@ -83,38 +86,54 @@ struct Table {
         .createFailed = {logCode("MCAST6_DB_ReadL3McMvpnTnlElb, create db object failed, ret:%u."), engineCode},
         .found        = {released, returns(0)},
         .absent       = {released, returns(60)},
-        .readFailed   = {released, logCode("MCAST6_DB_ReadL3McMvpnTnlElb, read l3mc6_mvpn_tnl_elb object db failed, ret:%u."), record(Error::read), engineCode},
+        .readFailed   = {released,
+                         logCode("MCAST6_DB_ReadL3McMvpnTnlElb, read l3mc6_mvpn_tnl_elb object db failed, ret:%u."),
+                         record(Error::read), engineCode},
     };
     static constexpr WriteOutcomes onWrite{
         .nullRecord   = {log("MCAST6_DB_WriteL3McMvpnTnlElb, l3McMvpnTnlElb is null."), kpi(kWriteFailed), returns(1)},
-        .createFailed = {logCode("MCAST6_DB_WriteL3McMvpnTnlElb, create db object failed, ret:%u."), kpi(kWriteFailed), engineCode},
+        .createFailed = {logCode("MCAST6_DB_WriteL3McMvpnTnlElb, create db object failed, ret:%u."), kpi(kWriteFailed),
+                         engineCode},
         .setFailed    = {released, kpi(kWriteFailed), engineCode},
         .written      = {released, kpi(kWritten), returns(0)},
         .code13044    = {released, record(Error::code13044), kpi(kWritten), returns(0)},
-        .writeFailed  = {released, logCode("MCAST6_DB_WriteL3McMvpnTnlElb, write l3mc6_mvpn_tnl_elb object fail, ret:%u."), record(Error::write), kpi(kWriteFailed), engineCode},
+        .writeFailed  = {released,
+                         logCode("MCAST6_DB_WriteL3McMvpnTnlElb, write l3mc6_mvpn_tnl_elb object fail, ret:%u."),
+                         record(Error::write), kpi(kWriteFailed), engineCode},
     };
     static constexpr UpdateOutcomes onSmooth{
         .nullRecord   = {log("MCAST6_DB_UpdateL3McMvpnTnlElbSmoothVersion, l3McMvpnTnlElbEntry is null."), returns(1)},
-        .createFailed = {logCode("MCAST6_DB_UpdateL3McMvpnTnlElbSmoothVersion, create db object failed, ret:%u."), engineCode},
-        .setFailed    = {logCode("MCAST6_DB_UpdateL3McMvpnTnlElbSmoothVersion, set smooth version fail, ret:%u."), released, engineCode},
+        .createFailed = {logCode("MCAST6_DB_UpdateL3McMvpnTnlElbSmoothVersion, create db object failed, ret:%u."),
+                         engineCode},
+        .setFailed    = {logCode("MCAST6_DB_UpdateL3McMvpnTnlElbSmoothVersion, set smooth version fail, ret:%u."),
+                         released, engineCode},
         .updated      = {released, returns(0)},
         .code13044    = {released, record(Error::code13044), returns(0)},
-        .updateFailed = {released, logCode("MCAST6_DB_UpdateL3McMvpnTnlElbSmoothVersion, release db object fail, ret:%u."), record(Error::update), engineCode},  // names the release
+        // says "release"
+        .updateFailed = {released,
+                         logCode("MCAST6_DB_UpdateL3McMvpnTnlElbSmoothVersion, release db object fail, ret:%u."),
+                         record(Error::update), engineCode},
     };
     static constexpr RemoveOutcomes onRemove{
-        .nullRecord   = {log("MCAST6_DB_DeleteL3McMvpnTnlElb, l3McMvpnTnlElbEntry is null."), kpi(kDeleteFailed), returns(1)},
-        .createFailed = {logCode("MCAST6_DB_DeleteL3McMvpnTnlElb, create db object failed, ret:%u."), kpi(kDeleteFailed), engineCode},
+        .nullRecord   = {log("MCAST6_DB_DeleteL3McMvpnTnlElb, l3McMvpnTnlElbEntry is null."), kpi(kDeleteFailed),
+                         returns(1)},
+        .createFailed = {logCode("MCAST6_DB_DeleteL3McMvpnTnlElb, create db object failed, ret:%u."),
+                         kpi(kDeleteFailed), engineCode},
         .removed      = {released, kpi(kDeleted), returns(0)},
         .code13044    = {released, record(Error::code13044), kpi(kDeleted), returns(0)},
-        .removeFailed = {released, record(Error::remove), logCode("MCAST6_DB_DeleteL3McMvpnTnlElb, release db object fail, ret:%u."), kpi(kDeleteFailed), engineCode},
+        .removeFailed = {released, record(Error::remove),
+                         logCode("MCAST6_DB_DeleteL3McMvpnTnlElb, release db object fail, ret:%u."), kpi(kDeleteFailed),
+                         engineCode},
     };
     static constexpr EntryOutcomes onEntry{
         .nullParameter = {returns(1)},
         .ended         = {returns(60)},
-        .nextFailed    = {logCode("MCAST6_DB_GetL3McMvpnTnlElbEntry, db root iterator next fail, ret:%d."), record(Error::next), returns(1)},
+        .nextFailed    = {logCode("MCAST6_DB_GetL3McMvpnTnlElbEntry, db root iterator next fail, ret:%d."),
+                          record(Error::next), returns(1)},
         .entry         = {returns(0)},
         .vanished      = {returns(60)},
-        .readFailed    = {logCode("MCAST6_DB_GetL3McMvpnTnlElbEntry, read obj fail, ret:%d."), record(Error::read), returns(1)},
+        .readFailed    = {logCode("MCAST6_DB_GetL3McMvpnTnlElbEntry, read obj fail, ret:%d."), record(Error::read),
+                          returns(1)},
     };
     static constexpr IterOutcomes onIter{
         .failed = {kpi(kIterFailed), returnsNull},

@@ -1,5 +1,5 @@
 // l3mc6_mvpn_tnl_subelb: the MVPN tunnel members of layer-3 entries that are bound to an interface.
-// As the model table, with KPI for the outcomes; failed setters of a write are silent.
+// As the model table, with KPIs for the outcomes; failed setters of a write are not logged.
 #include "mcast6_db/l3mc6_mvpn_tnl_subelb.h"
 
 #include "frame/agreement.h"
@@ -27,8 +27,10 @@ struct Table {
     static constexpr Counter counters[]{kCreated, kReleased};
     static constexpr Kpi indicators[]{kWritten, kWriteFailed, kDeleted, kDeleteFailed, kCreateFailed, kIterFailed};
 
-    static constexpr Mcast6DbIterFuncs objects{MCAST6_DB_CreateL3McMvpnTnlSubElbObject, MCAST6_DB_ReleaseL3McMvpnTnlSubElbObject};
-    static constexpr Accessors accessors{db_create_l3mc6_mvpn_tnl_subelb_obj, db_release_l3mc6_mvpn_tnl_subelb_object, db_set_l3mc6_mvpn_tnl_subelb_all_fields};
+    static constexpr Mcast6DbIterFuncs objects{MCAST6_DB_CreateL3McMvpnTnlSubElbObject,
+                                               MCAST6_DB_ReleaseL3McMvpnTnlSubElbObject};
+    static constexpr Accessors accessors{db_create_l3mc6_mvpn_tnl_subelb_obj, db_release_l3mc6_mvpn_tnl_subelb_object,
+                                         db_set_l3mc6_mvpn_tnl_subelb_all_fields};
     static constexpr auto set = MCAST6_DB_SetL3McMvpnTnlSubElb;
     static constexpr auto get = MCAST6_DB_GetL3McMvpnTnlSubElb;
 
@@ -80,38 +82,54 @@ struct Table {
         .createFailed = {logCode("MCAST6_DB_ReadL3McMvpnTnlSubElb, create db object failed, ret:%u."), engineCode},
         .found        = {released, returns(0)},
         .absent       = {released, returns(60)},
-        .readFailed   = {released, logCode("MCAST6_DB_ReadL3McMvpnTnlSubElb, read l3mc6_mvpn_tnl_subelb object db failed, ret:%u."), record(Error::read), engineCode},
+        .readFailed   = {
+            released, logCode("MCAST6_DB_ReadL3McMvpnTnlSubElb, read l3mc6_mvpn_tnl_subelb object db failed, ret:%u."),
+            record(Error::read), engineCode},
     };
     static constexpr WriteOutcomes onWrite{
-        .nullRecord   = {log("MCAST6_DB_WriteL3McMvpnTnlSubElb, l3McMvpnTnlSubElb is null."), kpi(kWriteFailed), returns(1)},
-        .createFailed = {logCode("MCAST6_DB_WriteL3McMvpnTnlSubElb, create db object failed, ret:%u."), kpi(kWriteFailed), engineCode},
+        .nullRecord   = {log("MCAST6_DB_WriteL3McMvpnTnlSubElb, l3McMvpnTnlSubElb is null."), kpi(kWriteFailed),
+                         returns(1)},
+        .createFailed = {logCode("MCAST6_DB_WriteL3McMvpnTnlSubElb, create db object failed, ret:%u."),
+                         kpi(kWriteFailed), engineCode},
         .setFailed    = {released, kpi(kWriteFailed), engineCode},
         .written      = {released, kpi(kWritten), returns(0)},
         .code13044    = {released, record(Error::code13044), kpi(kWritten), returns(0)},
-        .writeFailed  = {released, logCode("MCAST6_DB_WriteL3McMvpnTnlSubElb, release db object fail, ret:%u."), record(Error::write), kpi(kWriteFailed), engineCode},  // names the release
+        // says "release"
+        .writeFailed  = {released, logCode("MCAST6_DB_WriteL3McMvpnTnlSubElb, release db object fail, ret:%u."),
+                         record(Error::write), kpi(kWriteFailed), engineCode},
     };
     static constexpr UpdateOutcomes onSmooth{
         .nullRecord   = {log("MCAST6_DB_UpdateL3McMvpnTnlSubElbSmoothVersion, elbEntry is null."), returns(1)},
-        .createFailed = {logCode("MCAST6_DB_UpdateL3McMvpnTnlSubElbSmoothVersion, create db object failed, ret:%u."), engineCode},
-        .setFailed    = {logCode("MCAST6_DB_UpdateL3McMvpnTnlSubElbSmoothVersion, set smooth version fail, ret:%u."), released, engineCode},
+        .createFailed = {logCode("MCAST6_DB_UpdateL3McMvpnTnlSubElbSmoothVersion, create db object failed, ret:%u."),
+                         engineCode},
+        .setFailed    = {logCode("MCAST6_DB_UpdateL3McMvpnTnlSubElbSmoothVersion, set smooth version fail, ret:%u."),
+                         released, engineCode},
         .updated      = {released, returns(0)},
         .code13044    = {released, record(Error::code13044), returns(0)},
-        .updateFailed = {released, logCode("MCAST6_DB_UpdateL3McMvpnTnlSubElbSmoothVersion, release db object fail, ret:%u."), record(Error::update), engineCode},  // names the release
+        // says "release"
+        .updateFailed = {released,
+                         logCode("MCAST6_DB_UpdateL3McMvpnTnlSubElbSmoothVersion, release db object fail, ret:%u."),
+                         record(Error::update), engineCode},
     };
     static constexpr RemoveOutcomes onRemove{
         .nullRecord   = {log("MCAST6_DB_DeleteL3McMvpnTnlSubElb, elbEntry is null."), kpi(kDeleteFailed), returns(1)},
-        .createFailed = {logCode("MCAST6_DB_DeleteL3McMvpnTnlSubElb, create db object failed, ret:%u."), kpi(kDeleteFailed), engineCode},
+        .createFailed = {logCode("MCAST6_DB_DeleteL3McMvpnTnlSubElb, create db object failed, ret:%u."),
+                         kpi(kDeleteFailed), engineCode},
         .removed      = {released, kpi(kDeleted), returns(0)},
         .code13044    = {released, record(Error::code13044), kpi(kDeleted), returns(0)},
-        .removeFailed = {released, record(Error::remove), logCode("MCAST6_DB_DeleteL3McMvpnTnlSubElb, release db object fail, ret:%u."), kpi(kDeleteFailed), engineCode},
+        .removeFailed = {released, record(Error::remove),
+                         logCode("MCAST6_DB_DeleteL3McMvpnTnlSubElb, release db object fail, ret:%u."),
+                         kpi(kDeleteFailed), engineCode},
     };
     static constexpr EntryOutcomes onEntry{
         .nullParameter = {returns(1)},
         .ended         = {returns(60)},
-        .nextFailed    = {logCode("MCAST6_DB_GetL3McMvpnTnlSubElbEntry, db root iterator next fail, ret:%d."), record(Error::next), returns(1)},
+        .nextFailed    = {logCode("MCAST6_DB_GetL3McMvpnTnlSubElbEntry, db root iterator next fail, ret:%d."),
+                          record(Error::next), returns(1)},
         .entry         = {returns(0)},
         .vanished      = {returns(60)},
-        .readFailed    = {logCode("MCAST6_DB_GetL3McMvpnTnlSubElbEntry, read obj fail, ret:%d."), record(Error::read), returns(1)},
+        .readFailed    = {logCode("MCAST6_DB_GetL3McMvpnTnlSubElbEntry, read obj fail, ret:%d."), record(Error::read),
+                          returns(1)},
     };
     static constexpr IterOutcomes onIter{
         .failed = {kpi(kIterFailed), returnsNull},

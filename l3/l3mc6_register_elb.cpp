@@ -1,6 +1,6 @@
 // l3mc6_register_elb: the register interfaces of layer-3 entries.
-// Records no error statistics and looks for no null in write, read and removal. A removal takes 15005, not 13044, for
-// success. Egress records are translated into register records and back.
+// Records no error statistics; write, read and removal do not check for null. A removal treats 15005, not 13044, as
+// success. Egress records are converted into register records and back.
 #include "mcast6_db/l3mc6_register_elb.h"
 
 #include "frame/agreement.h"
@@ -27,8 +27,10 @@ struct Table {
     static constexpr Counter counters[]{kCreated, kReleased};
     static constexpr Kpi indicators[]{kWritten, kWriteFailed, kDeleted, kDeleteFailed, kCreateFailed, kIterFailed};
 
-    static constexpr Mcast6DbIterFuncs objects{MCAST6_DB_CreateL3McRegistOifObject, MCAST6_DB_ReleaseL3McRegistOifObject};
-    static constexpr Accessors accessors{db_create_l3mc6_register_elb_obj, db_release_l3mc6_register_elb_object, db_set_l3mc6_register_elb_all_fields};
+    static constexpr Mcast6DbIterFuncs objects{MCAST6_DB_CreateL3McRegistOifObject,
+                                               MCAST6_DB_ReleaseL3McRegistOifObject};
+    static constexpr Accessors accessors{db_create_l3mc6_register_elb_obj, db_release_l3mc6_register_elb_object,
+                                         db_set_l3mc6_register_elb_all_fields};
     static constexpr auto set = MCAST6_DB_SetRegistItem;
     static constexpr auto get = MCAST6_DB_GetRegistData;
 
@@ -73,17 +75,22 @@ struct Table {
     static constexpr WriteOutcomes onWrite{
         .nullRecord   = callerGuarantees,
         .createFailed = {logCode("[MCAST6 DB] create regist write obj fail. ret:%u"), kpi(kWriteFailed), returns(1)},
-        .setFailed    = {logCode("[MCAST6 DB] set regist write obj fail. ret:%u"), released, kpi(kWriteFailed), engineCode},
+        .setFailed    = {logCode("[MCAST6 DB] set regist write obj fail. ret:%u"), released, kpi(kWriteFailed),
+                         engineCode},
         .written      = {released, kpi(kWritten), returns(0)},
         .code13044    = {released, kpi(kWritten), returns(0)},
-        .writeFailed  = {released, logCode("[MCAST6 DB]write l3mc6 regist elb failed. ret:%u."), kpi(kWriteFailed), engineCode},
+        .writeFailed  = {released, logCode("[MCAST6 DB]write l3mc6 regist elb failed. ret:%u."), kpi(kWriteFailed),
+                         engineCode},
     };
     static constexpr RemoveOrAbsentOutcomes onRemove{{
         .nullRecord   = callerGuarantees,
         .createFailed = {logCode("[MCAST6 DB] create regist remove obj fail. ret:%u"), kpi(kDeleteFailed), engineCode},
         .removed      = {released, kpi(kDeleted), returns(0)},
-        .code13044    = {released, logCode("[MCAST6 DB] delete regist obj fail. ret:%u"), kpi(kDeleteFailed), engineCode},  // a failure
-        .removeFailed = {released, logCode("[MCAST6 DB] delete regist obj fail. ret:%u"), kpi(kDeleteFailed), engineCode},
+        // a failure
+        .code13044    = {released, logCode("[MCAST6 DB] delete regist obj fail. ret:%u"), kpi(kDeleteFailed),
+                         engineCode},
+        .removeFailed = {released, logCode("[MCAST6 DB] delete regist obj fail. ret:%u"), kpi(kDeleteFailed),
+                         engineCode},
     },  /* code15005 */ {released, kpi(kDeleted), returns(0)},  // nothing to remove
     };
     static constexpr IterOutcomes onIter{
@@ -109,7 +116,7 @@ static_assert(isPublishedWord(published::kIndexes, Table::kByIfIndex) &&
 
 namespace {
 
-// The inverse of MCAST6_DB_TransElbEntryToRegElbEntry, but that the kind of instance is passed on as it is.
+// The inverse of MCAST6_DB_TransElbEntryToRegElbEntry, except that the kind of instance is passed on unchanged.
 void toElbEntry(const E& record, L3Mc6ElbEntry& entry) {
     entry.vrId = record.vrId;
     entry.vrfId = record.vrfId;

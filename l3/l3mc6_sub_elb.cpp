@@ -1,6 +1,6 @@
 // l3mc6_sub_elb: the sub-interface members of layer-3 entries.
-// Read here, written elsewhere. Errors of an iterator are recorded under the number of l3mc6_elb. The scan handle is
-// honoured on release, counted or not, though no fast scan here fills it.
+// The library reads this table; other software writes it. Errors of an iterator are recorded under the number of
+// l3mc6_elb. A release checks the scan handle, although no fast scan here fills it.
 #include "mcast6_db/l3mc6_sub_elb.h"
 
 #include "frame/agreement.h"
@@ -31,8 +31,10 @@ struct Table {
     static constexpr Kpi indicators[]{kCreateFailed, kIterFailed};
 
     static constexpr Mcast6DbIterFuncs objects{MCAST6_DB_CreateL3SubElbObject, MCAST6_DB_ReleaseL3SubElbObject};
-    static constexpr Accessors accessors{db_create_l3mc6_sub_elb_obj, db_release_l3mc6_sub_elb_object, db_set_l3mc6_sub_elb_all_fields};
-    static constexpr Mcast6DbCacheFuncs cache{db_create_l3mc6_sub_elb_cache_object, db_reset_l3mc6_sub_elb_cache_object};
+    static constexpr Accessors accessors{db_create_l3mc6_sub_elb_obj, db_release_l3mc6_sub_elb_object,
+                                         db_set_l3mc6_sub_elb_all_fields};
+    static constexpr Mcast6DbCacheFuncs cache{db_create_l3mc6_sub_elb_cache_object,
+                                              db_reset_l3mc6_sub_elb_cache_object};
     static constexpr auto get = MCAST6_DB_GetL3SubElb;
 
     using Row = mcast6::Row<172,
@@ -63,10 +65,13 @@ struct Table {
         Copy    <152, &E::elbWord>,
         Now     <156, &E::timeStampCreate>,
         Now     <164, &E::timeStampSmooth>>;
-    using OnGet = mcast6::OnGet<GetWrites<&E::entryType, 14>, GetWrites<&E::addrType, 2>, GetWrites<&E::instType, 0>, GetWrites<&E::zeroWord, 0>>;
+    using OnGet = mcast6::OnGet<GetWrites<&E::entryType, 14>, GetWrites<&E::addrType, 2>, GetWrites<&E::instType, 0>,
+                                GetWrites<&E::zeroWord, 0>>;
 
-    using Primary   = PrimaryKey<Row, &E::vrId, &E::vrfId, &E::groupAddr, &E::sourceAddr, &E::subIfIndex, &E::instId, &E::elbFlagD>;
-    using ByMembers = SecondaryKey<Row, 1, &E::vrId, &E::vrfId, &E::groupAddr, &E::sourceAddr, &E::outIfIndex, &E::elbFlagD>;
+    using Primary   = PrimaryKey<Row, &E::vrId, &E::vrfId, &E::groupAddr, &E::sourceAddr, &E::subIfIndex, &E::instId,
+                                 &E::elbFlagD>;
+    using ByMembers = SecondaryKey<Row, 1, &E::vrId, &E::vrfId, &E::groupAddr, &E::sourceAddr, &E::outIfIndex,
+                                   &E::elbFlagD>;
     static constexpr uint32_t kByVlan = 0x02090002;  // a 16-bit VLAN id
 
     static constexpr CreateOutcomes onCreate{
@@ -74,8 +79,12 @@ struct Table {
         .failed  = {kpi(kCreateFailed), engineCode},
     };
     static constexpr CacheOutcomes onCache{
-        .createFailed = {dfx(kCacheCreateFailed), logObject("Failed to create l3subelb6 cache object, objType:%u, connType:%u, ret:%u"), engineCode},
-        .resetFailed  = {dfx(kCacheResetFailed), logObject("Failed to reset l3subelb6 cache object, objType:%u, connType:%u, ret:%u"), engineCode},
+        .createFailed = {dfx(kCacheCreateFailed),
+                         logObject("Failed to create l3subelb6 cache object, objType:%u, connType:%u, ret:%u"),
+                         engineCode},
+        .resetFailed  = {dfx(kCacheResetFailed),
+                         logObject("Failed to reset l3subelb6 cache object, objType:%u, connType:%u, ret:%u"),
+                         engineCode},
     };
     static constexpr ReadOutcomes onRead{
         .nullRecord   = {log("read l3mc6 sub enable failed, para is null."), returns(1)},
@@ -102,7 +111,8 @@ struct Table {
         .nextFailed    = {logCode("get l3mc6 sub elb entry error. ret:%u."), record(Error::next), engineCode},
         .entry         = {returns(0)},
         .vanished      = {returns(60)},
-        .readFailed    = {logCode("get l3mc6 sub elb entry error, ret:%u."), record(Error::read), engineCode},  // a comma here
+        // a comma here
+        .readFailed    = {logCode("get l3mc6 sub elb entry error, ret:%u."), record(Error::read), engineCode},
     };
 };
 // clang-format on

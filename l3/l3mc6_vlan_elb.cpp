@@ -1,6 +1,7 @@
 // l3mc6_vlan_elb: the VLAN members of layer-3 entries.
-// Objects and resources that cannot be had give 1, failed writes and removals the engine's code. A removal accepts 13044
-// without a record. Fast scans reuse the scan handle; its object is counted as released when it is given back.
+// Failed creates of objects and iterators return 1, failed writes and removals the engine's code. A removal accepts
+// 13044 and records nothing. Fast scans reuse the scan handle; its object counts as released when it is returned to the
+// handle.
 #include "mcast6_db/l3mc6_vlan_elb.h"
 
 #include "frame/agreement.h"
@@ -23,7 +24,7 @@ constexpr Counter kCachedIterResetFailed{286, "cached iterator resets failed"};
 constexpr Kpi kCreateFailed{162, "object creations failed"};
 constexpr Kpi kIterFailed{163, "iterator creations failed"};
 
-// elbFlagD is stored as a yes or no: 1 for 2, 0 for anything else; it reads back as 2 or 1.
+// elbFlagD is stored as a boolean: 1 for 2, 0 for anything else; it reads back as 2 or 1.
 template <uint16_t kOffset>
 struct YesWhenTwo : Copy<kOffset, &E::elbFlagD> {
     static int set(const E& record, std::byte* row, uint64_t /*now*/) {
@@ -47,8 +48,10 @@ struct Table {
     static constexpr Kpi indicators[]{kCreateFailed, kIterFailed};
 
     static constexpr Mcast6DbIterFuncs objects{MCAST6_DB_CreateVlanElbObject, MCAST6_DB_ReleaseVlanElbStatObject};
-    static constexpr Accessors accessors{db_create_l3mc6_vlan_elb_obj, db_release_l3mc6_vlan_elb_object, db_set_l3mc6_vlan_elb_all_fields};
-    static constexpr Mcast6DbCacheFuncs cache{db_create_l3mc6_vlan_elb_cache_object, db_reset_l3mc6_vlan_elb_cache_object};
+    static constexpr Accessors accessors{db_create_l3mc6_vlan_elb_obj, db_release_l3mc6_vlan_elb_object,
+                                         db_set_l3mc6_vlan_elb_all_fields};
+    static constexpr Mcast6DbCacheFuncs cache{db_create_l3mc6_vlan_elb_cache_object,
+                                              db_reset_l3mc6_vlan_elb_cache_object};
     static constexpr Mcast6DbScanHandle& scan = g_l3VlanElb6ScanDbHandle;
     static constexpr auto ordinaryScan = MCAST6_DB_CreateVlanElbIterator;
     static constexpr auto cacheObject = MCAST6_DB_CreateVlanElbObjCache;
@@ -89,7 +92,8 @@ struct Table {
         Now        <160, &E::timeStampSmooth>>;
     using OnGet = mcast6::OnGet<GetWrites<&E::entryType, 15>, GetWrites<&E::addrType, 2>, GetWrites<&E::instType, 0>>;
 
-    using Primary      = PrimaryKey<Row, &E::vrId, &E::vrfId, &E::groupAddr, &E::sourceAddr, &E::outIfIndex, &E::instId>;
+    using Primary      = PrimaryKey<Row, &E::vrId, &E::vrfId, &E::groupAddr, &E::sourceAddr, &E::outIfIndex,
+                                    &E::instId>;
     using ByEntry      = SecondaryKey<Row, 1, &E::vrId, &E::vrfId, &E::groupAddr, &E::sourceAddr>;
     using ByEntryVlan  = SecondaryKey<Row, 3, &E::vrId, &E::vrfId, &E::groupAddr, &E::sourceAddr, &E::instId>;
     static constexpr uint32_t kByIfIndex = 0x02090004;  // an interface index
@@ -99,15 +103,20 @@ struct Table {
         .failed  = {kpi(kCreateFailed), returns(1)},
     };
     static constexpr CacheOutcomes onCache{
-        .createFailed = {dfx(kCacheCreateFailed), logObject("Failed to create vlanelb6 cache object, objType:%d, connType:%d, ret:%d"), returns(1)},
-        .resetFailed  = {dfx(kCacheResetFailed), logObject("Failed to reset vlanelb6 cache object, objType:%d, connType:%d, ret:%d"), returns(1)},
+        .createFailed = {dfx(kCacheCreateFailed),
+                         logObject("Failed to create vlanelb6 cache object, objType:%d, connType:%d, ret:%d"),
+                         returns(1)},
+        .resetFailed  = {dfx(kCacheResetFailed),
+                         logObject("Failed to reset vlanelb6 cache object, objType:%d, connType:%d, ret:%d"),
+                         returns(1)},
     };
     static constexpr ReadOutcomes onRead{
         .nullRecord   = callerGuarantees,
         .createFailed = {logCode("Failed to create l3mc6 vlan elb db object. ret:%u."), returns(1)},
         .found        = {released, returns(0)},
         .absent       = {released, returns(60)},
-        .readFailed   = {logCode("Failed to read l3mc6 vlan elb db object. ret:%u."), record(Error::read), released, returns(1)},
+        .readFailed   = {logCode("Failed to read l3mc6 vlan elb db object. ret:%u."), record(Error::read), released,
+                         returns(1)},
     };
     static constexpr WriteOutcomes onWrite{
         .nullRecord   = {log("Failed to write l3mc6 vlan elb db, entry is null."), returns(1)},
@@ -115,7 +124,8 @@ struct Table {
         .setFailed    = {logCode("Failed to set l3mc6 vlan elb field. ret:%u."), released, engineCode},
         .written      = {released, returns(0)},
         .code13044    = {released, record(Error::code13044), returns(0)},
-        .writeFailed  = {released, logCode("Failed to write l3mc6 vlan elb db. ret:%u."), record(Error::write), engineCode},
+        .writeFailed  = {released, logCode("Failed to write l3mc6 vlan elb db. ret:%u."), record(Error::write),
+                         engineCode},
     };
     static constexpr RemoveOutcomes onRemove{
         .nullRecord   = {log("Failed to remove l3mc6 vlan elb db, entry is null."), returns(1)},
@@ -131,8 +141,10 @@ struct Table {
         .failed = {kpi(kIterFailed), log("create l3mc6 vlan elb scan iter failed."), returns(1)},
     };
     static constexpr CacheOutcomes onCachedIter{
-        .createFailed = {dfx(kCachedIterCreateFailed), logCode("Failed to create l3mc6 vlanelb cache root iter, ret:%d."), returns(1)},
-        .resetFailed  = {dfx(kCachedIterResetFailed), logCode("Failed to reset l3mc6 vlanelb itercache, ret:%d."), returns(1)},
+        .createFailed = {dfx(kCachedIterCreateFailed),
+                         logCode("Failed to create l3mc6 vlanelb cache root iter, ret:%d."), returns(1)},
+        .resetFailed  = {dfx(kCachedIterResetFailed), logCode("Failed to reset l3mc6 vlanelb itercache, ret:%d."),
+                         returns(1)},
     };
     static constexpr FastScanOutcomes onFastScan{
         .objectFailed     = {record(Error::iterBuild), log("Failed to create l3mc6 vlan elb db object."), returnsNull},
