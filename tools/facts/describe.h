@@ -11,49 +11,51 @@
 
 namespace mcast6::facts {
 
-using Ways = std::vector<Way>;
+using Exits = std::vector<Exit>;
 
-inline Ways waysOf(const CreateOutcomes& on) { return {{"created", &on.created}, {"failed", &on.failed}}; }
-inline Ways waysOf(const CacheOutcomes& on) { return {{"not made", &on.createFailed}, {"not reset", &on.resetFailed}}; }
-inline Ways waysOf(const ReadOutcomes& on) {
+inline Exits exitsOf(const CreateOutcomes& on) { return {{"created", &on.created}, {"failed", &on.failed}}; }
+inline Exits exitsOf(const CacheOutcomes& on) {
+    return {{"not made", &on.createFailed}, {"not reset", &on.resetFailed}};
+}
+inline Exits exitsOf(const ReadOutcomes& on) {
     return {{"null record", &on.nullRecord},
             {"no object", &on.createFailed},
             {"found", &on.found},
             {"15005", &on.absent},
             {"read failed", &on.readFailed}};
 }
-inline Ways waysOf(const KeyedReadOutcomes& on) {
+inline Exits exitsOf(const KeyedReadOutcomes& on) {
     return {{"found", &on.found}, {"15005", &on.absent}, {"read failed", &on.readFailed}};
 }
-inline Ways waysOf(const GivenObjectOutcomes& on) {
+inline Exits exitsOf(const GivenObjectOutcomes& on) {
     return {{"null record", &on.nullRecord}, {"no object", &on.createFailed}};
 }
-inline Ways waysOf(const WriteOutcomes& on) {
+inline Exits exitsOf(const WriteOutcomes& on) {
     return {{"null record", &on.nullRecord}, {"no object", &on.createFailed}, {"not set", &on.setFailed},
             {"written", &on.written},        {"13044", &on.code13044},        {"write failed", &on.writeFailed}};
 }
-inline Ways waysOf(const LimitedWriteOutcomes& on) {
-    Ways ways = waysOf(static_cast<const WriteOutcomes&>(on));
-    ways.push_back({"110024", &on.tableFull});
-    return ways;
+inline Exits exitsOf(const LimitedWriteOutcomes& on) {
+    Exits exits = exitsOf(static_cast<const WriteOutcomes&>(on));
+    exits.push_back({"110024", &on.tableFull});
+    return exits;
 }
-inline Ways waysOf(const UpdateOutcomes& on) {
+inline Exits exitsOf(const UpdateOutcomes& on) {
     return {{"null record", &on.nullRecord}, {"no object", &on.createFailed}, {"not set", &on.setFailed},
             {"updated", &on.updated},        {"13044", &on.code13044},        {"update failed", &on.updateFailed}};
 }
-inline Ways waysOf(const RemoveOutcomes& on) {
+inline Exits exitsOf(const RemoveOutcomes& on) {
     return {{"null record", &on.nullRecord},
             {"no object", &on.createFailed},
             {"removed", &on.removed},
             {"13044", &on.code13044},
             {"removal failed", &on.removeFailed}};
 }
-inline Ways waysOf(const RemoveOrAbsentOutcomes& on) {
-    Ways ways = waysOf(static_cast<const RemoveOutcomes&>(on));
-    ways.push_back({"15005", &on.code15005});
-    return ways;
+inline Exits exitsOf(const RemoveOrAbsentOutcomes& on) {
+    Exits exits = exitsOf(static_cast<const RemoveOutcomes&>(on));
+    exits.push_back({"15005", &on.code15005});
+    return exits;
 }
-inline Ways waysOf(const EntryOutcomes& on) {
+inline Exits exitsOf(const EntryOutcomes& on) {
     return {{"null parameter", &on.nullParameter},
             {"110012", &on.ended},
             {"step failed", &on.nextFailed},
@@ -61,42 +63,42 @@ inline Ways waysOf(const EntryOutcomes& on) {
             {"15005", &on.vanished},
             {"read failed", &on.readFailed}};
 }
-inline Ways waysOf(const NextItemOutcomes& on) {
+inline Exits exitsOf(const NextItemOutcomes& on) {
     return {{"null handle", &on.nullHandle},
             {"110012", &on.ended},
             {"step failed", &on.nextFailed},
             {"an entry", &on.entry}};
 }
-inline Ways waysOf(const IterOutcomes& on) { return {{"failed", &on.failed}}; }
-inline Ways waysOf(const BuildIntoOutcomes& on) {
+inline Exits exitsOf(const IterOutcomes& on) { return {{"failed", &on.failed}}; }
+inline Exits exitsOf(const BuildIntoOutcomes& on) {
     return {
         {"no object", &on.createFailed}, {"no root iterator", &on.rootIterFailed}, {"property", &on.propertyFailed}};
 }
-inline Ways waysOf(const BuildOutcomes& on) {
+inline Exits exitsOf(const BuildOutcomes& on) {
     return {{"no object", &on.createFailed},
             {"no root iterator", &on.rootIterFailed},
             {"property", &on.propertyFailed},
             {"no memory", &on.allocationFailed}};
 }
-inline Ways waysOf(const FastScanOutcomes& on) {
+inline Exits exitsOf(const FastScanOutcomes& on) {
     return {{"no object", &on.objectFailed},
             {"no root iterator", &on.iteratorFailed},
             {"property", &on.propertyFailed},
             {"no memory", &on.allocationFailed}};
 }
-inline Ways waysOf(const CountOutcomes& on) {
+inline Exits exitsOf(const CountOutcomes& on) {
     return {{"no object", &on.createFailed}, {"count failed", &on.countFailed}};
 }
-inline Ways waysOf(const MatchOutcomes& on) {
+inline Exits exitsOf(const MatchOutcomes& on) {
     return {{"no object", &on.createFailed}, {"15005", &on.absent}, {"count failed", &on.countFailed}};
 }
-inline Ways waysOf(const SortedScanOutcomes& on) {
+inline Exits exitsOf(const SortedScanOutcomes& on) {
     return {{"no statement", &on.statementFailed},
             {"no root iterator", &on.filterFailed},
             {"property", &on.propertyFailed},
             {"no memory", &on.allocationFailed}};
 }
-inline Ways waysOf(const ConflictOutcomes& on) {
+inline Exits exitsOf(const ConflictOutcomes& on) {
     return {{"no object", &on.createFailed}, {"count failed", &on.countFailed}};
 }
 
@@ -107,7 +109,7 @@ constexpr bool kGivesHandle = std::is_same_v<On, IterOutcomes> || std::is_same_v
 
 template <class On>
 void add(Module& module, const char* operation, const On& on) {
-    module.operations.push_back({operation, kGivesHandle<On>, waysOf(on)});
+    module.operations.push_back({operation, kGivesHandle<On>, exitsOf(on)});
 }
 
 template <class Table>

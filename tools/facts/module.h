@@ -1,4 +1,4 @@
-// What the modules say of their tables: numbers, counters, and what happens on every way out of their operations.
+// What the modules say of their tables: numbers, counters, and what happens on every exit of their operations.
 // Constants of the modules, no texts of their own; who prints them chooses the words.
 #pragma once
 
@@ -10,7 +10,7 @@
 
 namespace mcast6::facts {
 
-struct Way {
+struct Exit {
     const char* name;  // "written"
     const Outcome* outcome;
 };
@@ -18,7 +18,7 @@ struct Way {
 struct Operation {
     const char* name;  // "write"
     bool givesHandle;  // its failures give null
-    std::vector<Way> ways;
+    std::vector<Exit> exits;
 };
 
 // One for each module; a table may have several.

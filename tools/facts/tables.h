@@ -1,4 +1,4 @@
-// docs/tables.md: every table with its keys and what each way out of its operations does.
+// docs/tables.md: every table with its keys and what each exit of its operations does.
 #pragma once
 
 #include <string>
