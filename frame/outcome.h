@@ -26,7 +26,8 @@
 namespace mcast6 {
 
 // A diagnostic counter and a key performance indicator: the number at the host, and what is counted. A table names its
-// own at the top of its file and lists them in 'counters' and 'indicators', from which their names are made for the host.
+// own at the top of its file and lists them in 'counters' and 'indicators', from which their names are made for the
+// host.
 struct Counter {
     uint32_t number;
     const char* counts;

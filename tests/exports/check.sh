@@ -1,8 +1,10 @@
 #!/bin/bash
 # Compares what a shared library exports and needs with what the headers say. Prints each difference, exits 1 if any.
 #
-#   check.sh library  TREE MAP BASELINE LIBRARY [plain|sanitized]   headers of include/, the version script, the baseline
-#   check.sh platform TREE BASELINE LIBRARY                         headers of platform/include/, the baseline
+#   check.sh library TREE MAP BASELINE LIBRARY [plain|sanitized]
+#       against the headers of include/, the version script and the baseline
+#   check.sh platform TREE BASELINE LIBRARY
+#       against the headers of platform/include/ and the baseline
 #
 # BASELINE is the committed interface of the library, which tests/abi/ compares in full; here its names alone.
 set -euo pipefail
@@ -44,7 +46,8 @@ exportedBy() {
     nm -D --defined-only "$1" | awk '$2 != "A" { sub(/@.*/, "", $3); print $3 }' | sort -u
 }
 
-# What the library wants of its process. Names with a version belong to the language's run time, weak ones may stay open.
+# What the library wants of its process. Names with a version belong to the language's run time, weak ones may stay
+# open.
 wantedBy() {
     nm -D --undefined-only "$1" | awk '$1 == "U" && $2 !~ /@/ { print $2 }' | sort -u
 }

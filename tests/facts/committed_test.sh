@@ -13,7 +13,8 @@ generated=(platform/include/mcast6_platform/tables.h platform/include/mcast6_pla
 # refuses NAME FILE: committed.sh ends with an error and names FILE, or the directory that it is in.
 refuses() {
     local answer
-    if answer=$("$here/committed.sh" "$declared" "$described" "$work/tree" 2>&1) || [[ $answer != *"$2 is stale"* ]]; then
+    if answer=$("$here/committed.sh" "$declared" "$described" "$work/tree" 2>&1) ||
+        [[ $answer != *"$2 is stale"* ]]; then
         printf 'FAILED %s: %s\n' "$1" "$answer"
         failures=$((failures + 1))
     fi

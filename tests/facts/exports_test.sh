@@ -46,5 +46,8 @@ diff "$work/wanted" "$work/map"
 touch -d @1 "$work/map"
 "$1" exports "$work/map" "$work/include"
 [[ $(stat -c %Y "$work/map") == 1 ]] || { echo "the same script was written again"; exit 1; }
-if "$1" exports "$work/map" "$work/nowhere" 2>"$work/said"; then echo "a directory that is not there was accepted"; exit 1; fi
+if "$1" exports "$work/map" "$work/nowhere" 2>"$work/said"; then
+    echo "a directory that is not there was accepted"
+    exit 1
+fi
 grep -q nowhere "$work/said"

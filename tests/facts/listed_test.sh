@@ -28,7 +28,8 @@ uint32_t create(Mcast6DbHandle* object) { return createObject<Table>(0, 0, objec
 void release(Mcast6DbHandle object) { releaseObject<Table, kReleased>(object); }
 void both() { countOne<Table, kReleased>(); countOne<Table, kCreateFailed>(); }
 C
-    "$compiler" -std=c++20 -fsyntax-only -I"$tree" -I"$tree/include" -I"$tree/platform/include" "$work/module.cpp" 2>"$work/said"
+    "$compiler" -std=c++20 -fsyntax-only -I"$tree" -I"$tree/include" -I"$tree/platform/include" "$work/module.cpp" \
+        2>"$work/said"
 }
 
 # refuses NAME WHAT LISTS: the compiler's message has WHAT.
@@ -45,7 +46,8 @@ indicators='static constexpr Kpi indicators[]{kCreateFailed};'
 compiles "$counters $indicators" || { cat "$work/said"; failures=1; }
 refuses "a counter of an outcome" "lacks one that an outcome counts in" \
     "static constexpr Counter counters[]{kReleased}; $indicators"
-refuses "a counter of a release" "lacks one that it counts in" "static constexpr Counter counters[]{kCreated}; $indicators"
+refuses "a counter of a release" "lacks one that it counts in" \
+    "static constexpr Counter counters[]{kCreated}; $indicators"
 refuses "an indicator" "lacks one that an outcome counts in" \
     "$counters static constexpr Kpi indicators[]{{301, \"another\"}};"
 refuses "an indicator for a counter" "kCreateFailed" "${counters/kReleased/kCreateFailed} $indicators"

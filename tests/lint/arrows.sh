@@ -60,8 +60,8 @@ while IFS= read -r file; do
         elif [[ $file == include/* && ! $included =~ $standardC ]]; then
             complain "$file" "$line" "$included: an exported header includes the standard headers of C only"
         fi
-    done < <(sed -nE '/^[[:space:]]*#[[:space:]]*include[[:space:]]*[<"]/{=;s/^[^<"]*[<"]([^>"]*).*/\1/p}' "$tree/$file" |
-        paste -d: - -)
+    done < <(sed -nE '/^[[:space:]]*#[[:space:]]*include[[:space:]]*[<"]/{=;s/^[^<"]*[<"]([^>"]*).*/\1/p}' \
+        "$tree/$file" | paste -d: - -)
 done < <(treeFiles "$tree" | grep -E '\.(h|c|cpp)$')
 
 ((failures == 0))

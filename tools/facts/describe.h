@@ -1,5 +1,5 @@
-// Takes a module's facts from its own description. The build makes one source for each module, which includes the module
-// and calls describe() on its Table, so nothing here is written down twice.
+// Takes a module's facts from its own description. The build makes one source for each module, which includes the
+// module and calls describe() on its Table, so nothing here is written down twice.
 #pragma once
 
 #include <type_traits>

@@ -1,5 +1,5 @@
 // The frame's own counters, which belong to no table.
-#include "frame/iterator.cpp"  // NOLINT(bugprone-suspicious-include): as the sources that the build makes of the modules
+#include "frame/iterator.cpp"  // NOLINT(bugprone-suspicious-include): as the generated sources include modules
 #include "tools/facts/describe.h"
 
 namespace mcast6::facts {
