@@ -1,4 +1,4 @@
-// l2mc6_querier: every way out of its write and of its iterators, and both conversions.
+// l2mc6_querier: every exit of its write and of its iterators, and both conversions.
 #include "mcast6_db/l2mc6_querier.h"
 
 #include <gtest/gtest.h>
@@ -118,7 +118,7 @@ Operation getEntry() {
     };
 }
 
-INSTANTIATE_TEST_SUITE_P(l2mc6_querier, EveryWayOut, testing::Values(write(), createIteratorByIfIndex(), getEntry()),
+INSTANTIATE_TEST_SUITE_P(l2mc6_querier, EveryExit, testing::Values(write(), createIteratorByIfIndex(), getEntry()),
                          nameOfOperation);
 
 TEST(L2Mc6Querier, givenCreationTimeIsKeptAndAllElseComesBack) {
