@@ -66,7 +66,8 @@ std::vector<Module> modules() { return {@calls@describeFrame()}; }
 }  // namespace mcast6::facts
 ]] @ONLY)
 add_executable(mcast6described tools/facts/described.cpp tools/facts/names.cpp tools/facts/tables.cpp
-                               tools/facts/describe_frame.cpp frame/context.cpp ${MCAST6_GENERATED}/describe_all.cpp ${describedSources})
+                               tools/facts/describe_frame.cpp frame/context.cpp
+                               ${MCAST6_GENERATED}/describe_all.cpp ${describedSources})
 target_include_directories(mcast6described PRIVATE ${PROJECT_SOURCE_DIR} include platform/include)
 # It runs for a moment, and the modules compile in two thirds of the time.
 target_compile_options(mcast6described PRIVATE -O0)

@@ -26,7 +26,8 @@ struct Table {
     static constexpr Kpi indicators[]{kWritten, kWriteFailed, kDeleted, kDeleteFailed};
 
     static constexpr Mcast6DbIterFuncs objects{MCAST6_DB_CreateL2Mc6QuerierObject, MCAST6_DB_ReleaseL2Mc6QuerierObject};
-    static constexpr Accessors accessors{db_create_l2mc6_querier_obj, db_release_l2mc6_querier_object, db_set_l2mc6_querier_all_fields};
+    static constexpr Accessors accessors{db_create_l2mc6_querier_obj, db_release_l2mc6_querier_object,
+                                         db_set_l2mc6_querier_all_fields};
     static constexpr auto set = MCAST6_DB_SetL2Mc6Querier;
     static constexpr auto get = MCAST6_DB_GetL2Mc6Querier;
 
@@ -57,7 +58,8 @@ struct Table {
         .createFailed = {returns(1)},
         .found        = {released, returns(0)},
         .absent       = {released, returns(60)},
-        .readFailed   = {released, logCode("[MCAST6 DB] querier read object fail, ret:%u."), record(Error::read), returns(1)},
+        .readFailed   = {released, logCode("[MCAST6 DB] querier read object fail, ret:%u."), record(Error::read),
+                         returns(1)},
     };
     static constexpr WriteOutcomes onWrite{
         .nullRecord   = {kpi(kWriteFailed), returns(1)},
@@ -65,7 +67,8 @@ struct Table {
         .setFailed    = {released, kpi(kWriteFailed), returns(1)},
         .written      = {released, kpi(kWritten), returns(0)},
         .code13044    = {released, record(Error::code13044), kpi(kWritten), returns(0)},
-        .writeFailed  = {logCode("[MCAST6 DB] querier write object fail, ret:%u."), released, record(Error::write), kpi(kWriteFailed), returns(1)},
+        .writeFailed  = {logCode("[MCAST6 DB] querier write object fail, ret:%u."), released, record(Error::write),
+                         kpi(kWriteFailed), returns(1)},
     };
     static constexpr UpdateOutcomes onSmooth{
         .nullRecord   = {log("[MCAST6 DB] querier smooth version, para is null."), returns(1)},
@@ -73,19 +76,22 @@ struct Table {
         .setFailed    = {released, logCode("[MCAST6 DB] querier smooth version, set field fail, ret:%u."), returns(1)},
         .updated      = {released, returns(0)},
         .code13044    = {released, returns(0)},  // not recorded
-        .updateFailed = {released, logCode("[MCAST6 DB] querier smooth version, update object fail, ret:%u."), record(Error::update), returns(1)},
+        .updateFailed = {released, logCode("[MCAST6 DB] querier smooth version, update object fail, ret:%u."),
+                         record(Error::update), returns(1)},
     };
     static constexpr RemoveOutcomes onRemove{
         .nullRecord   = {kpi(kDeleteFailed), returns(1)},
         .createFailed = {kpi(kDeleteFailed), returns(1)},
         .removed      = {released, kpi(kDeleted), returns(0)},
         .code13044    = {released, kpi(kDeleted), returns(0)},  // not recorded
-        .removeFailed = {released, kpi(kDeleteFailed), logCode("[MCAST6 DB] querier remove object fail, ret:%u."), record(Error::remove), returns(1)},
+        .removeFailed = {released, kpi(kDeleteFailed), logCode("[MCAST6 DB] querier remove object fail, ret:%u."),
+                         record(Error::remove), returns(1)},
     };
     static constexpr EntryOutcomes onEntry{
         .nullParameter = {returns(1)},
         .ended         = {returns(60)},
-        .nextFailed    = {logCode("[MCAST6 DB] querier get entry, next fail, ret:%d."), record(Error::next), returns(1)},
+        .nextFailed    = {logCode("[MCAST6 DB] querier get entry, next fail, ret:%d."), record(Error::next),
+                          returns(1)},
         .entry         = {returns(0)},
         .vanished      = {returns(60)},
         .readFailed    = {returns(1)},

@@ -55,8 +55,8 @@ MCAST6_API uint32_t MCAST6_DB_UpdateL2Mc6QuerierSmoothVersion(const L2Mc6Querier
  *   1      'record' is null, or a step failed; KPI 303; a failed removal is logged and records kind 4 */
 MCAST6_API uint32_t MCAST6_DB_DeleteL2Mc6Querier(const L2Mc6QuerierEntry *record);
 
-/* Make an iterator over all records, and over those of one interface. The caller owns the handle. Null when it could not be
- * made; logged. */
+/* Make an iterator over all records, and over those of one interface. The caller owns the handle. Null when it could
+ * not be made; logged. */
 MCAST6_API Mcast6DbRes *MCAST6_DB_CreateL2Mc6QuerierIter(void);
 MCAST6_API Mcast6DbRes *MCAST6_DB_CreateL2Mc6QuerierIterByIfIndex(uint32_t ifIndex);
 
