@@ -67,7 +67,7 @@ inline const std::string kByMfib = keyOf("05090029", kVrVrf + kGroup + kSource +
 
 class BdEgress : public MemberFamily<Entry, uint32_t> {
 public:
-    BdEgress(const Literals<Entry, uint32_t>& literals, const char* writeSet)
+    BdEgress(const Literals<Entry, uint32_t>& values, const char* writeSet)
         : MemberFamily(values), writeSet_(writeSet) {}
 
     std::vector<Claim> claims() {
