@@ -161,7 +161,7 @@ void declareOptions(CLI::App& app, Options& options) {
     for (const Description& description : kDescriptions) operations.emplace_back(description.name);
     const std::vector<std::string> subjects(kSubjectNames.begin(), kSubjectNames.end());
     app.add_option("--sizes", options.sizes, "Numbers of entries")->delimiter(',')->check(CLI::Range(1, 100'000'000));
-    app.add_option("--repeat", options.rounds, "Rounds, of which the median is told")->check(CLI::Range(1, 1000));
+    app.add_option("--repeat", options.rounds, "Rounds; results are medians over them")->check(CLI::Range(1, 1000));
     app.add_option("--set", options.set, "Entries: sources that send to many groups, or to one each")
         ->check(CLI::IsMember({"shared", "unique"}));
     app.add_option("--only", options.operations, "Measure these operations only; load and delete in any case")
@@ -170,12 +170,11 @@ void declareOptions(CLI::App& app, Options& options) {
     app.add_option("--subjects", options.subjects, "Measure these subjects only")
         ->delimiter(',')
         ->check(CLI::IsMember(subjects));
-    app.add_option("--clock", options.clock,
-                   "Time on the wall, or time on the processor for a machine that is not idle")
+    app.add_option("--clock", options.clock, "Wall-clock time, or processor time for a machine that is not idle")
         ->check(CLI::IsMember({"wall", "processor"}));
-    app.add_flag("--idle-thread", options.idleThread, "Have a second thread in the process, which does nothing");
-    app.add_option("--least-time", options.leastMilliseconds, "Milliseconds that a measurement takes at least");
-    app.add_option("--json", options.jsonFile, "Write the results to this file besides");
+    app.add_flag("--idle-thread", options.idleThread, "Run a second, idle thread in the process");
+    app.add_option("--least-time", options.leastMilliseconds, "Minimum duration of a measurement in milliseconds");
+    app.add_option("--json", options.jsonFile, "Also write the results to this file");
 }
 
 }  // namespace

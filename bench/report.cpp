@@ -154,7 +154,7 @@ Findings medianOf(const std::vector<Findings>& rounds) {
 std::string tableText(const SizeResult& result, const RunResult& run) {
     std::string out =
         fmt::format("\n{} entries, set '{}', {} time, {}median of {}: nanoseconds per operation\n", result.size,
-                    run.set, run.clock, run.hasIdleThread ? "beside an idle thread, " : "", run.rounds);
+                    run.set, run.clock, run.hasIdleThread ? "with an idle thread, " : "", run.rounds);
     out +=
         fmt::format("{:<34}{:>10}{:>10}{:>12}{:>9}  {:<14}{:>20}\n", "", "", "", "", "library/", "", "allocations of");
     out += fmt::format("{:<34}{:>10}{:>10}{:>12}{:>9}  {:<14}{:>10}{:>10}\n", "operation", "library", "engine",

@@ -3,7 +3,7 @@
 // operation          step          fails with   then
 // iterator           create 5      any          null
 //                    root iterator any          released; null
-//                    property      any          released; null; the root iterator goes with its object
+//                    property      any          released; null; the root iterator is released with its object
 //                    allocation    -            released; null
 //                    -             -            handle
 // iterator, given    null resource -            1

@@ -47,7 +47,7 @@ TEST(TableFamilyTest, rowsAreReadAndWhatLiesAroundThemIsWatched) {
     EXPECT_EQ("5a5a5a5a", pairs.rowOf([](const Pair*, void*) {}));
     for (const int offset : {-1, 4}) {
         EXPECT_THAT(pairs.rowOf([offset](const Pair*, void* row) { static_cast<uint8_t*>(row)[offset] = 0; }),
-                    HasSubstr("writes beside its place"));
+                    HasSubstr("writes outside its place"));
     }
     EXPECT_THAT(pairs.rowOf([](Pair* record, void*) { record->first = 0; }), HasSubstr("changes the record"));
 }
@@ -66,7 +66,7 @@ TEST(TableFamilyTest, keysAreReadAndTheRestOfTheDescriptorIsWatched) {
     EXPECT_THAT(pairs.keyOf([](Mcast6DbKeyDesc* descriptor, void*, const Pair*) { descriptor->reserved[2] = 0; }),
                 HasSubstr("changes the descriptor"));
     EXPECT_THAT(pairs.keyOf([](Mcast6DbKeyDesc*, void* key, const Pair*) { static_cast<uint8_t*>(key)[4] = 0; }),
-                HasSubstr("writes beside its place"));
+                HasSubstr("writes outside its place"));
 }
 
 uint32_t stampBoth(Mcast6DbHandle object, bool isOred) {

@@ -13,18 +13,18 @@
 // write              null          -            log; writeFailed; 1
 //                    create 0      any          log; writeFailed; the code
 //                    set all       any          released; log; writeFailed; the code
-//                    write         13044        released; as the table tells; 0
+//                    write         13044        released; as the table says; 0
 //                                  other        released; log; error 2; writeFailed; the code
 //                    -             -            released; written; 0
 // smooth version     null          -            log; 1
 //                    create 1      any          log; the code
 //                    2 setters     any          log; released; OR of both codes
-//                    update        13044        released; as the table tells; 0
+//                    update        13044        released; as the table says; 0
 //                                  other        released; log; error 6; the code
 //                    -             -            released; 0
 // delete             null          -            log; removeFailed; 1
 //                    create 4      any          log; removeFailed; the code
-//                    remove        13044        released; as the table tells; 0
+//                    remove        13044        released; as the table says; 0
 //                                  other        released; error 4; log; removeFailed; the code
 //                    -             -            released; removed; 0
 // create iterator    any           any          released if created; iteratorFailed; log (over all records only); null

@@ -8,7 +8,7 @@
 //                    create 3      any          log; log; 1
 //                    read          15005        released; 60
 //                                  other        released; log; 1
-//                    -             -            record filled but for spare1; released; 0
+//                    -             -            record filled except spare1; released; 0
 // write              null          -            log; KPI 66; 1
 //                    create 0      any          log; KPI 66; 1
 //                    set all       any          released; KPI 66; 1

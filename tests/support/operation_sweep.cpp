@@ -237,7 +237,7 @@ std::string accessorOf(const Call& call) {
 Build failureTogether(const Operation& operation, size_t stepIndex) {
     return [&operation, stepIndex](bool isLogged) {
         const Step& step = operation.steps[stepIndex];
-        Case item{"'" + step.calls.front().line + "' and those that go with it fail",
+        Case item{"'" + step.calls.front().line + "' and the other calls of its step fail",
                   operation.run,
                   {},
                   before(operation, stepIndex, isLogged)};

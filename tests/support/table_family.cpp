@@ -52,7 +52,7 @@ Call setsAll(const TableFacts& table) { return call("set_all " + table.name + " 
 std::string inner(const recording::Bytes& bytes) {
     const std::string digitsOfInner = recording::hex(std::span(bytes).subspan(1, bytes.size() - 2));
     const bool isAroundLeft = bytes.front() == 0x5A && bytes.back() == 0x5A;
-    return digitsOfInner + (isAroundLeft ? "" : " and writes beside its place");
+    return digitsOfInner + (isAroundLeft ? "" : " and writes outside its place");
 }
 
 std::string keyText(uint32_t keyWord, const std::string& digitsOfKey) {
