@@ -327,12 +327,12 @@ private:
         return [this, hasConstants](Expectation& expectation) {
             Entry read;
             fillSample(read);
-            readWhatWasGot(read, t.itemReads(), t.name, expectation.observed.trace);
+            readWhatWasGot(read, t.itemReads(), t.name, expectation.expected.trace);
             if (hasConstants) {
                 read.addrType = 2;
                 read.domainType = t.domainType;
             }
-            expectation.observed.memory["record"] = bytesOf(read);
+            expectation.expected.memory["record"] = bytesOf(read);
         };
     }
 

@@ -168,8 +168,8 @@ Effect leavesRead(bool isItem) {
             readConstants(read);
             read.vlanId = 0;
         }
-        readWhatWasGot(read, kItemReads, "l2mc6_elb", expectation.observed.trace);
-        expectation.observed.memory["record"] = bytesOf(read);
+        readWhatWasGot(read, kItemReads, "l2mc6_elb", expectation.expected.trace);
+        expectation.expected.memory["record"] = bytesOf(read);
     };
 }
 
