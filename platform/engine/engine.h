@@ -95,7 +95,10 @@ private:
         if (object.iterators != nullptr) dropListedIterators(object, keepCached);
     }
     void dropListedIterators(Object& object, bool keepCached);
-    uint32_t makeIterator(Object& object, const store::ScanRange& range, bool isCached, uint64_t* rootIter);
+    uint32_t countWithKey(const TableFacts& facts, uint32_t keyWord, const std::byte* key, uint64_t& records);
+    uint32_t openByKey(const TableFacts& facts, uint32_t keyWord, const void* key, std::unique_ptr<store::Scan>& scan);
+    uint32_t openRange(const TableFacts& facts, const store::ScanRange& range, std::unique_ptr<store::Scan>& scan);
+    uint32_t makeIterator(Object& object, std::unique_ptr<store::Scan> scan, bool isCached, uint64_t* rootIter);
     uint32_t fetchField(uint32_t table, uint32_t field, uint64_t object, Object*& fetched);
 
     // The store goes last: the scans of the iterators lean on it.

@@ -3,6 +3,7 @@
 
 #include "platform/engine/answers.h"
 #include "platform/engine/engine.h"
+#include "platform/engine/primary_scan.h"
 
 namespace mcast6::engine {
 
@@ -31,10 +32,24 @@ void Engine::dropListedIterators(Object& object, bool keepCached) {
     object.iterators = kept;
 }
 
-uint32_t Engine::makeIterator(Object& object, const store::ScanRange& range, bool isCached, uint64_t* rootIter) {
-    std::unique_ptr<store::Scan> scan;
-    const uint32_t code = codeOf(store_->open(object.facts->id, range, scan), MCAST6_DB_STORE_FAILED);
-    if (code != MCAST6_DB_OK) return code;
+// Opens a scan on the key that the key word names, a secondary index or the primary key. 'key' may be null for a scan
+// that gets its key by restart().
+uint32_t Engine::openByKey(const TableFacts& facts, uint32_t keyWord, const void* key,
+                           std::unique_ptr<store::Scan>& scan) {
+    if (keyWord == facts.primaryWord) {
+        scan = std::make_unique<PrimaryScan>(*store_, facts, keyBytes(key));
+        return MCAST6_DB_OK;
+    }
+    const std::optional<uint32_t> index = facts.secondaryIndex(keyWord);
+    if (!index) return MCAST6_DB_BAD_KEY;
+    return openRange(facts, {store::ScanRange::Order::index, *index, keyBytes(key)}, scan);
+}
+
+uint32_t Engine::openRange(const TableFacts& facts, const store::ScanRange& range, std::unique_ptr<store::Scan>& scan) {
+    return codeOf(store_->open(facts.id, range, scan), MCAST6_DB_STORE_FAILED);
+}
+
+uint32_t Engine::makeIterator(Object& object, std::unique_ptr<store::Scan> scan, bool isCached, uint64_t* rootIter) {
     Iterator* made = iterators_.claim();
     if (made == nullptr) return MCAST6_DB_NO_MEMORY;
     made->owner = &object;
@@ -53,13 +68,11 @@ uint32_t Engine::createRootIter(uint64_t object, const void* keyDesc, const void
         if (owner == nullptr) return uint32_t{MCAST6_DB_BAD_HANDLE};
         if (owner->type != ObjType::iterate) return uint32_t{MCAST6_DB_BAD_OPERATION};
         if (rootIter == nullptr || (keyDesc == nullptr) != (key == nullptr)) return uint32_t{MCAST6_DB_BAD_ARGUMENT};
-        store::ScanRange range{store::ScanRange::Order::table, 0, nullptr};
-        if (keyDesc != nullptr) {
-            const std::optional<uint32_t> index = owner->facts->secondaryIndex(keyWordAt(keyDesc));
-            if (!index) return uint32_t{MCAST6_DB_BAD_KEY};
-            range = {store::ScanRange::Order::index, *index, keyBytes(key)};
-        }
-        return makeIterator(*owner, range, false, rootIter);
+        std::unique_ptr<store::Scan> scan;
+        const uint32_t code = keyDesc != nullptr
+                                  ? openByKey(*owner->facts, keyWordAt(keyDesc), key, scan)
+                                  : openRange(*owner->facts, {store::ScanRange::Order::table, 0, nullptr}, scan);
+        return code == MCAST6_DB_OK ? makeIterator(*owner, std::move(scan), false, rootIter) : code;
     });
 }
 
@@ -69,9 +82,9 @@ uint32_t Engine::createCacheRootIter(uint64_t object, const void* keyDesc, uint6
         if (owner == nullptr) return uint32_t{MCAST6_DB_BAD_HANDLE};
         if (owner->type != ObjType::iterate) return uint32_t{MCAST6_DB_BAD_OPERATION};
         if (rootIter == nullptr || keyDesc == nullptr) return uint32_t{MCAST6_DB_BAD_ARGUMENT};
-        const std::optional<uint32_t> index = owner->facts->secondaryIndex(keyWordAt(keyDesc));
-        if (!index) return uint32_t{MCAST6_DB_BAD_KEY};
-        return makeIterator(*owner, {store::ScanRange::Order::index, *index, nullptr}, true, rootIter);
+        std::unique_ptr<store::Scan> scan;
+        const uint32_t code = openByKey(*owner->facts, keyWordAt(keyDesc), nullptr, scan);
+        return code == MCAST6_DB_OK ? makeIterator(*owner, std::move(scan), true, rootIter) : code;
     });
 }
 
@@ -157,7 +170,9 @@ uint32_t Engine::createRootIterOfStatement(uint64_t object, uint64_t* rootIter) 
         if (statement.state != Statement::State::conditioned) return uint32_t{MCAST6_DB_BAD_OPERATION};
         if (rootIter == nullptr) return uint32_t{MCAST6_DB_BAD_ARGUMENT};
         const std::byte* key = statement.isRestricted ? statement.value.data() : nullptr;
-        return makeIterator(*owner, {store::ScanRange::Order::sorted, statement.index, key}, false, rootIter);
+        std::unique_ptr<store::Scan> scan;
+        const uint32_t code = openRange(*owner->facts, {store::ScanRange::Order::sorted, statement.index, key}, scan);
+        return code == MCAST6_DB_OK ? makeIterator(*owner, std::move(scan), false, rootIter) : code;
     });
 }
 

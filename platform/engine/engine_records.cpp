@@ -1,4 +1,5 @@
 // Writing, updating, removing, reading and counting records.
+#include <array>
 #include <cstring>
 
 #include "platform/engine/answers.h"
@@ -107,18 +108,27 @@ uint32_t Engine::count(uint64_t object, uint32_t* count) noexcept {
     });
 }
 
+// Counts the records with a key of a secondary index, or with a primary key: one or none.
+uint32_t Engine::countWithKey(const TableFacts& facts, uint32_t keyWord, const std::byte* key, uint64_t& records) {
+    if (keyWord == facts.primaryWord) {
+        std::array<std::byte, schema::kMaxRecordSize> row;
+        const store::Answer answer = store_->get(facts.id, key, row.data());
+        records = answer == store::Answer::done ? 1 : 0;
+        return codeOf(answer, MCAST6_DB_OK);
+    }
+    const std::optional<uint32_t> index = facts.secondaryIndex(keyWord);
+    if (!index) return MCAST6_DB_BAD_KEY;
+    return codeOf(store_->countByKey(facts.id, *index, key, records), MCAST6_DB_STORE_FAILED);
+}
+
 uint32_t Engine::countByKey(uint64_t object, const void* keyDesc, const void* key, uint32_t* count) noexcept {
     return guarded([&] {
         const Object* counter = objects_.find(object);
         if (counter == nullptr) return uint32_t{MCAST6_DB_BAD_HANDLE};
         if (counter->type != ObjType::count) return uint32_t{MCAST6_DB_BAD_OPERATION};
         if (keyDesc == nullptr || key == nullptr || count == nullptr) return uint32_t{MCAST6_DB_BAD_ARGUMENT};
-        const TableFacts& facts = *counter->facts;
-        const std::optional<uint32_t> index = facts.secondaryIndex(keyWordAt(keyDesc));
-        if (!index) return uint32_t{MCAST6_DB_BAD_KEY};
         uint64_t records = 0;
-        const store::Answer answer = store_->countByKey(facts.id, *index, keyBytes(key), records);
-        const uint32_t code = codeOf(answer, MCAST6_DB_STORE_FAILED);
+        const uint32_t code = countWithKey(*counter->facts, keyWordAt(keyDesc), keyBytes(key), records);
         if (code == MCAST6_DB_OK) fillCount(count, records);
         return code;
     });

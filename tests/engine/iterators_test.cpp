@@ -47,6 +47,49 @@ TEST_P(Iterators, WalkTheMatchesOfAKey) {
     EXPECT_THAT(walk(walker, indexIter(walker, kByPort, join(uint16_t{30}))), IsEmpty());
 }
 
+TEST_P(Iterators, OfAPrimaryKeyGiveTheOneRecordOrNone) {
+    const uint64_t walker = object(kIterate);
+    EXPECT_THAT(walk(walker, indexIter(walker, kRouteKey.word, join(1U, 3U))), ElementsAre(3));
+    EXPECT_THAT(walk(walker, indexIter(walker, kRouteKey.word, join(2U, 3U))), IsEmpty());
+    EXPECT_EQ(write(Port{.id = 7, .value = 8}), 0U);
+    const uint64_t ports = object(kIterate, kPortTable);  // a table without an index
+    const uint64_t rootIter = indexIter(ports, kPortKey.word, join(7U));
+    EXPECT_EQ(engine.next(rootIter), 0U);
+    Port port;
+    EXPECT_EQ(engine.read(ports, nullptr, nullptr, &port, sizeof port), 0U);
+    EXPECT_EQ(port, (Port{7, 8}));
+    EXPECT_EQ(engine.next(rootIter), 110012U);
+}
+
+TEST_P(Iterators, OfAPrimaryKeyFollowTheirRecord) {
+    const uint64_t walker = object(kIterate);
+    const uint64_t found = indexIter(walker, kRouteKey.word, join(1U, 3U));
+    const uint64_t missed = indexIter(walker, kRouteKey.word, join(1U, 3U));
+    EXPECT_EQ(engine.next(found), 0U);
+    EXPECT_EQ(write(Route{.vr = 1, .id = 3, .port = 77}), 13044U);
+    Route route;
+    EXPECT_EQ(engine.read(walker, nullptr, nullptr, &route, sizeof route), 0U);
+    EXPECT_EQ(route.port, 77U) << "as it is now";
+    EXPECT_EQ(remove(1, 3), 0U);
+    EXPECT_EQ(engine.read(walker, nullptr, nullptr, &route, sizeof route), 15005U);
+    EXPECT_EQ(engine.next(missed), 110012U) << "gone before the step";
+    EXPECT_EQ(write(Route{.vr = 1, .id = 3}), 0U);
+    EXPECT_EQ(engine.next(missed), 110012U) << "the end stays";
+    EXPECT_EQ(engine.next(found), 110012U);
+}
+
+TEST_P(Iterators, ACachedOneOfAPrimaryKeyTakesOneKeyAfterAnother) {
+    const uint64_t walker = cacheObject(kIterate);
+    const uint64_t rootIter = cachedIter(walker, kRouteKey.word);
+    EXPECT_EQ(engine.next(rootIter), MCAST6_DB_BAD_OPERATION);
+    for (const uint32_t id : {2U, 4U, 2U}) {
+        EXPECT_EQ(engine.resetCacheRootIter(rootIter, join(1U, id).data()), 0U);
+        EXPECT_THAT(walk(walker, rootIter), ElementsAre(id));
+    }
+    EXPECT_EQ(engine.resetCacheRootIter(rootIter, join(1U, 9U).data()), 0U);
+    EXPECT_THAT(walk(walker, rootIter), IsEmpty());
+}
+
 TEST_P(Iterators, StayAtTheEnd) {
     const uint64_t walker = object(kIterate);
     const uint64_t rootIter = indexIter(walker, kByPort, join(uint16_t{10}));
@@ -124,7 +167,7 @@ TEST_P(Iterators, ArgumentsOfTheirMakingAreChecked) {
     EXPECT_EQ(engine.createRootIter(walker, nullptr, key.data(), &rootIter), MCAST6_DB_BAD_ARGUMENT);
     EXPECT_EQ(engine.createCacheRootIter(walker, nullptr, &rootIter), MCAST6_DB_BAD_ARGUMENT);
     EXPECT_EQ(engine.createCacheRootIter(walker, &byPort, nullptr), MCAST6_DB_BAD_ARGUMENT);
-    for (const uint32_t word : {0U, kRouteKey.word, kInVersionOrder, kByPort + 1, kByPort + 0x01000000}) {
+    for (const uint32_t word : {0U, kRouteKey.word + 1, kInVersionOrder, kByPort + 1, kByPort + 0x01000000}) {
         const KeyDesc desc{word};
         EXPECT_EQ(engine.createRootIter(walker, &desc, key.data(), &rootIter), MCAST6_DB_BAD_KEY) << word;
         EXPECT_EQ(engine.createCacheRootIter(walker, &desc, &rootIter), MCAST6_DB_BAD_KEY) << word;

@@ -168,12 +168,21 @@ TEST_P(Records, ACountFills64Bits) {
     EXPECT_THAT(words, ::testing::ElementsAre(9, 0, 0, 9));
 }
 
-TEST_P(Records, ACountByKeyWantsASecondaryKeyWord) {
+TEST_P(Records, ACountByAPrimaryKeyIsOneOrNone) {
+    EXPECT_EQ(write(Route{.vr = 1, .id = 2}), 0U);
+    EXPECT_EQ(write(Route{.vr = 1, .id = 3}), 0U);
+    EXPECT_EQ(records(kRouteKey.word, join(1U, 2U)), 1U);
+    EXPECT_EQ(records(kRouteKey.word, join(2U, 2U)), 0U);
+    EXPECT_EQ(remove(1, 2), 0U);
+    EXPECT_EQ(records(kRouteKey.word, join(1U, 2U)), 0U);
+}
+
+TEST_P(Records, ACountByKeyWantsAKeyWordOfTheTable) {
     const uint64_t counter = object(kCount);
     const Bytes key(64, '\0');
     uint64_t count = 7;
     uint32_t* const count32 = reinterpret_cast<uint32_t*>(&count);
-    for (const uint32_t word : {0U, kRouteKey.word, kInVersionOrder, kByPort + 1, kByPort + 0x01000000}) {
+    for (const uint32_t word : {0U, kRouteKey.word + 1, kInVersionOrder, kByPort + 1, kByPort + 0x01000000}) {
         const KeyDesc desc{word};
         EXPECT_EQ(engine.countByKey(counter, &desc, key.data(), count32), MCAST6_DB_BAD_KEY) << word;
     }

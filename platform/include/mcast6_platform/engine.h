@@ -81,7 +81,8 @@ uint32_t db_remove_obj(uint64_t object, const void *keyDesc, const void *key);
 uint32_t db_read_obj_with_buf(uint64_t object, const void *keyDesc, const void *key, void *buffer, uint32_t length);
 
 /* Makes a root iterator on 'object' (type 5), before the first record: of the index that the key word names, over the
- * records that match 'key'; or of the whole table when both are null. */
+ * records that match 'key'; or of the whole table when both are null. The table's primary key word serves too: the one
+ * record with that key, or none. */
 uint32_t db_create_root_iter(uint64_t object, const void *keyDesc, const void *key, uint64_t *rootIter);
 
 /* Sets a property of a root iterator. Property 0, a 32-bit value, is the only one: 1 asks for one record a step, which
@@ -92,9 +93,9 @@ uint32_t db_set_root_iterator_property(uint64_t rootIter, uint32_t property, con
  * object: whole with db_read_obj_with_buf, or by field with the getters. */
 uint32_t db_root_iterator_next(uint64_t rootIter);
 
-/* Counts the records of the table, or those that match a key of an index ('object' of type 9). The count is 64 bits
- * wide or 32: a caller hands in the address of a zeroed 64-bit word, and this engine fills 64 bits. No match: 0 records,
- * success. */
+/* Counts the records of the table, or those that match a key of an index ('object' of type 9); with the table's primary
+ * key word 1 or 0. The count is 64 bits wide or 32: a caller hands in the address of a zeroed 64-bit word, and this
+ * engine fills 64 bits. No match: 0 records, success. */
 uint32_t db_get_table_record_count(uint64_t object, uint32_t *count);
 uint32_t db_get_table_record_count_by_key(uint64_t object, const void *keyDesc, const void *key, uint32_t *count);
 
@@ -112,8 +113,8 @@ uint32_t db_append_stmt_condition(uint64_t object, const char *keyName, uint32_t
 /* Makes a root iterator from the statement of 'object', which must have a condition. */
 uint32_t db_create_root_iterator_by_filter(uint64_t object, uint64_t *rootIter);
 
-/* Makes a root iterator that is kept and given a key before each use. It survives
- * db_reset_<table>_cache_object. */
+/* Makes a root iterator that is kept and given a key before each use, of an index or of the table's primary key. It
+ * survives db_reset_<table>_cache_object. */
 uint32_t db_create_cache_root_iter(uint64_t object, const void *keyDesc, uint64_t *rootIter);
 
 /* Puts a cached root iterator before the first record that matches 'key'. */
