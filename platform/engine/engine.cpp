@@ -11,7 +11,7 @@ namespace mcast6::engine {
 
 namespace {
 
-// Tells the engines of a process apart, one after the other included. Never 0.
+// A number for each engine of the process, so that handles of an earlier one are rejected. Never 0.
 uint32_t nextNonce() {
     static std::atomic<uint32_t> given{0};
     return given.fetch_add(1, std::memory_order_relaxed) % kNonceMask + 1;
@@ -141,8 +141,8 @@ uint32_t Engine::setField(uint32_t table, uint32_t field, uint64_t object, const
     return MCAST6_DB_OK;
 }
 
-// Brings the field into the object's row: for an iterate object from the record at its position. Other fields in the row
-// stay as they are, so bytes that were handed out before keep their value.
+// Fetches the field into the object's row, for an iterate object from the record at its position. Other fields in the
+// row stay as they are, so bytes that were handed out before keep their value.
 uint32_t Engine::fetchField(uint32_t table, uint32_t field, uint64_t object, Object*& fetched) {
     Object* source = objectOf(table, object);
     if (source == nullptr) return MCAST6_DB_BAD_HANDLE;

@@ -1,30 +1,30 @@
 // The engine: the contract of mcast6_platform/engine.h over a catalog of tables and a store.
 //
-// Three layers. The contract speaks of handles and pointers that may be anything; the store (platform/store/store.h)
-// speaks of tables, rows and keys that are right; the engine stands between. It holds what a caller has in hand -
-// objects, root iterators, statements - and no record at all. Every call goes the same way:
+// Three layers. The contract takes handles and pointers that may be wrong; the store (platform/store/store.h) takes
+// tables, rows and keys that are right; the engine checks in between. It holds objects, root iterators and statements,
+// and no records. Every call has the same steps:
 //   1. the handle is looked up, the object's type and state are checked, then the arguments, then the key word;
 //   2. one call of the store does the work, as one atomic step;
 //   3. its answer becomes a code, and what the object remembers is changed, on success only.
 // So a call that fails has changed nothing, and a second call after a failure behaves as if the first had not been.
 //
 // Objects and iterators live in slots of two handle tables (handle_table.h), with the row inside the slot: making and
-// releasing an object takes no memory once the slots are there. An object owns its iterators, which form a list; they go
-// when it is released or reset. Only an iterator's scan is made on the heap, by the store.
+// releasing an object takes no memory once the slots are there. An object owns its iterators, which form a list; they
+// go when it is released or reset. Only an iterator's scan is made on the heap, by the store.
 //
 // Threads: handles are looked up without a lock and the engine has no lock of its own on any path but the growth of a
 // handle table. One object, with its iterators, is used by one thread at a time; a handle that was released before the
 // call is answered as stale in every thread, whoever uses its slot by then.
 //
-// What is the engine's own choice:
+// Rules of the engine's own, beyond the contract:
 //   - an update object takes no field of the primary key: its setter answers MCAST6_DB_BAD_OPERATION, and all-fields
 //     leaves those fields out. A write or an update on which nothing was set answers MCAST6_DB_BAD_OPERATION;
 //   - fields of a write that were not set are zero;
 //   - a keyed read by a cache object fills the caller's buffer alone: its getters answer MCAST6_DB_BAD_OPERATION;
-//   - a getter on an iterate object fetches its field from the record at the position, and answers 15005 when it is gone;
-//     what earlier getters fetched stays as it was;
+//   - a getter on an iterate object fetches its field from the record at the position, and answers 15005 when that
+//     record is gone; what earlier getters fetched stays as it was;
 //   - a reset drops all iterators of an object, but a cache object that is reset as such keeps its cached ones, which
-//     keep their position; the getters then want a new step.
+//     keep their position; the getters then need a new step.
 #pragma once
 
 #include <cstdint>
@@ -81,7 +81,7 @@ public:
     // Bytes that the store takes.
     uint64_t memory() const noexcept;
 
-    // How many slots there are, in use or waiting for it.
+    // Counts the slots, used and free.
     uint64_t objectSlots() const { return objects_.slots(); }
     uint64_t iteratorSlots() const { return iterators_.slots(); }
 
@@ -101,7 +101,7 @@ private:
     uint32_t makeIterator(Object& object, std::unique_ptr<store::Scan> scan, bool isCached, uint64_t* rootIter);
     uint32_t fetchField(uint32_t table, uint32_t field, uint64_t object, Object*& fetched);
 
-    // The store goes last: the scans of the iterators lean on it.
+    // Destroyed last: the scans of the iterators use it.
     const std::unique_ptr<store::Store> store_;
     std::vector<TableFacts> tables_;
     const uint32_t nonce_;

@@ -25,8 +25,8 @@ uint32_t readByKey(store::Store& store, const Object& object, const void* key, v
     return codeOf(answer, MCAST6_DB_NO_SUCH_RECORD);
 }
 
-// The same, and keeps the record for the getters. Apart, like a read at a position: then a read by way of a cache object,
-// which keeps nothing, saves no registers for them.
+// The same, and keeps the record for the getters. A function of its own, like the read at a position, so that the hot
+// path, a read through a cache object, spills no registers for it.
 [[gnu::noinline]] uint32_t readAndKeep(store::Store& store, Object& object, const void* key, void* buffer) {
     const uint32_t code = readByKey(store, object, key, buffer);
     if (code != MCAST6_DB_OK) return code;

@@ -1,4 +1,4 @@
-// The C entries of the platform: each hands its arguments to the engine of the process, and nothing else.
+// The C entries of the platform: each passes its arguments to the engine of the process and does nothing else.
 //
 // Only making an object opens a store that is not open yet. Without one no handle is valid, and that is what the other
 // entries answer.
@@ -32,7 +32,7 @@ uint32_t db_remove_obj(uint64_t object, const void* keyDesc, const void* key) {
     return onOpen(&Engine::remove, object, keyDesc, key);
 }
 
-// One function down to the store: a read is short, and calls would be a third of it.
+// The hot path: inlined into one function down to the store, because calls would be a third of a read.
 [[gnu::flatten]] uint32_t db_read_obj_with_buf(uint64_t object, const void* keyDesc, const void* key, void* buffer,
                                                uint32_t length) {
     return onOpen(&Engine::read, object, keyDesc, key, buffer, length);

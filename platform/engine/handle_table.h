@@ -1,18 +1,18 @@
 // Slots named by 64-bit handles.
 //
-// A handle tells its kind, the engine instance that gave it out, a slot, and the slot's generation: how often the slot
-// had been used before. A live slot keeps its own handle, so a handle is valid exactly when the slot that it names
-// holds the same 64 bits. That one comparison finds out the released handle (the slot is empty or of a later
-// generation), the invented one, the one of another kind and the one of another engine.
+// A handle holds its kind, the engine instance that made it, a slot, and the slot's generation: how often the slot had
+// been used before. A live slot keeps its own handle, so a handle is valid exactly when the slot that it names
+// holds the same 64 bits. That one comparison rejects a released handle (the slot is empty or of a later
+// generation), an invented one, one of another kind and one of another engine.
 //
 //   bits 62-63 kind | 50-61 nonce of the engine | 22-49 generation | 0-21 slot
 //
-// Slots live in chunks, each twice as large as the one before, that stay where they are until the table goes. So find()
-// takes no lock, and looking at the slot of a stale handle is harmless at any time, even while another thread reuses the
-// slot. Released slots wait in lock-free lists: a thread puts them on its own list and takes from it first, so threads
-// do not meet, and a thread whose list is empty takes from the others before the table grows. A slot whose generations
-// are used up is never used again, so that no handle comes twice from one engine. The nonce is 12 bits wide and comes
-// round after 4095 engines of one process.
+// Slots lie in chunks, each twice as large as the one before, that stay in place until the table is destroyed. So
+// find() takes no lock, and reading the slot of a stale handle is safe at any time, even while another thread reuses
+// the slot. Released slots are kept in lock-free lists: a thread puts them on its own list and takes from it first, so
+// threads do not contend; a thread whose list is empty takes from the others before the table grows. A slot whose
+// generations are used up is never used again, so that no handle comes twice from one engine. The nonce is 12 bits wide
+// and comes round after 4095 engines of one process.
 //
 // The life of a slot: claim() takes it out of the list, the caller fills it, publish() makes its handle valid;
 // withdraw() makes the handle invalid, the caller empties the slot, recycle() puts it back. A value is made once for
@@ -68,7 +68,7 @@ inline uint32_t ownFreeList() {
 }
 
 // Puts 'desired' in the place of 'expected' and returns true, or tells in 'expected' what is there instead. A process
-// of one thread needs no atomic instruction for that, which would hold up what follows it.
+// of one thread needs no atomic instruction, which would delay the instructions after it.
 inline bool exchanged(std::atomic<uint64_t>& place, uint64_t& expected, uint64_t desired) {
     if (__libc_single_threaded == 0) {
         return place.compare_exchange_strong(expected, desired, std::memory_order_acq_rel);

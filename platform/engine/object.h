@@ -52,7 +52,7 @@ struct alignas(128) Object : HandleSlot {
     ObjType type = ObjType::write;
     bool isCache = false;
     bool hasRead = false;
-    alignas(64) std::array<std::byte, schema::kMaxRecordSize> row;  // on whole lines of the cache
+    alignas(64) std::array<std::byte, schema::kMaxRecordSize> row;  // aligned to cache lines
     Statement statement;
 };
 static_assert(std::has_single_bit(sizeof(Object)), "so that finding one by its slot is a shift");

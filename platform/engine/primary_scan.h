@@ -1,5 +1,5 @@
-// The walk over the one record with a primary key, or over none. It needs a keyed read of the store and nothing else, so
-// it is written here once for all stores.
+// The walk over the one record with a primary key, or over none. It needs a keyed read of the store and nothing else,
+// so it is written here once for all stores.
 #pragma once
 
 #include <array>

@@ -43,7 +43,7 @@ std::string& openUri() {
     return *uri;
 }
 
-// In place, so that telling of a failure cannot fail.
+// A fixed buffer, so that reporting a failure cannot fail.
 thread_local char errorText[1024] = "";
 constexpr size_t kShownUri = 400;  // the text has room for two
 

@@ -1,4 +1,4 @@
-// What the engine asks of a table in every call, worked out once from its description.
+// What the engine needs to know of a table in every call, computed once from its description.
 #pragma once
 
 #include <cstdint>

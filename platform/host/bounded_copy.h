@@ -8,7 +8,7 @@
 
 namespace mcast6::host {
 
-// Sizes above this are taken for negative numbers gone astray; such an area is not touched.
+// Sizes above this are taken for negative numbers by mistake; such an area is not touched.
 inline constexpr size_t kMostBytes = SIZE_MAX >> 1;
 
 // Whether areas of this length, which is not 0, overlap at these two places.
@@ -17,7 +17,7 @@ inline bool overlap(const void* one, const void* other, size_t length) {
     return distance + (length - 1) <= 2 * (length - 1);
 }
 
-// Apart from the way of a copy that is done, which so needs no stack.
+// A function of its own, so that the hot path needs no stack.
 [[gnu::noinline, gnu::cold]] inline int refuse(void* destination, size_t destinationSize, int error) {
     std::memset(destination, 0, destinationSize);
     return error;
@@ -35,13 +35,13 @@ inline bool overlap(const void* one, const void* other, size_t length) {
     return 0;
 }
 
-// Apart from the copy of an address, which so needs no register but its arguments.
+// A function of its own, so that the copy of an address needs no register but its arguments.
 [[gnu::noinline]] inline int copyOfAnyLength(void* destination, size_t destinationSize, const void* source,
                                              size_t count) {
     return checkAndCopy(destination, destinationSize, source, count);
 }
 
-// Addresses are most of what is copied. With their length told, no call is needed, and half of the work.
+// Most copies are addresses. With a constant length the copy is inlined, at half of the cost.
 inline int boundedCopy(void* destination, size_t destinationSize, const void* source, size_t count) {
     constexpr size_t kAddressBytes = 16;
     if (count != kAddressBytes) return copyOfAnyLength(destination, destinationSize, source, count);

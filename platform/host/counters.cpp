@@ -22,8 +22,8 @@ constexpr auto kRelaxed = std::memory_order_relaxed;
 
 std::atomic<uint64_t>& place(Counters& of, uint32_t id) { return of[std::min<size_t>(id, MCAST6_PLATFORM_COUNTERS)]; }
 
-// A process of one thread needs no atomic instruction, which would hold up what follows it until all that was stored
-// before has reached the cache.
+// A process of one thread needs no atomic instruction, which would delay what follows until all earlier stores have
+// reached the cache.
 void addOne(std::atomic<uint64_t>& to) {
     if (__libc_single_threaded != 0) {
         to.store(to.load(kRelaxed) + 1, kRelaxed);

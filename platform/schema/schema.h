@@ -6,7 +6,7 @@
 //
 // A record is packed: fields lie at their offsets, scalars in host order, and bytes that no field names are reserved
 // and zero. A key is a list of parts, each a run of record bytes or a constant, joined without padding. A description
-// that contradicts itself (fields that overlap, an unknown name in a key, a key word that tells another length) does
+// that contradicts itself (fields that overlap, an unknown name in a key, a key word with another length) does
 // not compile.
 #pragma once
 
@@ -70,7 +70,8 @@ struct Table {
     uint64_t capacity;  // most records the table holds; 0 is no limit
 };
 
-// Declared, never defined: descriptions are constants, so an error inside a description ends at one of these calls, whose name is the rule broken.
+// Declared, never defined. Descriptions are evaluated at compile time, so a wrong one fails at one of these calls, and
+// the compiler prints its name, which is the broken rule.
 void key_names_a_field_that_the_table_does_not_have();
 void key_parts_must_add_up_to_the_length_in_the_key_word();
 void key_takes_more_bytes_than_the_field_has();

@@ -95,7 +95,7 @@ View look(Store& store, const std::vector<Bytes>& samples) {
 }
 
 // Runs 'change' on a store of 'records' records, with the first allocation failing, then the second, and so on until
-// none fails. Tells how many did.
+// none fails. Returns how many did.
 template <class Change>
 int sweep(uint64_t records, const std::vector<Bytes>& samples, Answer expected, const Change& change) {
     for (int failing = 0;; ++failing) {

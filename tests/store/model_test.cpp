@@ -1,4 +1,4 @@
-// Random sequences of operations beside a plain map, with scans open all the while.
+// Random sequences of operations compared with a plain map, with scans open all the while.
 #include <algorithm>
 #include <random>
 
@@ -9,15 +9,15 @@ namespace {
 
 constexpr uint32_t kWhole = UINT32_MAX;  // in place of an index: a scan of the table
 
-// An open scan and what the rules let it tell.
+// An open scan and what the rules let it serve.
 struct Watched {
     uint32_t index;
     bool isSorted;
     Bytes key;  // of an index scan
     std::unique_ptr<Scan> scan;
-    std::map<Bytes, int> lasting;  // primary keys of the records that have stayed, and how often each was told
+    std::map<Bytes, int> lasting;  // primary keys of the records that have stayed, and how often each was served
     std::map<Bytes, int> places;   // of all others: how many places each took
-    std::map<Bytes, int> told;
+    std::map<Bytes, int> served;
     Bytes lastKey;
     bool isAtEnd = false;
 };
@@ -71,7 +71,7 @@ private:
         return keyOf(key, before) == keyOf(key, after);
     }
 
-    // Tells the scans that a record came (before null), went (after null) or changed.
+    // Notes in all scans that a record came (before null), went (after null) or changed.
     void changed(const Bytes* before, const Bytes* after) {
         const Bytes key = primaryKey(before != nullptr ? *before : *after);
         for (Watched& scan : watched) {
@@ -162,7 +162,7 @@ private:
         const Answer answer = scan.scan->next();
         if (answer == Answer::end) {
             scan.isAtEnd = true;
-            for (const auto& [key, times] : scan.lasting) EXPECT_EQ(times, 1) << "told of a lasting record";
+            for (const auto& [key, times] : scan.lasting) EXPECT_EQ(times, 1) << "a lasting record is served once";
             return;
         }
         ASSERT_EQ(answer, Answer::done);
@@ -173,12 +173,12 @@ private:
         ASSERT_EQ(records.count(key), 1u);
         ASSERT_EQ(records[key], row);
         ASSERT_TRUE(concerns(scan, row));
-        const int told = ++scan.told[key];
+        const int served = ++scan.served[key];
         const auto lasting = scan.lasting.find(key);
         if (lasting != scan.lasting.end()) {
             ASSERT_EQ(++lasting->second, 1);
         } else {
-            ASSERT_LE(told, scan.places[key]);
+            ASSERT_LE(served, scan.places[key]);
         }
         if (!scan.isSorted) return;
         const schema::Key& order = table().indexes[scan.index];
@@ -191,7 +191,7 @@ private:
     void read() {
         if (watched.empty()) return;
         Watched& scan = watched[pick(static_cast<uint32_t>(watched.size()))];
-        if (scan.isAtEnd || scan.told.empty()) return;
+        if (scan.isAtEnd || scan.served.empty()) return;
         Bytes row(table().recordSize, '\0');
         if (scan.scan->read(raw(row)) == Answer::done) {
             ASSERT_EQ(records[primaryKey(row)], row);

@@ -43,7 +43,7 @@ void write(Store& store, uint64_t vr) {
     }
 }
 
-// Walks the table in some order: each lasting record is told once, and every record is whole.
+// Walks the table in some order: each lasting record is served once, and every record is whole.
 void walk(Store& store, int order) {
     const Bytes key = keyOf(kOddIndexes[kByVr], record(0, 0, 0));
     const ScanRange ranges[] = {{ScanRange::Order::table, 0, nullptr},
@@ -51,17 +51,17 @@ void walk(Store& store, int order) {
                                 {ScanRange::Order::sorted, kByZone, nullptr}};
     std::unique_ptr<Scan> scan;
     ASSERT_EQ(store.open(kOddTable, ranges[order], scan), Answer::done);
-    std::map<Bytes, int> told;
+    std::map<Bytes, int> served;
     while (scan->next() == Answer::done) {
         Bytes row(kOdd.recordSize, '\0');
         const Answer answer = scan->read(raw(row));
         ASSERT_TRUE(answer == Answer::done || answer == Answer::absent);
         if (answer == Answer::absent) continue;
         ASSERT_TRUE(isWhole(row));
-        ++told[keyOf(kOdd.primary, row)];
+        ++served[keyOf(kOdd.primary, row)];
     }
     for (uint64_t group = 0; group < kLasting; ++group) {
-        ASSERT_EQ(told[keyOf(kOdd.primary, record(0, group, 0))], 1) << "order " << order << ", group " << group;
+        ASSERT_EQ(served[keyOf(kOdd.primary, record(0, group, 0))], 1) << "order " << order << ", group " << group;
     }
 }
 

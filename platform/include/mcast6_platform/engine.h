@@ -9,7 +9,7 @@
  *                  db_release_<table>_object. Field setters and db_set_<table>_all_fields fill it before a write or an
  *                  update; reading and stepping fill it for the field getters.
  *   cache object   the same, made by db_create_<table>_cache_object to be kept and reset before each use. Reading by
- *                  key fills the caller's buffer alone: getters on a cache object have nothing to tell after it.
+ *                  key fills the caller's buffer alone, not the object: getters answer MCAST6_DB_BAD_OPERATION.
  *   root iterator  a position in a table or in one index of it. It belongs to the object it was made on and is
  *                  released with that object; it has no release call of its own.
  *   statement      a question put together on an object (db_create_stmt, db_append_stmt_condition), from which
@@ -99,8 +99,8 @@ uint32_t db_root_iterator_next(uint64_t rootIter);
 uint32_t db_get_table_record_count(uint64_t object, uint32_t *count);
 uint32_t db_get_table_record_count_by_key(uint64_t object, const void *keyDesc, const void *key, uint32_t *count);
 
-/* Begins a statement on 'object' (type 5), in place of one begun earlier. 'kind' 2 is the only one; 'params' is null and
- * 'paramCount' 0. */
+/* Begins a statement on 'object' (type 5), in place of one begun earlier. 'kind' 2 is the only one; 'params' is null
+ * and 'paramCount' 0. */
 uint32_t db_create_stmt(uint64_t object, uint32_t kind, const void *params, uint32_t paramCount);
 
 /* Adds a condition to the statement of 'object'. 'kind' 3 is the only one: walk in the order of the sorted key named

@@ -16,7 +16,7 @@ void MCAST6_DfxCounterInc(uint32_t counterId);
 /* Adds 1 to a key performance indicator. Any id is valid. */
 void MCAST6_KPI_AddKpiData(uint32_t kpiId);
 
-/* Told once for every layer-3 forwarding entry that was removed: the host takes 1 from its count of entries. */
+/* Called once for every layer-3 forwarding entry that was removed: the host takes 1 from its count of entries. */
 void MCAST6_TRAP_DecreaseMfib6DbCnt(void);
 
 /* Prints a debug line; 'format' and the arguments are printf's. */

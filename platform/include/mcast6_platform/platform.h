@@ -20,7 +20,7 @@ uint32_t mcast6_platform_open(const char *uri);
  * inside the engine. Nothing open: nothing happens. */
 void mcast6_platform_close(void);
 
-/* What the last failed call of this thread complained of, "" if none did. Valid until the thread's next call. */
+/* Why the last failed call of this thread failed, "" if none did. Valid until the thread's next call. */
 const char *mcast6_platform_error(void);
 
 /* Bytes that the store takes for records, indexes and their book-keeping. */
@@ -35,7 +35,7 @@ uint64_t mcast6_platform_kpi(uint32_t kpiId);
 const char *mcast6_platform_counter_name(uint32_t counterId);
 const char *mcast6_platform_kpi_name(uint32_t kpiId);
 
-/* How many layer-3 forwarding entries were told as removed. */
+/* How many layer-3 forwarding entries were reported as removed. */
 uint64_t mcast6_platform_trap_count(void);
 
 /* Sets all counters, indicators and the trap count to zero. */

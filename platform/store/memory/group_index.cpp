@@ -7,7 +7,7 @@
 namespace mcast6::store::memory {
 namespace {
 
-// Groups of this many entries and more have blocks to measure, and grow by a quarter.
+// Groups of this many entries and more have blocks of exact size, and grow by a quarter.
 constexpr uint64_t kLarge = 1024;
 
 constexpr uint64_t grown(uint64_t capacity) { return capacity < kLarge ? capacity + 1 : capacity + capacity / 4; }
@@ -34,8 +34,8 @@ uint64_t GroupIndex::count(uint32_t hash, const std::byte* key) const {
     return isGroup(ref) ? groupAt(ref).live : 1;
 }
 
-void GroupIndex::glimpse(KeyLookup& of) const {
-    of.place = entries.glimpse(of.hash);
+void GroupIndex::probe(KeyLookup& of) const {
+    of.place = entries.probe(of.hash);
     if (of.place == kNone) return;
     const uint32_t ref = entries.at(of.place);
     if (isGroup(ref)) {
@@ -45,20 +45,20 @@ void GroupIndex::glimpse(KeyLookup& of) const {
     }
 }
 
-// Most likely the group of the key; null: there is none.
-const Group* GroupIndex::glimpsedGroup(const KeyLookup& of) const {
+// The key's group, most likely; null: there is none.
+const Group* GroupIndex::probedGroup(const KeyLookup& of) const {
     return of.place != kNone && isGroup(entries.at(of.place)) ? &groupAt(entries.at(of.place)) : nullptr;
 }
 
 void GroupIndex::prefetchAddition(const KeyLookup& of) const {
-    const Group* const group = glimpsedGroup(of);
+    const Group* const group = probedGroup(of);
     if (group == nullptr) return;
     __builtin_prefetch(group->slots() + group->used, 1);
     keyShape.prefetch(slabs.row(group->sample));
 }
 
 void GroupIndex::prefetchEntries(const KeyLookup& of, uint32_t slot) const {
-    const Group* const group = glimpsedGroup(of);
+    const Group* const group = probedGroup(of);
     if (group == nullptr) return;
     __builtin_prefetch(group->slots() + group->used - 1, 1);
     const uint32_t position = slabs.place(slot, number);
@@ -66,7 +66,7 @@ void GroupIndex::prefetchEntries(const KeyLookup& of, uint32_t slot) const {
 }
 
 void GroupIndex::prefetchRemoval(const KeyLookup& of) const {
-    const Group* const group = glimpsedGroup(of);
+    const Group* const group = probedGroup(of);
     if (group != nullptr) slabs.prefetchPlace(group->slots()[group->used - 1], number);
 }
 
@@ -84,7 +84,7 @@ bool GroupIndex::reserve(KeyLookup& of) noexcept {
     return true;
 }
 
-void GroupIndex::forgo(const KeyLookup& of) {
+void GroupIndex::cancelReserve(const KeyLookup& of) {
     if (!order) return;
     KeyLookup present = of;
     find(present);
@@ -171,8 +171,8 @@ void GroupIndex::add(const KeyLookup& of, uint32_t slot) {
     slabs.place(slot, number) = position;
 }
 
-// Whether it is this reference under which the record in 'slot' is found. Says so without a look at another record.
-bool GroupIndex::stands(uint32_t ref, uint32_t slot) const {
+// Whether the record in 'slot' is in what this reference names. Reads no other record.
+bool GroupIndex::contains(uint32_t ref, uint32_t slot) const {
     if (!isGroup(ref)) return ref == slot;
     const Group& group = groupAt(ref);
     const uint32_t position = slabs.place(slot, number);
@@ -180,7 +180,7 @@ bool GroupIndex::stands(uint32_t ref, uint32_t slot) const {
 }
 
 void GroupIndex::remove(const KeyLookup& of, uint32_t slot) {
-    const uint32_t place = entries.findFrom(of.place, of.hash, [&](uint32_t ref) { return stands(ref, slot); });
+    const uint32_t place = entries.findFrom(of.place, of.hash, [&](uint32_t ref) { return contains(ref, slot); });
     const uint32_t ref = entries.at(place);
     if (!isGroup(ref)) {
         entries.erase(place);
@@ -232,7 +232,7 @@ void GroupIndex::fillHoles(Group& group) {
     }
 }
 
-// Brings a group that has lost records to the form that its size asks for, unless a scan holds it.
+// Gives a group that has lost records the form that fits its size, unless a scan holds it.
 void GroupIndex::settle(uint32_t place) {
     const uint32_t ref = entries.at(place);
     const Group& group = groupAt(ref);

@@ -1,10 +1,10 @@
 // One secondary or sorted index: for every key the group of the records that have it.
 //
-// The idea: a group is a dense array of slots, and the cell of a record says at which place of its group it stands. So
-// a count is a number in the group's head, the first match is the first entry, a further match costs four bytes, and
-// a removal moves the last entry into the gap. A key of one record needs no group: the hash table names the slot
-// itself. Keys are stored nowhere: a group's key is that of a record in it, its sample, which is
-// the latest to come if it is still there: that one is the likeliest to lie in a cache.
+// The idea: a group is a dense array of slots, and the cell of a record holds its place in the group. So a count is a
+// number in the group's head, the first match is the first entry, each further match costs four bytes, and a removal
+// moves the last entry into the gap. A key of one record needs no group: the hash table names the slot
+// itself. Keys are stored nowhere: a group's key is that of one record in it, the sample. The
+// sample is the record added last, if it is still there: it is the most likely one to be cached.
 //
 // While a scan is open on a group, nothing in it moves: a removal leaves a hole, and a new record takes the newest hole
 // before it goes to the end. The end of the last scan fills the holes from the end, which costs no more than the
@@ -33,7 +33,7 @@
 namespace mcast6::store::memory {
 
 // What a scan holds of an index: the group that it is open on. The index keeps it right when the group moves, and
-// takes it away when the group goes.
+// clears it when the group is removed.
 struct GroupHold {
     uint32_t group = UINT32_MAX;
     GroupHold* before = nullptr;
@@ -46,8 +46,8 @@ struct GroupHold {
 struct KeyLookup {
     const std::byte* row;
     uint32_t hash;
-    uint32_t
-        place;  // in the index: glimpsed, which is nearly always right, then found; kNone when no record has the key
+    // In the index: probed, which is nearly always right, then found; kNone when no record has the key.
+    uint32_t place;
 };
 
 class GroupIndex {
@@ -64,19 +64,19 @@ public:
 
     KeyLookup lookup(const std::byte* row) const { return {row, keyShape.hashOf(row), kNone}; }
 
-    // Steps ahead: each has the memory brought that the next one reads, the last what reserve() and add(), or remove(),
-    // will need. Done for all indexes in turn, they wait once where the work itself would wait for each. glimpse()
-    // fills in the place, which the steps after it start from.
+    // Prefetching: each step prefetches what the next one reads, and the last one what reserve() and add(), or
+    // remove(), will read. Done for all indexes in turn, they wait for memory once instead of once for each index.
+    // probe() fills in the place where the later steps start.
     void prefetch(const KeyLookup& of) const { entries.prefetch(of.hash); }
-    void glimpse(KeyLookup& of) const;
+    void probe(KeyLookup& of) const;
     void prefetchAddition(const KeyLookup& of) const;
     void prefetchEntries(const KeyLookup& of, uint32_t slot) const;
     void prefetchRemoval(const KeyLookup& of) const;
 
     // Makes room for one more record with this key, and finds its place for add(). False when there is no memory.
-    // forgo() takes back what can be seen of it.
+    // cancelReserve() undoes what is visible of it.
     bool reserve(KeyLookup& of) noexcept;
-    void forgo(const KeyLookup& of);
+    void cancelReserve(const KeyLookup& of);
 
     // Finds the key's place anew, for when the index has changed since.
     void find(KeyLookup& of) const;
@@ -84,7 +84,7 @@ public:
     // Needs room and the key's present place. The record need not be in its cell yet.
     void add(const KeyLookup& of, uint32_t slot);
 
-    // Removes the record in 'slot', whose key this is. Needs the glimpsed place.
+    // Removes the record in 'slot', whose key this is. Needs the probed place.
     void remove(const KeyLookup& of, uint32_t slot);
 
     // Gives memory back after removals.
@@ -115,9 +115,9 @@ private:
     const Group& groupAt(uint32_t ref) const { return pool.at(ref & ~kGroup); }
     uint32_t sampleOf(uint32_t ref) const { return isGroup(ref) ? groupAt(ref).sample : ref; }
 
-    const Group* glimpsedGroup(const KeyLookup& of) const;
+    const Group* probedGroup(const KeyLookup& of) const;
     uint32_t find(uint32_t hash, const std::byte* key) const;
-    bool stands(uint32_t ref, uint32_t slot) const;
+    bool contains(uint32_t ref, uint32_t slot) const;
     bool orderKey(const std::byte* row) noexcept;
     void unorderKey(const std::byte* row);
     void flippedKey(const std::byte* row, KeyBuffer& flipped) const;

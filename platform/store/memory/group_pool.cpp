@@ -87,7 +87,7 @@ void GroupPool::drop(uint32_t ref) {
     unlink(number);
     --inUse;
     putInReserve(number);
-    // One more than growth would bring stays: coming and going at a border costs no mapping.
+    // One chunk more than growth would add is kept: alternating at the limit maps nothing.
     while (reserved > reserveFor(inUse + 1) + 1) removeChunk(takeReserved());
 }
 

@@ -6,8 +6,8 @@
 //
 // Growth takes memory, shrinking never does: a large block is cut short where it lies, and a small one moves to a chunk
 // of smaller blocks that has room, or to one in reserve. A group shrinks to three eighths of its block at most, so the
-// reserve is three empty chunks for eight in use. It is filled when the pool grows, mostly by addresses that no page
-// stands behind yet, and when a chunk runs empty; beyond that, empty chunks go back to the operating system.
+// reserve is three empty chunks for eight in use. It is filled when the pool grows, mostly by addresses without pages
+// so far, and when a chunk runs empty; beyond that, empty chunks go back to the operating system.
 #pragma once
 
 #include <array>

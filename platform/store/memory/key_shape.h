@@ -1,4 +1,4 @@
-// How the bytes of one key lie in a row, in the form that composing, comparing and hashing want: neighbouring parts of
+// How the bytes of one key lie in a row, in the form for composing, comparing and hashing: neighbouring parts of
 // the record joined into runs, these cut into words, constants written out once. So a row can be hashed and compared by
 // its key without that key being composed.
 #pragma once
@@ -62,7 +62,7 @@ public:
     // Whether two rows have the same key.
     bool sameKey(const std::byte* row, const std::byte* other) const { return same<InRow>(row, other); }
 
-    // Has the bytes brought that matches() looks at.
+    // Prefetches the bytes that matches() reads.
     void prefetch(const std::byte* row) const {
         for (size_t i = 0; i < runCount; ++i) {
             __builtin_prefetch(row + runs[i].offset);
@@ -96,8 +96,8 @@ private:
         uint16_t at;
     };
 
-    // Where the pieces of a key lie, in a key and in a row. Where a pattern has no fours that need not be looked up in a
-    // key: its runs are whole words then, and follow each other from the key's first byte on.
+    // Where the pieces of a key lie, in a key and in a row. In a pattern without fours the place in the key follows
+    // from the number: the runs are whole words, one after the other from the key's first byte on.
     struct InKey {
         static size_t word(const KeyShape& /*shape*/, size_t i) { return i * sizeof(uint64_t); }
         static size_t piece(const Piece& piece) { return piece.at; }

@@ -1,8 +1,8 @@
 // Where a table gets its memory: counted to the byte, and returned to the operating system when given back.
 //
-// Anything large is mapped on its own, so that giving it back shrinks the process whatever lies beside it; the rest
-// comes from the heap. What is very large lies in huge pages where the system has them: in a table of a million
-// records nearly every access begins with a look for its page. It is a memory_resource as well, for the standard
+// Anything large is mapped on its own, so that unmapping it shrinks the process whatever its neighbours are; the rest
+// comes from the heap. Very large blocks use huge pages where the system has them: in a table of a million records
+// nearly every access would miss the TLB. It is a memory_resource as well, for the standard
 // containers inside a table.
 //
 // Not synchronised: the table's lock guards it.

@@ -37,7 +37,7 @@ Answer BatchedScan::read(std::byte* row) {
         std::memcpy(row, rowAt(current), table.schema.recordSize);
         return Answer::done;
     }
-    // The record may have changed or gone since; its key tells.
+    // The record may have changed or gone since: read it by its key.
     KeyBuffer room;
     return table.get(table.primaryKey.of(rowAt(current), room), row);
 }

@@ -1,8 +1,8 @@
 // Scans of the memory store.
 //
-// A scan copies a few records ahead under one lock and serves them from its own memory while the table's version
-// stands still: one record first, so that the first step costs no more than that, then twice as many each time. A
-// change of the table voids what was copied; the scan goes on behind the record that it served last.
+// A scan copies a few records ahead under one lock and serves them from its own memory while the table's version does
+// not change: one record first, so that the first step costs no more than that, then twice as many each time. A
+// change of the table invalidates the copies; the scan continues behind the record that it served last.
 //
 // A walk of the table goes by slots, which records keep. A walk of a group goes by positions, which the group keeps
 // while it is held (see group_index.h); where nothing is held, there was one record only and it has been served. A

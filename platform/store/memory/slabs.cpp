@@ -111,7 +111,7 @@ bool Slabs::isEmpty(uint32_t first) const {
                        [](const Slab& slab) { return slab.count == 0; });
 }
 
-// One empty span stays, the lower of two: coming and going at a border costs no mapping.
+// One empty span is kept, the lower of two: alternating at the limit maps nothing.
 void Slabs::keepOrUnmap(uint32_t first) {
     if (spare == kNone) {
         spare = first;

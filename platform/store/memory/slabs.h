@@ -3,11 +3,11 @@
 // Cells lie in slabs of kCells. The first kSpan slabs are mapped one by one, so that a small table stays small; those
 // after them by spans of kSpan, so that a large one lies in huge pages (see memory.h). What was mapped together goes
 // back to the operating system when the last record in it goes, but for one span that is kept for the next record. New
-// records take the lowest free slot, so that the upper slabs run empty when the table shrinks. A bitmap of live cells
-// makes the walk of the table a walk over memory.
+// records take the lowest free slot, so that the upper slabs become empty when the table shrinks. A bitmap of live
+// cells makes the walk of the table a walk over memory.
 //
-// A cell is the packed row, then one 32-bit place for each index (see group_index.h). Where that costs little, cells are
-// whole lines of the cache: then the key, which stands first in most rows, lies in one line.
+// A cell is the packed row, then one 32-bit place for each index (see group_index.h). Where that costs little, cells
+// are padded to whole cache lines: then the key, which comes first in most rows, lies in one line.
 #pragma once
 
 #include <array>

@@ -1,5 +1,5 @@
-// A hash table of 32-bit references. It knows the hash of what a reference stands for, not the thing itself: whoever
-// looks for something compares what the hash finds.
+// A hash table of 32-bit references. It stores the hash of what a reference names, not the thing itself: the caller of
+// a search compares what the hash finds.
 //
 // The idea: entries lie in one array in ascending order of their hashes, with gaps. An entry's home is its hash scaled
 // to the array, so a hash is found at its home or shortly after it. From that follows
@@ -11,7 +11,7 @@
 // Invariants: hashes ascend; an entry lies at its home or after it with no gap between; hash 0 is a gap. The array is
 // longer than the range of homes by 'slack' entries, for those that the end would cut off.
 //
-// A reference put into the table must not be looked for during the call of another function of the table.
+// A function passed to the table must not call the table.
 #pragma once
 
 #include <algorithm>
@@ -37,14 +37,14 @@ public:
         return count != 0 ? search(entries + home(hash), hash, same) : kNone;
     }
 
-    // The same from a place on that glimpse() found, while the table stands still.
+    // The same from a place on that probe() found, while the table is unchanged.
     template <class Same>
-    uint32_t findFrom(uint32_t glimpsed, uint32_t hash, const Same& same) const {
-        return glimpsed != kNone ? search(entries + glimpsed, hash, same) : kNone;
+    uint32_t findFrom(uint32_t probed, uint32_t hash, const Same& same) const {
+        return probed != kNone ? search(entries + probed, hash, same) : kNone;
     }
 
-    // A reference that find() would look at, or kNone: for a glimpse ahead.
-    uint32_t glimpse(uint32_t hash) const {
+    // The place of the first entry with this hash, or kNone: most likely what find() will return.
+    uint32_t probe(uint32_t hash) const {
         return find(hash, [](uint32_t) { return true; });
     }
 

@@ -76,7 +76,8 @@ Answer Table::insert(const std::byte* row, uint32_t hash, IndexKeys& keys) {
     return Answer::done;
 }
 
-// Begins with the keys of a row in the indexes in 'which': the memory for one comes while the next is hashed.
+// Hashes the keys of a row in the indexes in 'which' and prefetches their entries: one arrives while the next is
+// hashed.
 void Table::hashKeys(const std::byte* row, uint64_t which, IndexKeys& keys) const {
     forEachBit(which, [&](uint32_t i) {
         keys[i] = indexes[i]->lookup(row);
@@ -85,12 +86,12 @@ void Table::hashKeys(const std::byte* row, uint64_t which, IndexKeys& keys) cons
 }
 
 void Table::prefetchAddition(uint64_t which, IndexKeys& keys) const {
-    forEachBit(which, [&](uint32_t i) { indexes[i]->glimpse(keys[i]); });
+    forEachBit(which, [&](uint32_t i) { indexes[i]->probe(keys[i]); });
     forEachBit(which, [&](uint32_t i) { indexes[i]->prefetchAddition(keys[i]); });
 }
 
 void Table::prefetchRemoval(uint32_t slot, uint64_t which, IndexKeys& keys) const {
-    forEachBit(which, [&](uint32_t i) { indexes[i]->glimpse(keys[i]); });
+    forEachBit(which, [&](uint32_t i) { indexes[i]->probe(keys[i]); });
     forEachBit(which, [&](uint32_t i) { indexes[i]->prefetchEntries(keys[i], slot); });
     forEachBit(which, [&](uint32_t i) { indexes[i]->prefetchRemoval(keys[i]); });
 }
@@ -99,7 +100,7 @@ bool Table::reserveKeys(uint64_t which, IndexKeys& keys) {
     for (uint64_t rest = which; rest != 0; rest &= rest - 1) {
         const auto i = static_cast<uint32_t>(std::countr_zero(rest));
         if (indexes[i]->reserve(keys[i])) continue;
-        forEachBit(which & ~rest, [&](uint32_t done) { indexes[done]->forgo(keys[done]); });
+        forEachBit(which & ~rest, [&](uint32_t done) { indexes[done]->cancelReserve(keys[done]); });
         return false;
     }
     return true;
@@ -119,7 +120,7 @@ bool Table::change(uint32_t slot, const std::byte* row, uint64_t which) {
     forEachBit(affected, [&](uint32_t i) {
         GroupIndex& index = *indexes[i];
         KeyLookup old = index.lookup(present);
-        index.glimpse(old);
+        index.probe(old);
         index.remove(old, slot);
         index.find(keys[i]);
         index.add(keys[i], slot);
@@ -150,8 +151,8 @@ inline Answer Table::copyOut(const std::byte* key, uint32_t hash, std::byte* row
     return Answer::done;
 }
 
-// Taken in whole: the fewer instructions there are between two reads, the sooner the processor begins to search for the
-// second while the memory for the first is on its way.
+// The hot path: inlined into one function. The fewer instructions between two reads, the sooner the processor starts
+// the second one while the first still waits for memory.
 [[gnu::flatten]] Answer Table::get(const std::byte* key, std::byte* row) const {
     if (!primaryKey.accepts(key)) return Answer::absent;
     const uint32_t hash = primaryKey.hash(key);

@@ -1,8 +1,8 @@
 // One table of the memory store: records in slabs, a hash of their primary keys, an index for each further key, and
 // the lock over all of it.
 //
-// Every change has two parts. The first finds everything and makes room for everything, and may fail for want of
-// memory; the second changes the records and cannot fail. So a change happens whole or not at all.
+// Every change reserves, then commits. The first part finds everything and reserves all memory, and may fail; the
+// second changes the records and cannot fail. So a change is done whole or not at all.
 //
 // 'version' counts the changes. A scan that has copied a few records ahead need not look at the table again until the
 // version moves.

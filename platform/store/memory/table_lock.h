@@ -2,8 +2,8 @@
 // A thread must not take it twice.
 //
 // It is taken by the guards below. In a process of one thread there is nobody to keep out, and they leave it alone: an
-// atomic instruction each way holds up the search of the next record until this one's is over. No thread begins while a
-// guard is alive, and the guard remembers whether it took the lock.
+// atomic instruction on either side keeps the processor from overlapping this search with the next one. No thread
+// begins while a guard is alive, and the guard remembers whether it took the lock.
 #pragma once
 
 #include <pthread.h>
