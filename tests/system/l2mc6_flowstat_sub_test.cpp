@@ -142,13 +142,28 @@ TEST_F(FlowstatSubSystemTest, recordsAreWalkedOnceAndRemoved) {
     EXPECT_EQ(0u, errors());
 }
 
-// The table has no index, and iterators do not take the primary key.
-TEST_F(FlowstatSubSystemTest, anIteratorByAKeyThatIsNoIndexIsRefusedAndRecorded) {
-    const FlowStatSubEntry record = filled(5);
-    ASSERT_EQ(0u, MCAST6_DB_WriteL2FlowStatSub(&record));
+// The table has no index: the primary key word names its one record.
+TEST_F(FlowstatSubSystemTest, anIteratorByThePrimaryKeyGivesTheOneRecord) {
+    for (const uint32_t number : {5u, 6u}) {
+        const FlowStatSubEntry record = filled(number);
+        ASSERT_EQ(0u, MCAST6_DB_WriteL2FlowStatSub(&record));
+    }
+    const FlowStatSubEntry wanted = entryOf(6);
     Mcast6DbKeyDesc descriptor{};
     uint8_t key[40];
-    ASSERT_EQ(0u, MCAST6_DB_SetL2FlowStatSubKey(&descriptor, key, &record));
+    ASSERT_EQ(0u, MCAST6_DB_SetL2FlowStatSubKey(&descriptor, key, &wanted));
+    Mcast6DbRes* iterator = MCAST6_DB_CreateL2FlowStatSubIter(&descriptor, key);
+    ASSERT_NE(nullptr, iterator);
+    FlowStatSubEntry found{};
+    ASSERT_EQ(0u, MCAST6_DB_GetL2FlowStatSubEntry(iterator, &found));
+    EXPECT_EQ(6u, found.flowAddr1.word[3]);
+    EXPECT_EQ(60u, MCAST6_DB_GetL2FlowStatSubEntry(iterator, &found));
+    MCAST6_DB_ReleaseL2FlowStatSubIter(iterator);
+}
+
+TEST_F(FlowstatSubSystemTest, anIteratorByAKeyThatTheTableDoesNotHaveIsRefusedAndRecorded) {
+    const Mcast6DbKeyDesc descriptor{0x01090028, {}};
+    const uint8_t key[40] = {};
     EXPECT_EQ(nullptr, MCAST6_DB_CreateL2FlowStatSubIter(&descriptor, key));
     EXPECT_EQ(1u, g_mcast6DbErrStat[10][7]);
     EXPECT_EQ(1u, errors());
