@@ -126,5 +126,29 @@ TEST_P(SharedMemory, ReturnsItsMemoryWhenRecordsGo) {
 INSTANTIATE_TEST_SUITE_P(Shapes, SharedMemory, testing::Bool(),
                          [](const auto& shape) { return shape.param ? "Unique" : "Groups"; });
 
+// In a file there are two mappings, one to read and one to write.
+TEST(SharedRegion, MovesWhatOverlapsItself) {
+    const std::unique_ptr<SharedStore> store = makeShared(kTables);
+    ASSERT_NE(store, nullptr);
+    ASSERT_EQ(store->lockWriters(), Answer::done);
+    shared::Region& region = store->regionForTests();
+    region.begin();
+    constexpr size_t kWords = 1024;
+    std::vector<uint64_t> expected(kWords);
+    std::iota(expected.begin(), expected.end(), uint64_t{1});
+    const uint64_t* const words = region.view().array<uint64_t>(region.take(kWords * sizeof(uint64_t)));
+    region.fill(words, expected.data(), kWords * sizeof(uint64_t));
+    for (const size_t by : {1u, 2u, 5u, 100u}) {
+        region.move(words + by, words, (kWords - by) * sizeof(uint64_t));
+        std::copy_backward(expected.begin(), expected.end() - static_cast<ptrdiff_t>(by), expected.end());
+        ASSERT_TRUE(std::equal(expected.begin(), expected.end(), words)) << by << " up";
+        region.move(words, words + by, (kWords - by) * sizeof(uint64_t));
+        std::copy(expected.begin() + static_cast<ptrdiff_t>(by), expected.end(), expected.begin());
+        ASSERT_TRUE(std::equal(expected.begin(), expected.end(), words)) << by << " down";
+    }
+    region.undo();
+    store->unlockWriters();
+}
+
 }  // namespace
 }  // namespace mcast6::store::test

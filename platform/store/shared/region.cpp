@@ -214,7 +214,8 @@ void Region::log(const void* place, size_t size) {
 void Region::move(const void* place, const void* from, size_t size) {
     log(place, size);
     if constexpr (!kThreadSanitized) {
-        std::memmove(writableAt(place), from, size);
+        // Both in the one mapping: addresses in two do not show how the places overlap.
+        std::memmove(writableAt(place), writableAt(from), size);
     } else {
         std::vector<std::byte> held(size);
         copyOut(held.data(), from, size);
