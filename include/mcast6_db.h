@@ -73,5 +73,6 @@
 #include "mcast6_db/l3mc6_sub_elb.h"
 #include "mcast6_db/l3mc6_vlan_elb.h"
 #include "mcast6_db/types.h"
+#include "mcast6_db/version.h"
 
 #endif

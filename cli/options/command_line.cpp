@@ -8,11 +8,12 @@
 
 #include "cli/output/library_log.h"
 #include "cli/output/output.h"
+#include "mcast6_db/version.h"
 
 namespace mcast6::ctl {
 namespace {
 
-constexpr const char* kVersion = "mcast6ctl 1.0.0";
+constexpr const char* kVersion = "mcast6ctl " MCAST6_DB_VERSION;
 
 // One command on the command line; the map keeps the texts where the parser puts them.
 struct Offered {

@@ -27,11 +27,11 @@ allowedFor() {
     esac
 }
 
-# The file of this tree that FILE means by NAME; nothing for a header from elsewhere.
+# The file of this tree that FILE means by NAME, with .in if a build makes it from that; nothing for a header from elsewhere.
 resolve() {
     local file=$1 name=$2 base
     for base in "${file%/*}/" "" include/ platform/include/; do
-        if [[ -f $tree/$base$name ]]; then
+        if [[ -f $tree/$base$name || -f $tree/$base$name.in ]]; then
             printf '%s' "$base$name"
             return
         fi

@@ -32,7 +32,8 @@ freshTree() {
     mkdir -p "$work/tree"/platform/{store/memory,schema,host}
     cd "$work/tree"
     echo '#include <stdint.h>' >include/mcast6_db/types.h
-    echo '#include "mcast6_db/types.h"' >include/mcast6_db.h
+    printf '#include "mcast6_db/%s.h"\n' types version >include/mcast6_db.h
+    echo '#define MCAST6_DB_VERSION "@PROJECT_VERSION@"' >include/mcast6_db/version.h.in
     echo '#include "mcast6_db.h"' >frame/operations.h
     printf '#include "frame/operations.h"\n// clang-format off\n// clang-format on\n' >l2/table.cpp
     echo '#include <stdint.h>' >platform/include/mcast6_platform/engine.h
@@ -54,6 +55,7 @@ done
 refuses arrows include/mcast6_db/bad.h '#include "frame/operations.h"'
 refuses arrows include/mcast6_db/bad.h '#include "mcast6_platform/engine.h"'
 refuses arrows include/mcast6_db/bad.h '#include <vector>'
+refuses arrows include/mcast6_db/bad.h '#include "mcast6_db/made_of_nothing.h"'
 refuses arrows frame/bad.cpp '#include "platform/engine/engine.h"'
 refuses arrows frame/bad.cpp '#include "l2/table.cpp"'
 refuses arrows l3/bad.cpp '#include "platform/schema/schema.h"'
