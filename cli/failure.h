@@ -7,7 +7,13 @@
 
 namespace mcast6::ctl {
 
-enum ExitCode : int { kDone = 0, kFailed = 1, kWrongUsage = 2 };
+enum ExitCode : int {
+    kDone = 0,
+    kFailed = 1,
+    kWrongUsage = 2,
+    kPartial = 3,  // an import refused some entries and brought the others
+    kNothing = 4,  // an import brought nothing: every entry was refused, or there was none
+};
 
 // what() names the input and the reason, and is shown to the operator.
 class Failure : public std::runtime_error {

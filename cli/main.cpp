@@ -13,7 +13,7 @@ namespace {
 
 using namespace mcast6::ctl;
 
-void run(const std::vector<std::string>& words) {
+ExitCode run(const std::vector<std::string>& words) {
     ProcessOptions process;
     const Invocation invocation = parseCommandLine(words, Settings{}, &process);
     Tool tool;
@@ -25,6 +25,7 @@ void run(const std::vector<std::string>& words) {
     }
     runInvocation(tool, invocation);
     finishOutput();
+    return tool.outcome;
 }
 
 int report(const char* message, int exitCode) {
@@ -38,7 +39,7 @@ int report(const char* message, int exitCode) {
 int main(int count, char** texts) {
     int exitCode = kDone;
     try {
-        run({texts + 1, texts + count});
+        exitCode = run({texts + 1, texts + count});
     } catch (const Failure& failure) {
         exitCode = report(failure.what(), failure.exitCode());
     } catch (const std::exception& error) {

@@ -6,7 +6,7 @@
 #include <charconv>
 #include <ctime>
 
-namespace mcast6::ctl {
+namespace mcast6::kernel {
 
 std::optional<Mcast6Ipv6Addr> parseAddress(std::string_view text) {
     const std::string terminated(text);
@@ -77,10 +77,24 @@ std::string printable(std::string_view text) {
     return shown;
 }
 
+std::string shown(std::string_view text) {
+    constexpr size_t kMost = 80;
+    const auto continues = [&](size_t position) { return (static_cast<unsigned char>(text[position]) & 0xC0) == 0x80; };
+    size_t characters = 0;
+    size_t cut = text.size();
+    for (size_t position = 0; position < text.size(); ++position) {
+        if (continues(position)) continue;
+        if (characters == kMost) cut = position;
+        ++characters;
+    }
+    if (characters <= kMost) return printable(text);
+    return fmt::format("{}... ({} characters)", printable(text.substr(0, cut)), characters);
+}
+
 std::string counted(uint64_t count, std::string_view noun) {
     if (count == 1) return fmt::format("1 {}", noun);
     if (noun.ends_with('y')) return fmt::format("{} {}ies", count, noun.substr(0, noun.size() - 1));
     return fmt::format("{} {}s", count, noun);
 }
 
-}  // namespace mcast6::ctl
+}  // namespace mcast6::kernel

@@ -8,7 +8,7 @@
 
 #include "mcast6_db/types.h"
 
-namespace mcast6::ctl {
+namespace mcast6::kernel {
 
 // The routing table that a route without a table number is in, and where --vrf points unless given.
 constexpr uint32_t kMainTable = 254;
@@ -31,7 +31,10 @@ std::string timeText(uint64_t seconds);
 // Text from a file as a message or a table can show it: control characters as \xNN.
 std::string printable(std::string_view text);
 
+// The same of a value in a message, where a long one is cut after 80 characters: "abc... (70000 characters)".
+std::string shown(std::string_view text);
+
 // "1 entry", "2 entries"; 'noun' ends in y or takes an s.
 std::string counted(uint64_t count, std::string_view noun);
 
-}  // namespace mcast6::ctl
+}  // namespace mcast6::kernel

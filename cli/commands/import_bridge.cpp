@@ -2,24 +2,33 @@
 // attributes map.
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <array>
+#include <deque>
 #include <filesystem>
 #include <functional>
+#include <map>
+#include <memory>
 #include <set>
+#include <string_view>
 #include <utility>
 
 #include "cli/commands/import.h"
 #include "cli/commands/import_bridge_report.h"
-#include "cli/commands/import_bridge_tables.h"
 #include "cli/failure.h"
 #include "cli/options/command.h"
+#include "cli/output/output.h"
 #include "cli/tables/l2.h"
+#include "kernel/apply/bridges.h"
 #include "kernel/capture/bridge.h"
-#include "kernel/capture/json_input.h"
-#include "kernel/text.h"
+#include "kernel/capture/json_list.h"
+#include "kernel/capture/link_list.h"
+#include "kernel/error.h"
 
 namespace mcast6::ctl {
 namespace {
+
+using kernel::Json;
 
 // A capture: what it is of, the option that names its file, the end of its name in a directory.
 struct CaptureKind {
@@ -69,7 +78,7 @@ CaptureFiles filesOfDirectory(const Arguments& arguments) {
 CaptureFiles filesOf(const Arguments& arguments) {
     if (arguments.has("DIR")) return filesOfDirectory(arguments);
     if (arguments.has("prefix")) throw UsageError("--prefix goes with DIR");
-    CaptureFiles files{inputName(arguments.text("mdb")), {}};
+    CaptureFiles files{kernel::inputName(arguments.text("mdb")), {}};
     for (size_t capture = 0; capture < kCaptures; ++capture) {
         const CaptureKind& kind = kCaptureKinds[capture];
         if (kind.needed && !arguments.has(kind.option)) throw UsageError("give DIR, or --mdb and --links");
@@ -84,32 +93,49 @@ public:
         : tool_(tool),
           files_(filesOf(arguments)),
           smoothVersion_(arguments.number("smooth-version", 0)),
-          strict_(arguments.has("strict")) {}
+          strict_(arguments.has("strict")),
+          force_(arguments.has("force")) {}
 
-    // Nothing is imported unless all files can be read.
+    // Nothing is imported unless all files can be read to their ends.
     void run() {
-        for (size_t capture = 0; capture < kCaptures; ++capture) {
-            const std::string& path = files_.paths[capture];
-            lists_[capture] = path.empty() ? Json::array() : readJsonList(path, kCaptureKinds[capture].what);
-        }
-        const LinkTable links = LinkTable::fromEntries(files_.paths[kLinkList], lists_[kLinkList]);
-        devices_ = Devices::fromLinks(files_.paths[kLinkList], lists_[kLinkList]);
-        devices_.addBridgeLinks(files_.paths[kBridgeLinkList], lists_[kBridgeLinkList]);
-        tool_.links.replace(Layer::kLayer2, kBridgeRouter, namesOf(links));
+        links_ = kernel::LinkList::fromFile(files_.paths[kLinkList]);
+        for (const Captures capture : {kGroupList, kVlanList, kVlanSwitchList}) open(capture);
+        if (!files_.paths[kBridgeLinkList].empty()) links_.addBridgeLinks(files_.paths[kBridgeLinkList]);
+        if (!links_.isDetailed()) warnOfMissingDetails(files_.paths[kLinkList]);
+        if (!force_) refuseOlder(files_.name, smoothVersion_, "", kernel::newerBridges(smoothVersion_));
+        tool_.links.replace(Layer::kLayer2, kBridgeRouter, namesOf(links_.links()));
         BridgeReport report(tool_, files_.name, smoothVersion_);
-        BridgeTables tables(report, smoothVersion_);
+        kernel::BridgeTables tables(links_.links(), smoothVersion_);
         report_ = &report;
         tables_ = &tables;
         try {
             importAll();
-        } catch (const Failure&) {
-            report.print();
+        } catch (...) {
+            report.print(tables.changes());
             throw;
         }
-        report.print();
+        report.print(tables.changes());
+        tellEnd(tool_, files_.name, report.total());
     }
 
 private:
+    // Checks a list; of the groups, which may be many, what else is told of the bridges is kept, for it comes before them.
+    void open(Captures capture) {
+        const CaptureKind& kind = kCaptureKinds[capture];
+        const std::string& path = files_.paths[capture];
+        if (path.empty()) return;
+        const bool ofVlans = capture != kGroupList;
+        const kernel::JsonListForm form{kind.what, ofVlans ? nullptr : "mdb", ofVlans};
+        lists_[capture] = std::make_unique<kernel::JsonList>(path, form);
+        lists_[capture]->check([&](const Json& part) {
+            if (capture == kGroupList) groupParts_.emplace_back().CopyFrom(part, groupParts_.back().GetAllocator());
+        });
+        if (lists_[capture]->wasLoneBracket()) {
+            complain(fmt::format("{}: only `[`, as `bridge` prints where no bridge filters VLANs: taken as empty",
+                                 kernel::inputName(path)));
+        }
+    }
+
     // VLANs of ports come before all that asks how a port sends.
     void importAll() {
         importBridges();
@@ -122,197 +148,183 @@ private:
     // One row: counted by what becomes of it. 'name' is asked only when it is needed.
     void row(RowKind kind, Captures capture, const std::function<std::string()>& name,
              const std::function<void()>& bring) {
-        const auto called = [&] { return fmt::format("{}: {}", inputName(files_.paths[capture]), name()); };
+        const auto called = [&] { return fmt::format("{}: {}", kernel::inputName(files_.paths[capture]), name()); };
         try {
             bring();
             report_->imported(kind);
-        } catch (const Skipped& reason) {
+        } catch (const kernel::Skipped& reason) {
             report_->skipped(kind, called(), reason.what());
-        } catch (const Refused& reason) {
+        } catch (const kernel::Refused& reason) {
             if (!strict_) return report_->refused(kind, called(), reason.what());
             report_->countRefused(kind);
             throw Failure(fmt::format("{}: refused: {}; stopped there (--strict)", called(), reason.what()));
-        } catch (const Failure& failure) {
-            throw Failure(fmt::format("{}: {}", called(), failure.what()));
+        } catch (const kernel::Error& error) {
+            throw failureOf(error, called() + ": ");
         }
     }
 
-    // The rows in the member 'list' of each entry; an entry without it counts as one row.
+    // The rows in the member 'rows' of each entry of a list; an entry without it counts as one row.
     template <class Bring>
-    void innerRows(RowKind kind, Captures capture, const char* list, Bring bring) {
-        const Json& entries = lists_[capture];
-        for (size_t position = 0; position < entries.size(); ++position) {
-            const Json& entry = entries[position];
-            const auto name = [&] { return fmt::format("entry {} of {}", position + 1, kCaptureKinds[capture].what); };
-            if (!entry.is_object() || !entry.contains(list) || !entry.at(list).is_array()) {
-                row(kind, capture, name, [&] { listMember(entry, list); });
-                continue;
+    void innerRows(RowKind kind, Captures capture, const char* rows, Bring bring) {
+        if (lists_[capture] == nullptr) return;
+        size_t number = 0;
+        lists_[capture]->read([&](const Json& entry) {
+            ++number;
+            const auto name = [&] { return fmt::format("entry {} of {}", number, kCaptureKinds[capture].what); };
+            const Json* inner = kernel::findMember(entry, rows);
+            if (inner == nullptr || !inner->IsArray()) {
+                return row(kind, capture, name, [&] { kernel::listMember(entry, rows); });
             }
-            for (const Json& inner : entry.at(list)) {
+            for (const Json& each : inner->GetArray()) {
                 row(
-                    kind, capture, [&] { return fmt::format("{}: {}", name(), inner.dump()); },
-                    [&] { bring(entry, inner); });
+                    kind, capture, [&] { return fmt::format("{}: {}", name(), kernel::shownJson(each)); },
+                    [&] { bring(entry, each); });
             }
-        }
+        });
     }
 
     void importBridges() {
-        for (const auto& named : devices_.all()) {
-            const Device& device = named.second;
-            if (!device.bridge) continue;
+        for (const Link* link : links_.links().all()) {
+            if (!link->bridge) continue;
             row(
-                RowKind::kBridge, kLinkList, [&] { return "bridge " + printable(device.name); },
-                [&] { tables_->bridge(device); });
+                RowKind::kBridge, kLinkList, [&] { return "bridge " + shown(link->name); },
+                [&] { tables_->bridge(*link); });
         }
     }
 
     void importVlans() {
         innerRows(RowKind::kVlan, kVlanSwitchList, "vlans", [&](const Json& entry, const Json& vlan) {
-            const Device& bridge = devices_.bridgeNamed("ifname", textMember(entry, "ifname"));
-            const auto [first, last] = readVlanRange(vlan);
-            const bool snooping = numberOr(vlan, "mcast_snooping", 0) != 0;
-            const bool querier = numberOr(vlan, "mcast_querier", 0) != 0;
-            const uint32_t mldVersion = numberOr(vlan, "mcast_mld_version", 0);
-            for (uint32_t vlanId = first; vlanId <= last; ++vlanId) {
-                tables_->vlan(bridge, vlanId, snooping, querier, mldVersion);
-                if (hasMember(vlan, "router_ports")) {
-                    importRoutersOf(bridge.name, vlanId, vlan.at("router_ports"), kVlanSwitchList);
-                }
+            const std::string_view bridge = kernel::textMember(entry, "ifname");
+            kernel::Vlan told = kernel::readVlan(vlan, bridge, links_);
+            const Json* routers = kernel::findMember(vlan, "router_ports");
+            for (const uint32_t last = kernel::readVlanRange(vlan).last; told.vlanId <= last; ++told.vlanId) {
+                tables_->vlan(told);
+                if (routers != nullptr) importRoutersOf(bridge, told.vlanId, *routers, kVlanSwitchList);
             }
         });
     }
 
     void importVlanPorts() {
         innerRows(RowKind::kVlanPort, kVlanList, "vlans", [&](const Json& entry, const Json& vlan) {
-            Device& port = devices_.named("ifname", textMember(entry, "ifname"));
-            if (port.bridge) throw Skipped("the bridge itself, which is no port");
-            const Device& bridge = devices_.bridgeNamed("master", port.master);
-            const auto [first, last] = readVlanRange(vlan);
-            const VlanMembership membership = readMembership(vlan);
-            for (uint32_t vlanId = first; vlanId <= last; ++vlanId) {
-                port.vlans[vlanId] = membership;
-                tables_->vlanPort(bridge, port, vlanId, membership);
+            kernel::VlanPort told = kernel::readVlanPort(vlan, kernel::textMember(entry, "ifname"), links_);
+            for (const uint32_t last = kernel::readVlanRange(vlan).last; told.vlanId <= last; ++told.vlanId) {
+                tables_->vlanPort(told);
             }
         });
     }
 
     void importRouterPorts() {
-        for (const Json& part : lists_[kGroupList]) {
-            if (!part.is_object() || !part.contains("router")) continue;
-            const Json& bridges = part.at("router");
-            if (!bridges.is_object()) {
-                importRoutersOf("?", 0, bridges, kGroupList);
+        for (const Json& part : groupParts_) {
+            const Json* bridges = kernel::findMember(part, "router");
+            if (bridges == nullptr) continue;
+            if (!bridges->IsObject()) {
+                importRoutersOf("?", 0, *bridges, kGroupList);
                 continue;
             }
-            for (const auto& [bridge, ports] : bridges.items()) importRoutersOf(bridge, 0, ports, kGroupList);
+            for (const auto& [bridge, ports] : bridges->GetObject()) {
+                importRoutersOf(kernel::textOf(bridge), 0, ports, kGroupList);
+            }
         }
         importPermanentRoutersOfVlans();
     }
 
-    void importRoutersOf(const std::string& bridgeName, uint32_t vlanId, const Json& ports, Captures capture) {
+    void importRoutersOf(std::string_view bridge, uint32_t vlanId, const Json& ports, Captures capture) {
         const auto called = [&](const std::string& port) {
-            return fmt::format("router port ({}, VLAN {}): {}", printable(bridgeName), vlanId, port);
+            return fmt::format("router port ({}, VLAN {}): {}", shown(bridge), vlanId, port);
         };
         const RowKind kind = RowKind::kRouterPort;
-        if (!ports.is_array()) {
+        if (!ports.IsArray()) {
             return row(
-                kind, capture, [&] { return called("?"); }, [] { throw Refused("the ports are not a list"); });
+                kind, capture, [&] { return called("?"); }, [] { throw kernel::Refused("the ports are not a list"); });
         }
-        for (const Json& entry : ports) {
+        for (const Json& entry : ports.GetArray()) {
             row(
-                kind, capture, [&] { return called(entry.dump()); },
-                [&] {
-                    const Device& bridge = devices_.bridgeNamed("bridge", bridgeName);
-                    const Device& port = devices_.portNamed("port", textMember(entry, "port"), bridge);
-                    const auto membership = port.vlans.find(vlanId);
-                    constexpr uint32_t kLearned = 1;
-                    importRouter(
-                        bridge, port, vlanId,
-                        readRouterKind(entry,
-                                       membership == port.vlans.end() ? kLearned : membership->second.mcastRouter));
-                });
+                kind, capture, [&] { return called(kernel::shownJson(entry)); },
+                [&] { importRouter(kernel::readRouterPort(entry, bridge, vlanId, links_)); });
         }
     }
 
-    void importRouter(const Device& bridge, const Device& port, uint32_t vlanId, uint32_t kind) {
-        if (!routers_.insert({bridge.index, port.index, vlanId}).second)
-            throw Refused("an entry before it is the same");
-        tables_->routerPort(bridge, port, vlanId, devices_.tagsOf(port, vlanId), kind);
+    void importRouter(const kernel::RouterPort& router) {
+        if (!routers_.insert({router.bridgeIndex, router.portIndex, router.vlanId}).second) {
+            throw kernel::Refused("an entry before it is the same");
+        }
+        tables_->routerPort(router);
     }
 
     // Where there is no list of the VLANs of bridges, the settings of ports still tell these.
     void importPermanentRoutersOfVlans() {
         constexpr uint32_t kPermanentRouter = 2;
-        for (const auto& named : devices_.all()) {
-            const Device& port = named.second;
-            for (const auto& [vlanId, membership] : port.vlans) {
-                if (membership.mcastRouter != kPermanentRouter) continue;
-                const Device& bridge = devices_.bridgeNamed("master", port.master);
-                if (routers_.contains({bridge.index, port.index, vlanId})) continue;
-                row(
-                    RowKind::kRouterPort, kVlanList,
-                    [&, vlan = vlanId] { return fmt::format("router port ({}, VLAN {})", printable(port.name), vlan); },
-                    [&, vlan = vlanId] { importRouter(bridge, port, vlan, kPermanentRouter); });
-            }
+        for (const auto& [key, membership] : tables_->memberships()) {
+            if (membership.mcastRouter != kPermanentRouter) continue;
+            const kernel::RouterPort router{membership.bridgeIndex, membership.portIndex, membership.vlanId,
+                                            kPermanentRouter};
+            if (routers_.contains({router.bridgeIndex, router.portIndex, router.vlanId})) continue;
+            const auto name = [&] {
+                const Link* port = links_.links().byIndex(router.portIndex);
+                return fmt::format("router port ({}, VLAN {})", shown(port->name), router.vlanId);
+            };
+            row(RowKind::kRouterPort, kVlanList, name, [&] { importRouter(router); });
         }
     }
 
     void importGroups() {
-        size_t number = 0;
-        for (const Json& part : lists_[kGroupList]) {
-            if (!part.is_object() || !part.contains("mdb") || !part.at("mdb").is_array()) {
-                row(
-                    RowKind::kGroup, kGroupList, [] { return std::string("group list"); },
-                    [&] { listMember(part, "mdb"); });
-                continue;
-            }
-            const Json& rows = part.at("mdb");
-            Progress progress(fmt::format("importing {}", files_.name), rows.size());
-            for (size_t position = 0; position < rows.size(); ++position) {
-                progress.at(position);
-                ++number;
-                const Json& entry = rows[position];
-                row(
-                    RowKind::kGroup, kGroupList, [&] { return progress.clear(), groupRowName(number, entry); },
-                    [&] { importGroup(entry, number); });
-            }
-        }
+        Progress progress(fmt::format("importing {}", files_.name), lists_[kGroupList]->rows());
+        uint64_t number = 0;
+        const auto atRow = [&](const Json& entry) {
+            progress.at(number);
+            ++number;
+            row(
+                RowKind::kGroup, kGroupList, [&] { return progress.clear(), kernel::groupRowName(number, entry); },
+                [&] { importGroup(entry, number); });
+        };
+        const auto atPart = [&](const Json& part) {
+            const Json* rows = kernel::findMember(part, "mdb");
+            if (rows != nullptr && rows->IsArray()) return;
+            row(
+                RowKind::kGroup, kGroupList, [] { return std::string("group list"); },
+                [&] { kernel::listMember(part, "mdb"); });
+        };
+        lists_[kGroupList]->read(atPart, atRow);
     }
 
-    using EntryKey = std::array<uint32_t, 10>;
+    // What one row has to itself.
+    using RowKey = std::array<uint32_t, 11>;
 
-    static EntryKey keyOf(const GroupRow& row) {
-        EntryKey key{row.bridge->index, row.vlanId};
-        std::copy(std::begin(row.group.word), std::end(row.group.word), key.begin() + 2);
-        std::copy(std::begin(row.source.word), std::end(row.source.word), key.begin() + 6);
+    static RowKey keyOf(const kernel::GroupEntry& entry) {
+        RowKey key{entry.bridgeIndex, entry.vlanId, entry.portIndex};
+        std::copy(std::begin(entry.group.word), std::end(entry.group.word), key.begin() + 3);
+        std::copy(std::begin(entry.source.word), std::end(entry.source.word), key.begin() + 7);
         return key;
     }
 
-    void importGroup(const Json& entry, size_t number) {
-        const GroupRow row = readGroupRow(entry, devices_);
-        const EntryKey key = keyOf(row);
-        const auto [first, isFirst] = members_.try_emplace({key, row.port->index}, number);
+    void importGroup(const Json& row, uint64_t number) {
+        const kernel::GroupEntry entry = kernel::readGroupEntry(row, links_);
+        const auto [first, isFirst] = seen_.try_emplace(keyOf(entry), number);
         if (!isFirst) {
-            throw Refused(fmt::format("row {} has the same bridge, VLAN, group, source and port", first->second));
+            throw kernel::Refused(
+                fmt::format("row {} has the same bridge, VLAN, group, source and port", first->second));
         }
-        if (entries_.insert(key).second) tables_->entry(row);
-        tables_->member(row, devices_.tagsOf(*row.port, row.vlanId));
+        tables_->group(entry);
     }
 
     Tool& tool_;
     CaptureFiles files_;
     uint32_t smoothVersion_;
     bool strict_;
-    std::array<Json, kCaptures> lists_;
-    Devices devices_;
+    bool force_;
+    std::array<std::unique_ptr<kernel::JsonList>, kCaptures> lists_;  // null: there is no such file
+    std::deque<rapidjson::Document> groupParts_;                      // of the group list, without the groups
+    kernel::LinkList links_;
     BridgeReport* report_ = nullptr;
-    BridgeTables* tables_ = nullptr;
-    std::set<std::array<uint32_t, 3>> routers_;                // bridge, port, VLAN
-    std::set<EntryKey> entries_;                               // of this capture
-    std::map<std::pair<EntryKey, uint32_t>, size_t> members_;  // with the port; row numbers
+    kernel::BridgeTables* tables_ = nullptr;
+    std::set<std::array<uint32_t, 3>> routers_;  // bridge, port, VLAN
+    std::map<RowKey, uint64_t> seen_;            // row numbers
 };
 
-void importBridge(Tool& tool, const Arguments& arguments) { BridgeImport(tool, arguments).run(); }
+void importBridge(Tool& tool, const Arguments& arguments) {
+    BridgeImport import(tool, arguments);
+    asFailure([&] { import.run(); });
+}
 
 }  // namespace
 
@@ -330,7 +342,7 @@ void addImportBridge(Commands& commands) {
           valueOption("vlans", "FILE", "Without DIR: `bridge -j -d vlan show`"),
           valueOption("vlan-globals", "FILE", "Without DIR: `bridge -j -d vlan global show`"),
           valueOption("smooth-version", "N", "Smooth version that all records of the captures get; 0 unless given"),
-          flagOption("strict", "Stop at the first row that is refused")},
+          flagOption("strict", "Stop at the first row that is refused"), forceOption()},
          importBridge});
 }
 

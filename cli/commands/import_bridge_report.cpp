@@ -2,8 +2,7 @@
 
 #include <fmt/format.h>
 
-#include "cli/tables/l2.h"
-#include "kernel/text.h"
+#include "cli/tables/layer.h"
 
 namespace mcast6::ctl {
 namespace {
@@ -22,7 +21,7 @@ constexpr KindName kKindNames[kRowKinds] = {
 }  // namespace
 
 BridgeReport::BridgeReport(const Tool& tool, std::string source, uint32_t smoothVersion)
-    : tool_(tool), source_(std::move(source)), smoothVersion_(smoothVersion), changes_(l2Tables()) {}
+    : tool_(tool), source_(std::move(source)), smoothVersion_(smoothVersion), tables_(l2Tables()) {}
 
 // Skipped rows are ordinary: the summary has their reasons.
 void BridgeReport::skipped(RowKind kind, const std::string& row, const std::string& reason) {
@@ -41,9 +40,21 @@ void BridgeReport::tell(const std::string& row, const std::string& what, const s
     complain(fmt::format("{}: {}: {}", row, what, reason));
 }
 
-void BridgeReport::print() const { tool_.settings.json ? printJson() : printText(); }
+ImportCounts BridgeReport::total() const {
+    ImportCounts total;
+    for (const RowCounts& counts : rows_) {
+        total.read += counts.sum();
+        total.imported += counts.imported;
+        total.refused += counts.refused;
+    }
+    return total;
+}
 
-void BridgeReport::printText() const {
+void BridgeReport::print(const kernel::TableChanges& changes) const {
+    tool_.settings.json ? printJson(changes) : printText(changes);
+}
+
+void BridgeReport::printText(const kernel::TableChanges& changes) const {
     TextTable rows({"ROWS", "READ", "IMPORTED", "SKIPPED", "REFUSED"});
     for (size_t kind = 0; kind < kRowKinds; ++kind) {
         const RowCounts& counts = rows_[kind];
@@ -55,11 +66,11 @@ void BridgeReport::printText() const {
         printLine(
             fmt::format("{} skipped: {} ({})", kKindNames[static_cast<size_t>(what.first)].title, what.second, count));
     }
-    changes_.print();
+    tables_.print(changes);
     printLine(fmt::format("{}, smooth version {}", source_, smoothVersion_));
 }
 
-void BridgeReport::printJson() const {
+void BridgeReport::printJson(const kernel::TableChanges& changes) const {
     JsonWriter json;
     json.beginObject().member("source", source_).member("smoothVersion", uint64_t{smoothVersion_}).beginArray("rows");
     for (size_t kind = 0; kind < kRowKinds; ++kind) {
@@ -74,7 +85,7 @@ void BridgeReport::printJson() const {
         json.member("reason", what.second).member("count", count).endObject();
     }
     json.endArray();
-    changes_.writeJson(json);
+    tables_.writeJson(json, changes);
     json.endObject();
     printLine(json.take());
 }

@@ -29,11 +29,11 @@ public:
     // A refused row that is told otherwise.
     void countRefused(RowKind kind) { ++rows_[static_cast<size_t>(kind)].refused; }
 
-    // The fate of a record in the table of this name, "l2mc6_elb".
-    void count(const char* databaseName, Fate fate) { changes_.count(databaseName, fate); }
-
     // The summary on standard output.
-    void print() const;
+    void print(const kernel::TableChanges& changes) const;
+
+    // Of all rows.
+    ImportCounts total() const;
 
 private:
     struct RowCounts {
@@ -44,15 +44,15 @@ private:
     };
 
     void tell(const std::string& row, const std::string& what, const std::string& reason);
-    void printText() const;
-    void printJson() const;
+    void printText(const kernel::TableChanges& changes) const;
+    void printJson(const kernel::TableChanges& changes) const;
 
     const Tool& tool_;
     std::string source_;
     uint32_t smoothVersion_;
     RowCounts rows_[kRowKinds];
     std::map<std::pair<RowKind, std::string>, uint64_t> skipReasons_;
-    TableChanges changes_;
+    TableReport tables_;
     uint64_t told_ = 0;
 };
 

@@ -1,124 +1,140 @@
 // import mroute: the kernel's IPv6 multicast routes into the layer-3 tables. docs/mcast6ctl.md tells how a route's members map.
 #include <fmt/format.h>
 
-#include <map>
-#include <set>
-#include <tuple>
+#include <optional>
 #include <utility>
 
 #include "cli/commands/import.h"
 #include "cli/commands/import_mroute_report.h"
-#include "cli/commands/import_mroute_tables.h"
 #include "cli/failure.h"
 #include "cli/options/command.h"
-#include "cli/tables/l3.h"
-#include "kernel/capture/json_input.h"
+#include "kernel/apply/routes.h"
+#include "kernel/capture/json_list.h"
+#include "kernel/capture/link_list.h"
 #include "kernel/capture/route.h"
-#include "kernel/text.h"
+#include "kernel/capture/route_numbers.h"
+#include "kernel/error.h"
 
 namespace mcast6::ctl {
 namespace {
 
+using kernel::Json;
+using kernel::RouteState;
+
 class RouteImport {
 public:
-    RouteImport(const Tool& tool, const Arguments& arguments)
-        : file_(inputName(arguments.text("FILE"))),
+    RouteImport(Tool& tool, const Arguments& arguments)
+        : tool_(tool),
+          path_(arguments.text("FILE")),
+          file_(kernel::inputName(path_)),
+          linksPath_(arguments.text("links")),
+          vrId_(arguments.number("vr", 0)),
+          smoothVersion_(arguments.number("smooth-version", 0)),
+          withLinks_(arguments.has("links")),
           strict_(arguments.has("strict")),
-          changes_(l3Tables()),
-          tables_(changes_, arguments.number("vr", 0), arguments.number("smooth-version", 0)),
-          report_(tool, file_, arguments.number("smooth-version", 0)) {}
+          force_(arguments.has("force")) {
+        if (withLinks_ && linksPath_ == "-" && path_ == "-") {
+            throw UsageError("only one of FILE and --links can be standard input");
+        }
+    }
 
-    void run(const Json& entries, const LinkTable* links) {
+    // Nothing is imported unless both files can be read to their ends.
+    void run() {
+        kernel::JsonList entries(path_, {.holds = "routes"});
+        entries.check();
+        kernel::LinkList links;
+        if (withLinks_) links = kernel::LinkList::fromFile(linksPath_);
+        if (!links.isDetailed()) warnOfMissingDetails(linksPath_);
+        if (!force_) {
+            refuseOlder(file_, smoothVersion_, fmt::format(" in VR {}", vrId_),
+                        kernel::newerRoutes(vrId_, smoothVersion_));
+        }
+        if (withLinks_) tool_.links.replace(Layer::kLayer3, vrId_, namesOf(links.links()));
+        RouteReport report(tool_, file_, smoothVersion_);
+        kernel::RouteTables tables(links.links(), vrId_, smoothVersion_);
+        report_ = &report;
+        tables_ = &tables;
         try {
-            importAll(entries, links);
-        } catch (const Failure&) {
-            if (!report_.empty()) report_.print(changes_);
+            importAll(entries, withLinks_ ? &links.links() : nullptr);
+        } catch (...) {
+            if (!report.empty()) report.print(tables.changes());
             throw;
         }
-        report_.print(changes_);
+        report.print(tables.changes());
+        const FateCounts total = report.total();
+        const uint64_t refused = total[Fate::kRefused];
+        tellEnd(tool_, file_, {total.sum(), total.sum() - refused - total[Fate::kSkipped], refused});
     }
 
 private:
-    void importAll(const Json& entries, const LinkTable* links) {
-        Progress progress(fmt::format("importing {}", file_), entries.size());
-        for (size_t position = 0; position < entries.size(); ++position) {
-            progress.at(position);
-            const Json& entry = entries[position];
+    void importAll(kernel::JsonList& entries, const LinkTable* links) {
+        Progress progress(fmt::format("importing {}", file_), entries.entries());
+        size_t number = 0;
+        entries.read([&](const Json& entry) {
+            progress.at(number);
+            ++number;
             try {
-                importOne(entry, position + 1, links);
-            } catch (const Unresolved& reason) {
+                importOne(entry, number, links, progress);
+            } catch (const kernel::Refused& reason) {
                 progress.clear();
-                seeVrf(routeTable(entry));
-                setAside(entry, position + 1, Fate::kSkipped, fmt::format("skipped: {}", reason.what()));
-            } catch (const Refused& reason) {
+                setAside(entry, number, Fate::kRefused, fmt::format("refused: {}", reason.what()));
+            } catch (const kernel::Error& error) {
                 progress.clear();
-                setAside(entry, position + 1, Fate::kRefused, fmt::format("refused: {}", reason.what()));
-            } catch (const Failure& failure) {
-                throw Failure(fmt::format("{}: {}: {}", file_, routeName(position + 1, entry), failure.what()));
+                throw failureOf(error, fmt::format("{}: {}: ", file_, kernel::routeName(number, entry)));
             }
-        }
+        });
     }
 
-    void importOne(const Json& entry, size_t number, const LinkTable* links) {
-        const Route route = readRoute(entry, links);
-        const auto [first, isFirst] = seen_.try_emplace(keyOf(route), number);
-        if (!isFirst) {
-            throw Refused(fmt::format("entry {} has the same table, source and group", first->second));
-        }
-        seeVrf(route.table);
-        report_.count(route.table, tables_.route(route));
-        report_.countOutgoing(route.outgoing.size());
-    }
-
-    // A VRF has its configuration once it is known to have routes, be it that none of them can forward.
-    void seeVrf(uint32_t vrfId) {
-        if (vrfs_.insert(vrfId).second) tables_.vrf(vrfId);
+    void importOne(const Json& entry, size_t number, const LinkTable* links, Progress& progress) {
+        kernel::readRoute(entry, links, route_);
+        const bool forwards = route_.state == RouteState::kForwards;
+        const uint64_t first = forwards ? seen_.firstOf(route_, number) : 0;
+        if (first != 0) throw kernel::Refused(fmt::format("entry {} has the same table, source and group", first));
+        const Fate fate = tables_->route(route_, true);
+        report_->countOutgoing(route_.outIfIndexes.size());
+        if (forwards) return report_->count(route_.table, fate);
+        progress.clear();
+        setAside(entry, number, Fate::kSkipped,
+                 route_.state == RouteState::kUnresolved ? "skipped: the route is unresolved"
+                                                         : "skipped: the route has no incoming interface");
     }
 
     // Counts and tells an entry that is not imported; with --strict a refused one ends the import.
     void setAside(const Json& entry, size_t number, Fate fate, const std::string& reason) {
         countSetAside(entry, fate);
+        const std::string name = kernel::routeName(number, entry);
         if (fate == Fate::kRefused && strict_) {
-            throw Failure(fmt::format("{}: {}: {}; stopped there (--strict)", file_, routeName(number, entry), reason));
+            throw Failure(fmt::format("{}: {}: {}; stopped there (--strict)", file_, name, reason));
         }
-        report_.tell(routeName(number, entry), reason);
+        report_->tell(name, reason);
     }
 
     void countSetAside(const Json& entry, Fate fate) {
         try {
-            report_.count(routeTable(entry), fate);
-        } catch (const Refused&) {
-            report_.count(fate);
+            report_->count(kernel::routeTable(entry), fate);
+        } catch (const kernel::Refused&) {
+            report_->count(fate);
         }
     }
 
-    using Words = std::tuple<uint32_t, uint32_t, uint32_t, uint32_t>;
-    using Key = std::tuple<uint32_t, Words, Words>;
-
-    static Words wordsOf(const Mcast6Ipv6Addr& address) {
-        return {address.word[0], address.word[1], address.word[2], address.word[3]};
-    }
-    static Key keyOf(const Route& route) { return {route.table, wordsOf(route.source), wordsOf(route.group)}; }
-
+    Tool& tool_;
+    std::string path_;
     std::string file_;
+    std::string linksPath_;
+    uint32_t vrId_;
+    uint32_t smoothVersion_;
+    bool withLinks_;
     bool strict_;
-    TableChanges changes_;
-    RouteTables tables_;
-    RouteReport report_;
-    std::map<Key, size_t> seen_;  // entry numbers
-    std::set<uint32_t> vrfs_;
+    bool force_;
+    RouteReport* report_ = nullptr;
+    kernel::RouteTables* tables_ = nullptr;
+    kernel::RouteNumbers seen_;
+    kernel::Route route_;  // the memory of one serves all
 };
 
 void importMroute(Tool& tool, const Arguments& arguments) {
     RouteImport import(tool, arguments);
-    const bool withLinks = arguments.has("links");
-    if (withLinks && arguments.text("links") == "-" && arguments.text("FILE") == "-") {
-        throw UsageError("only one of FILE and --links can be standard input");
-    }
-    const Json entries = readJsonList(arguments.text("FILE"), "routes");
-    const LinkTable links = withLinks ? LinkTable::fromFile(arguments.text("links")) : LinkTable();
-    if (withLinks) tool.links.replace(Layer::kLayer3, arguments.number("vr", 0), namesOf(links));
-    import.run(entries, withLinks ? &links : nullptr);
+    asFailure([&] { import.run(); });
 }
 
 }  // namespace
@@ -132,7 +148,7 @@ void addImportMroute(Commands& commands) {
           valueOption("links", "FILE", "The capture of `ip -j -d link` of the same network namespace"),
           valueOption("smooth-version", "N", "Smooth version that all entries of the capture get; 0 unless given"),
           valueOption("vr", "N", "Virtual router of all entries; 0 unless given"),
-          flagOption("strict", "Stop at the first entry that is refused")},
+          flagOption("strict", "Stop at the first entry that is refused"), forceOption()},
          importMroute});
 }
 

@@ -3,7 +3,7 @@
 #include <fmt/format.h>
 
 #include "cli/output/output.h"
-#include "kernel/text.h"
+#include "cli/tables/layer.h"
 
 namespace mcast6::ctl {
 namespace {
@@ -40,6 +40,9 @@ void add(FateCounts& total, const FateCounts& counts) {
 
 }  // namespace
 
+RouteReport::RouteReport(const Tool& tool, std::string file, uint32_t smoothVersion)
+    : tool_(tool), file_(std::move(file)), smoothVersion_(smoothVersion), tables_(l3Tables()) {}
+
 void RouteReport::tell(const std::string& entry, const std::string& reason) {
     if (++told_ <= kTold || tool_.settings.verbose) return complain(fmt::format("{}: {}: {}", file_, entry, reason));
     if (told_ == kTold + 1)
@@ -52,11 +55,11 @@ FateCounts RouteReport::total() const {
     return total;
 }
 
-void RouteReport::print(const TableChanges& changes) const {
+void RouteReport::print(const kernel::TableChanges& changes) const {
     tool_.settings.json ? printJson(changes) : printText(changes);
 }
 
-void RouteReport::printText(const TableChanges& changes) const {
+void RouteReport::printText(const kernel::TableChanges& changes) const {
     std::vector<std::string> titles{"VRF", "READ"};
     for (const FateName& name : kFateNames) titles.emplace_back(name.title);
     TextTable routes(titles);
@@ -64,12 +67,12 @@ void RouteReport::printText(const TableChanges& changes) const {
     if (noVrf_.sum() > 0) addRow(routes, "?", noVrf_);
     addRow(routes, "all", total());
     routes.print();
-    changes.print();
+    tables_.print(changes);
     printLine(fmt::format("{}, smooth version {}: {} of the routes imported", file_, smoothVersion_,
                           counted(outgoing_, "outgoing interface")));
 }
 
-void RouteReport::printJson(const TableChanges& changes) const {
+void RouteReport::printJson(const kernel::TableChanges& changes) const {
     JsonWriter json;
     json.beginObject().member("file", file_).member("smoothVersion", uint64_t{smoothVersion_});
     addMembers(json, total());
@@ -85,7 +88,7 @@ void RouteReport::printJson(const TableChanges& changes) const {
         json.endObject();
     }
     json.endArray();
-    changes.writeJson(json);
+    tables_.writeJson(json, changes);
     json.endObject();
     printLine(json.take());
 }

@@ -5,7 +5,6 @@
 #include <map>
 #include <string>
 
-#include "cli/commands/import.h"
 #include "cli/commands/import_tables.h"
 #include "cli/options/command.h"
 
@@ -13,8 +12,8 @@ namespace mcast6::ctl {
 
 class RouteReport {
 public:
-    RouteReport(const Tool& tool, std::string file, uint32_t smoothVersion)
-        : tool_(tool), file_(std::move(file)), smoothVersion_(smoothVersion) {}
+    // Counts the records of the tables as they are before the import.
+    RouteReport(const Tool& tool, std::string file, uint32_t smoothVersion);
 
     void count(uint32_t vrfId, Fate fate) { ++byVrf_[vrfId][fate]; }
     // An entry whose VRF could not be read.
@@ -28,12 +27,14 @@ public:
     bool empty() const { return total().sum() == 0; }
 
     // The summary on standard output.
-    void print(const TableChanges& changes) const;
+    void print(const kernel::TableChanges& changes) const;
+
+    // Of all entries.
+    FateCounts total() const;
 
 private:
-    FateCounts total() const;
-    void printText(const TableChanges& changes) const;
-    void printJson(const TableChanges& changes) const;
+    void printText(const kernel::TableChanges& changes) const;
+    void printJson(const kernel::TableChanges& changes) const;
 
     const Tool& tool_;
     std::string file_;
@@ -42,6 +43,7 @@ private:
     FateCounts noVrf_;
     uint64_t outgoing_ = 0;
     uint64_t told_ = 0;
+    TableReport tables_;
 };
 
 }  // namespace mcast6::ctl

@@ -6,11 +6,12 @@
 #include <string_view>
 #include <utility>
 
+#include "cli/commands/import.h"
 #include "cli/options/command.h"
 #include "cli/options/command_line.h"
 #include "cli/options/words.h"
 #include "cli/output/output.h"
-#include "kernel/capture/json_input.h"
+#include "kernel/capture/input.h"
 
 namespace mcast6::ctl {
 namespace {
@@ -39,6 +40,16 @@ void runScriptLine(Tool& tool, std::string_view line, bool echo) {
     runLine(tool, words);
 }
 
+std::string readInput(const std::string& path) {
+    std::string text;
+    asFailure([&] {
+        kernel::Input input(path);
+        char block[4096];
+        while (const size_t count = input.read(block, sizeof block)) text.append(block, count);
+    });
+    return text;
+}
+
 void runScript(Tool& tool, const Arguments& arguments) {
     const std::string& path = arguments.text("FILE");
     const std::string text = readInput(path);
@@ -49,13 +60,13 @@ void runScript(Tool& tool, const Arguments& arguments) {
         try {
             runScriptLine(tool, line, arguments.has("echo"));
         } catch (const Failure& failure) {
-            const std::string message = fmt::format("{}:{}: {}", inputName(path), number, failure.what());
+            const std::string message = fmt::format("{}:{}: {}", kernel::inputName(path), number, failure.what());
             if (!arguments.has("keep-going")) throw Failure(message, failure.exitCode());
             complain(message);
             ++failed;
         }
     }
-    if (failed > 0) throw Failure(fmt::format("{}: {} of its commands failed", inputName(path), failed));
+    if (failed > 0) throw Failure(fmt::format("{}: {} of its commands failed", kernel::inputName(path), failed));
 }
 
 void say(Tool& tool, const Arguments& arguments) {

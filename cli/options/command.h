@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "cli/failure.h"
+#include "cli/kernel.h"
 #include "cli/output/link_names.h"
 #include "mcast6_db/types.h"
 
@@ -25,6 +26,8 @@ struct Settings {
 struct Tool {
     Settings settings;
     LinkNames links;  // what displays and options name interfaces by
+    // How the tool ends when no command fails: the highest of what the commands set.
+    ExitCode outcome = kDone;
 };
 
 enum class OptionKind {

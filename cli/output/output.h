@@ -7,6 +7,7 @@
 #include <variant>
 #include <vector>
 
+#include "cli/kernel.h"
 #include "cli/output/link_names.h"
 
 namespace mcast6::ctl {

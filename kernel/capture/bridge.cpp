@@ -6,11 +6,11 @@
 #include <algorithm>
 #include <utility>
 
-#include "cli/failure.h"
-#include "cli/tables/l2.h"
+#include "kernel/apply/layer2_words.h"
+#include "kernel/error.h"
 #include "kernel/text.h"
 
-namespace mcast6::ctl {
+namespace mcast6::kernel {
 namespace {
 
 constexpr uint32_t kLargestVlan = 4094;
@@ -29,7 +29,7 @@ constexpr Word kProtocols[] = {{"redirect", 1}, {"kernel", 2}, {"boot", 3}, {"st
 constexpr Word kRouterKinds[] = {{"permanent", 2}, {"temp", 1}};
 
 template <size_t kCount>
-std::optional<uint32_t> valueOf(const Word (&words)[kCount], const std::string& text) {
+std::optional<uint32_t> valueOf(const Word (&words)[kCount], std::string_view text) {
     const auto* found =
         std::find_if(std::begin(words), std::end(words), [&](const Word& word) { return text == word.text; });
     return found == std::end(words) ? std::nullopt : std::optional<uint32_t>(found->value);
@@ -39,44 +39,12 @@ std::optional<uint32_t> valueOf(const Word (&words)[kCount], const std::string& 
 template <size_t kCount>
 uint32_t wordMember(const Json& entry, const char* name, const Word (&words)[kCount]) {
     if (!hasMember(entry, name)) return 0;
-    const std::string text = textMember(entry, name);
+    const std::string_view text = textMember(entry, name);
     if (const auto value = valueOf(words, text)) return *value;
-    throw Refused(fmt::format("'{}' is '{}', which is unknown", name, printable(text)));
+    throw Refused(fmt::format("'{}' is '{}', which is unknown", name, shown(text)));
 }
 
-BridgeSettings readBridge(const Json& settings) {
-    BridgeSettings bridge;
-    bridge.snooping = truthMember(settings, "mcast_snooping");
-    bridge.vlanFiltering = truthMember(settings, "vlan_filtering");
-    bridge.vlanSnooping = truthMember(settings, "mcast_vlan_snooping");
-    bridge.mldVersion = numberOr(settings, "mcast_mld_version", 0);
-    return bridge;
-}
-
-Device readDevice(const Json& entry) {
-    Device device{readLink(entry), false, {}, {}, {}};
-    const Json& linkInfo = objectMember(entry, "linkinfo");
-    device.fastLeave = truthMember(objectMember(linkInfo, "info_slave_data"), "fastleave");
-    if (device.kind == "bridge") device.bridge = readBridge(objectMember(linkInfo, "info_data"));
-    if (device.kind == "vlan") device.lower = textOr(entry, "link");
-    return device;
-}
-
-// Calls 'read' with each entry of a list of links. A wrong one is the whole list's failure.
-template <class Read>
-void readLinks(const std::string& path, const Json& entries, Read read) {
-    for (size_t position = 0; position < entries.size(); ++position) {
-        const Json& entry = entries[position];
-        if (entry.is_object() && entry.empty()) continue;
-        try {
-            read(entry);
-        } catch (const Refused& refused) {
-            throw Failure(fmt::format("{}: link {}: {}", inputName(path), position + 1, refused.what()));
-        }
-    }
-}
-
-bool isMacAddress(const std::string& text) {
+bool isMacAddress(std::string_view text) {
     if (text.size() != 17) return false;
     for (size_t position = 0; position < text.size(); ++position) {
         const bool isColon = text[position] == ':';
@@ -86,25 +54,26 @@ bool isMacAddress(const std::string& text) {
 }
 
 Mcast6Ipv6Addr readGroup(const Json& entry) {
-    const std::string text = textMember(entry, "grp");
+    const std::string text(textMember(entry, "grp"));
     if (const auto address = parseAddress(text)) return *address;
     in_addr ignored{};
     if (inet_pton(AF_INET, text.c_str(), &ignored) == 1) throw Skipped("an IPv4 group");
     if (isMacAddress(text)) throw Skipped("a MAC address group");
-    throw Refused(fmt::format("'grp' is '{}', not an address", printable(text)));
+    throw Refused(fmt::format("'grp' is '{}', not an address", shown(text)));
 }
 
 Mcast6Ipv6Addr readSource(const Json& entry) {
     if (!hasMember(entry, "src")) return {};
-    const std::string text = textMember(entry, "src");
+    const std::string_view text = textMember(entry, "src");
     const auto address = parseAddress(text);
-    if (!address) throw Refused(fmt::format("'src' is '{}', not an IPv6 address", printable(text)));
-    if (isMulticastAddress(*address)) throw Refused(fmt::format("the source {} is a multicast address", text));
+    if (!address) throw Refused(fmt::format("'src' is '{}', not an IPv6 address", shown(text)));
+    if (isMulticastAddress(*address))
+        throw Refused(fmt::format("the source {} is a multicast address", addressText(*address)));
     return *address;
 }
 
 uint8_t readProtocol(const Json& entry) {
-    const std::string text = textOr(entry, "protocol");
+    const std::string_view text = textOr(entry, "protocol");
     if (const auto known = valueOf(kProtocols, text)) return static_cast<uint8_t>(*known);
     const auto number = parseNumber(text);
     return number && *number <= UINT8_MAX ? static_cast<uint8_t>(*number) : uint8_t{0};
@@ -113,123 +82,84 @@ uint8_t readProtocol(const Json& entry) {
 uint32_t readFlags(const Json& entry) {
     uint32_t flags = wordMember(entry, "state", kStates) | wordMember(entry, "filter_mode", kModes);
     if (!hasMember(entry, "flags")) return flags;
-    for (const Json& word : listMember(entry, "flags")) {
-        const auto flag = word.is_string() ? valueOf(kRowFlags, word.get<std::string>()) : std::nullopt;
-        if (!flag) throw Refused(fmt::format("'flags' has {}, which is unknown", word.dump()));
+    for (const Json& word : listMember(entry, "flags").GetArray()) {
+        const auto flag = word.IsString() ? valueOf(kRowFlags, textOf(word)) : std::nullopt;
+        if (!flag) throw Refused(fmt::format("'flags' has {}, which is unknown", shownJson(word)));
         flags |= *flag;
     }
     return flags;
 }
 
-std::string shownMember(const Json& entry, const char* name, const char* otherwise) {
-    if (!entry.is_object() || !entry.contains(name)) return otherwise;
-    return entry.at(name).is_string() ? printable(entry.at(name).get<std::string>()) : "?";
-}
-
 }  // namespace
 
-Devices Devices::fromLinks(const std::string& path, const Json& entries) {
-    Devices devices;
-    readLinks(path, entries, [&](const Json& entry) {
-        Device device = readDevice(entry);
-        devices.byName_[device.name] = std::move(device);
-    });
-    return devices;
-}
-
-void Devices::addBridgeLinks(const std::string& path, const Json& entries) {
-    readLinks(path, entries, [&](const Json& entry) {
-        Device& device = named("ifname", textMember(entry, "ifname"));
-        if (hasMember(entry, "master")) device.master = textMember(entry, "master");
-        device.fastLeave = truthMember(entry, "fastleave");
-    });
-}
-
-Device& Devices::named(const char* member, const std::string& name) {
-    const auto found = byName_.find(name);
-    if (found != byName_.end()) return found->second;
-    throw Refused(fmt::format("'{}' is '{}', which the link list does not have", member, printable(name)));
-}
-
-Device& Devices::bridgeNamed(const char* member, const std::string& name) {
-    Device& device = named(member, name);
-    if (!device.bridge) throw Refused(fmt::format("'{}' is '{}', which is no bridge", member, printable(name)));
-    return device;
-}
-
-Device& Devices::portNamed(const char* member, const std::string& name, const Device& bridge) {
-    Device& device = named(member, name);
-    if (device.master == bridge.name) return device;
-    throw Refused(fmt::format("'{}' is '{}', which is no port of {}", member, printable(name), printable(bridge.name)));
-}
-
-Tags Devices::tagsOf(const Device& port, uint32_t vlanId) const {
-    if (vlanId != 0) {
-        const auto membership = port.vlans.find(vlanId);
-        const bool tagged = membership != port.vlans.end() && !membership->second.untagged;
-        return {tagged ? static_cast<uint16_t>(vlanId) : uint16_t{0}, 0, tagged};
-    }
-    if (port.kind == "vlan") {
-        const auto below = byName_.find(port.lower);
-        const bool isDouble = below != byName_.end() && below->second.kind == "vlan";
-        return isDouble ? Tags{below->second.vlanId, port.vlanId, true} : Tags{port.vlanId, 0, true};
-    }
-    const bool tagged = !port.vlans.empty() && std::none_of(port.vlans.begin(), port.vlans.end(),
-                                                            [](const auto& vlan) { return vlan.second.untagged; });
-    const bool isOne = tagged && port.vlans.size() == 1;
-    return {isOne ? static_cast<uint16_t>(port.vlans.begin()->first) : uint16_t{0}, 0, tagged};
-}
-
-GroupRow readGroupRow(const Json& entry, Devices& devices) {
-    GroupRow row;
-    const std::string deviceName = textMember(entry, "dev");
-    const std::string portName = textMember(entry, "port");
-    const Device& device = devices.named("dev", deviceName);
-    row.group = readGroup(entry);
-    row.source = readSource(entry);
-    if (device.vxlan() != nullptr)
-        throw Skipped("a row of a VXLAN device's own, whose far ends the capture does not have");
-    row.bridge = &devices.bridgeNamed("dev", deviceName);
-    if (!isMulticastAddress(row.group)) {
-        throw Refused(fmt::format("the group {} is not a multicast address", addressText(row.group)));
+GroupEntry readGroupEntry(const Json& row, const LinkList& links) {
+    const std::string_view deviceName = textMember(row, "dev");
+    const std::string_view portName = textMember(row, "port");
+    const Link& device = links.named("dev", deviceName);
+    GroupEntry entry;
+    entry.group = readGroup(row);
+    entry.source = readSource(row);
+    if (device.isVxlan()) throw Skipped("a row of a VXLAN device's own, whose far ends the capture does not have");
+    const Link& bridge = links.bridgeNamed("dev", deviceName);
+    if (!isMulticastAddress(entry.group)) {
+        throw Refused(fmt::format("the group {} is not a multicast address", addressText(entry.group)));
     }
     if (portName == deviceName) throw Skipped("joined by the bridge itself");
-    row.port = &devices.portNamed("port", portName, *row.bridge);
-    row.vlanId = numberOr(entry, "vid", 0);
-    if (row.vlanId > kLargestVlan) throw Refused(fmt::format("'vid' is {}, not a VLAN", row.vlanId));
-    row.flags = readFlags(entry) | (row.port->fastLeave ? kFastLeave : 0U);
-    row.protocol = readProtocol(entry);
-    return row;
+    entry.bridgeIndex = bridge.index;
+    entry.portIndex = links.portNamed("port", portName, bridge).index;
+    entry.vlanId = numberOr(row, "vid", 0);
+    if (entry.vlanId > kLargestVlan) throw Refused(fmt::format("'vid' is {}, not a VLAN", entry.vlanId));
+    entry.flags = readFlags(row);
+    entry.protocol = readProtocol(row);
+    return entry;
 }
 
-std::string groupRowName(size_t number, const Json& entry) {
-    return fmt::format("group row {} ({}, port {}, group {}, source {})", number, shownMember(entry, "dev", "?"),
-                       shownMember(entry, "port", "?"), shownMember(entry, "grp", "?"),
-                       shownMember(entry, "src", "::"));
+std::string groupRowName(size_t number, const Json& row) {
+    return fmt::format("group row {} ({}, port {}, group {}, source {})", number, shownMember(row, "dev"),
+                       shownMember(row, "port"), shownMember(row, "grp"), shownMember(row, "src", "::"));
 }
 
-VlanRange readVlanRange(const Json& entry) {
-    const uint32_t first = numberMember(entry, "vlan");
-    const uint32_t last = numberOr(entry, "vlanEnd", first);
+RouterPort readRouterPort(const Json& entry, std::string_view bridgeName, uint32_t vlanId, const LinkList& links) {
+    const Link& bridge = links.bridgeNamed("bridge", bridgeName);
+    const Link& port = links.portNamed("port", textMember(entry, "port"), bridge);
+    RouterPort router{bridge.index, port.index, vlanId, {}};
+    if (hasMember(entry, "type")) router.kind = wordMember(entry, "type", kRouterKinds);
+    return router;
+}
+
+VlanRange readVlanRange(const Json& vlan) {
+    const uint32_t first = numberMember(vlan, "vlan");
+    const uint32_t last = numberOr(vlan, "vlanEnd", first);
     if (first == 0 || last < first || last > kLargestVlan) {
         throw Refused(fmt::format("'vlan' is {} to {}, not a range of VLANs", first, last));
     }
     return {first, last};
 }
 
-VlanMembership readMembership(const Json& entry) {
-    VlanMembership membership;
+Vlan readVlan(const Json& entry, std::string_view bridge, const LinkList& links) {
+    Vlan vlan;
+    vlan.bridgeIndex = links.bridgeNamed("ifname", bridge).index;
+    vlan.vlanId = readVlanRange(entry).first;
+    vlan.snooping = numberOr(entry, "mcast_snooping", 0) != 0;
+    vlan.querier = numberOr(entry, "mcast_querier", 0) != 0;
+    vlan.mldVersion = numberOr(entry, "mcast_mld_version", 0);
+    return vlan;
+}
+
+VlanPort readVlanPort(const Json& entry, std::string_view portName, const LinkList& links) {
+    const Link& port = links.named("ifname", portName);
+    if (port.bridge) throw Skipped("the bridge itself, which is no port");
+    VlanPort membership;
+    membership.bridgeIndex = links.bridgeOf(port).index;
+    membership.portIndex = port.index;
+    membership.vlanId = readVlanRange(entry).first;
     membership.mcastRouter = numberOr(entry, "mcast_router", 0);
     if (!hasMember(entry, "flags")) return membership;
-    for (const Json& word : listMember(entry, "flags")) {
-        membership.untagged |= word == "Egress Untagged";
-        membership.pvid |= word == "PVID";
+    for (const Json& word : listMember(entry, "flags").GetArray()) {
+        membership.untagged |= word.IsString() && textOf(word) == "Egress Untagged";
+        membership.pvid |= word.IsString() && textOf(word) == "PVID";
     }
     return membership;
 }
 
-uint32_t readRouterKind(const Json& entry, uint32_t otherwise) {
-    return hasMember(entry, "type") ? wordMember(entry, "type", kRouterKinds) : otherwise;
-}
-
-}  // namespace mcast6::ctl
+}  // namespace mcast6::kernel

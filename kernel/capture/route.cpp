@@ -4,81 +4,68 @@
 
 #include <algorithm>
 
-#include "cli/failure.h"
+#include "kernel/error.h"
 #include "kernel/text.h"
 
-namespace mcast6::ctl {
+namespace mcast6::kernel {
 namespace {
 
-constexpr const char* kUnresolved = "unresolved";
+constexpr std::string_view kUnresolved = "unresolved";
 
 Mcast6Ipv6Addr addressMember(const Json& entry, const char* name) {
-    const std::string text = textMember(entry, name);
+    const std::string_view text = textMember(entry, name);
     if (const auto address = parseAddress(text)) return *address;
-    throw Refused(fmt::format("'{}' is '{}', not an IPv6 address", name, printable(text)));
+    throw Refused(fmt::format("'{}' is '{}', not an IPv6 address", name, shown(text)));
 }
 
 const Link& linkMember(const Json& entry, const char* name, const LinkTable* links) {
-    const std::string text = textMember(entry, name);
+    const std::string_view text = textMember(entry, name);
     if (links == nullptr) {
-        throw Failure(
-            fmt::format("names the interface {}; give the captured link list with --links FILE", printable(text)));
+        throw Error(fmt::format("names the interface {}; give the captured link list with --links FILE", shown(text)));
     }
     if (const Link* link = links->byName(text)) return *link;
-    throw Refused(fmt::format("'{}' is the interface '{}', which the link list does not have", name, printable(text)));
+    throw Refused(fmt::format("'{}' is the interface '{}', which the link list does not have", name, shown(text)));
 }
 
-void checkResolved(const Json& entry) {
-    const std::string state = hasMember(entry, "state") ? textMember(entry, "state") : "resolved";
-    if (state == kUnresolved) throw Unresolved("the route is unresolved");
-    if (state != "resolved")
-        throw Refused(fmt::format("'state' is '{}', neither resolved nor unresolved", printable(state)));
-    if (textMember(entry, "iif") == kUnresolved) throw Unresolved("the route has no incoming interface");
+RouteState stateOf(const Json& entry) {
+    const std::string_view state = hasMember(entry, "state") ? textMember(entry, "state") : "resolved";
+    if (state == kUnresolved) return RouteState::kUnresolved;
+    if (state != "resolved") {
+        throw Refused(fmt::format("'state' is '{}', neither resolved nor unresolved", shown(state)));
+    }
+    return textMember(entry, "iif") == kUnresolved ? RouteState::kNoInput : RouteState::kForwards;
 }
 
-std::vector<const Link*> outgoingLinks(const Json& entry, const LinkTable* links) {
-    std::vector<const Link*> outgoing;
-    if (!hasMember(entry, "multipath")) return outgoing;
-    const Json& paths = listMember(entry, "multipath");
-    for (size_t position = 0; position < paths.size(); ++position) {
+void readOutgoing(const Json& entry, const LinkTable* links, std::vector<uint32_t>& outgoing) {
+    if (!hasMember(entry, "multipath")) return;
+    size_t number = 0;
+    for (const Json& path : listMember(entry, "multipath").GetArray()) {
+        ++number;
         try {
-            const Link& link = linkMember(paths[position], "oif", links);
-            if (std::find(outgoing.begin(), outgoing.end(), &link) != outgoing.end()) {
-                throw Refused(fmt::format("the interface '{}' is there twice", printable(link.name)));
+            const Link& link = linkMember(path, "oif", links);
+            if (std::find(outgoing.begin(), outgoing.end(), link.index) != outgoing.end()) {
+                throw Refused(fmt::format("the interface '{}' is there twice", shown(link.name)));
             }
-            outgoing.push_back(&link);
+            outgoing.push_back(link.index);
         } catch (const Refused& refused) {
-            throw Refused(fmt::format("'multipath' {}: {}", position + 1, refused.what()));
+            throw Refused(fmt::format("'multipath' {}: {}", number, refused.what()));
         }
     }
-    return outgoing;
-}
-
-// The register interface that a route with these interfaces uses, or 0.
-uint32_t registerOf(const Link& incoming, const std::vector<const Link*>& outgoing) {
-    if (incoming.isRegister) return incoming.index;
-    const auto found =
-        std::find_if(outgoing.begin(), outgoing.end(), [](const Link* link) { return link->isRegister; });
-    return found == outgoing.end() ? 0 : (*found)->index;
-}
-
-std::string shownMember(const Json& entry, const char* name) {
-    if (!entry.is_object() || !entry.contains(name) || !entry.at(name).is_string()) return "?";
-    return printable(entry.at(name).get<std::string>());
 }
 
 }  // namespace
 
 uint32_t routeTable(const Json& entry) {
     if (!hasMember(entry, "table")) return kMainTable;
-    if (!entry.at("table").is_string()) return numberMember(entry, "table");
-    const std::string text = textMember(entry, "table");
+    if (!findMember(entry, "table")->IsString()) return numberMember(entry, "table");
+    const std::string_view text = textMember(entry, "table");
     if (const auto table = parseRoutingTable(text)) return *table;
-    throw Refused(fmt::format("'table' is '{}', neither a number nor main, default or local", printable(text)));
+    throw Refused(fmt::format("'table' is '{}', neither a number nor main, default or local", shown(text)));
 }
 
-Route readRoute(const Json& entry, const LinkTable* links) {
-    Route route;
+void readRoute(const Json& entry, const LinkTable* links, Route& route) {
+    route.outIfIndexes.clear();
+    route.inIfIndex = 0;
     route.table = routeTable(entry);
     route.source = addressMember(entry, "src");
     route.group = addressMember(entry, "dst");
@@ -88,12 +75,10 @@ Route readRoute(const Json& entry, const LinkTable* links) {
     if (isMulticastAddress(route.source)) {
         throw Refused(fmt::format("the source {} is a multicast address", addressText(route.source)));
     }
-    checkResolved(entry);
-    const Link& incoming = linkMember(entry, "iif", links);
-    route.outgoing = outgoingLinks(entry, links);
-    route.inIfIndex = incoming.index;
-    route.regIfIndex = registerOf(incoming, route.outgoing);
-    return route;
+    route.state = stateOf(entry);
+    if (route.state != RouteState::kForwards) return;
+    route.inIfIndex = linkMember(entry, "iif", links).index;
+    readOutgoing(entry, links, route.outIfIndexes);
 }
 
 std::string routeName(size_t entryNumber, const Json& entry) {
@@ -101,4 +86,4 @@ std::string routeName(size_t entryNumber, const Json& entry) {
                        shownMember(entry, "dst"));
 }
 
-}  // namespace mcast6::ctl
+}  // namespace mcast6::kernel

@@ -1,26 +1,17 @@
 // Tunnel devices of a captured link list.
 #pragma once
 
-#include <cstdint>
-#include <nlohmann/json_fwd.hpp>
-#include <string>
+#include <string_view>
 
-#include "mcast6_db/types.h"
+#include "kernel/capture/json.h"
+#include "kernel/model.h"
 
-namespace mcast6::ctl {
-
-struct Tunnel {
-    uint32_t id = 0;  // the network of VXLAN and Geneve, the output key of GRE; 0: none
-    uint32_t udpPort = 0;
-    uint8_t underlay = 0;  // IP version of the tunnel's ends; 0: not told
-    Mcast6Ipv6Addr
-        remote{};  // the far end, or the group that stands for all ends; all zero: none; IPv4 as ::ffff:a.b.c.d
-};
+namespace mcast6::kernel {
 
 // Whether links of this kind ("ip6gre", "vxlan", ...) are tunnels.
-bool isTunnel(const std::string& kind);
+bool isTunnel(std::string_view kind);
 
 // What the link list tells of a tunnel of this kind (its info_data). Throws Refused.
-Tunnel readTunnel(const std::string& kind, const nlohmann::json& settings);
+Tunnel readTunnel(std::string_view kind, const Json& settings);
 
-}  // namespace mcast6::ctl
+}  // namespace mcast6::kernel
