@@ -16,7 +16,9 @@ namespace mcast6::kernel {
 namespace {
 
 constexpr size_t kBlock = size_t{1} << 16;
-constexpr unsigned kFlags = rapidjson::kParseValidateEncodingFlag | rapidjson::kParseStopWhenDoneFlag;
+// What was checked once need not be checked for its encoding again.
+constexpr unsigned kReadFlags = rapidjson::kParseStopWhenDoneFlag;
+constexpr unsigned kCheckFlags = rapidjson::kParseValidateEncodingFlag | kReadFlags;
 
 // The text as the parser takes it, a character at a time. To the parser it ends where an entry becomes too large.
 class Text {
@@ -118,6 +120,7 @@ std::pair<uint64_t, uint64_t> placeOf(Input& input, size_t position) {
 }
 
 // One pass over the list.
+template <unsigned kFlags>
 class Pass {
 public:
     Pass(const std::string& name, const JsonListForm& form, Input& input, JsonList::Visit atEntry,
@@ -201,7 +204,7 @@ private:
     template <class Handler>
     void parse(Handler& handler, unsigned depth) {
         Shallow<Handler> shallow(handler, depth);
-        const rapidjson::ParseResult result = reader_.Parse<kFlags>(text_, shallow);
+        const rapidjson::ParseResult result = reader_.template Parse<kFlags>(text_, shallow);
         if (!result.IsError()) return;
         if (shallow.isTooDeep()) fail(fmt::format("entry {} is nested deeper than {}", entries_ + 1, kDeepest));
         if (text_.isAtEnd()) failHere("");
@@ -317,7 +320,7 @@ JsonList::JsonList(const std::string& path, const JsonListForm& form)
     : name_(inputName(path)), form_(form), input_(path) {}
 
 void JsonList::check(const Visit& atEntry) {
-    Pass pass(name_, form_, input_, atEntry, {});
+    Pass<kCheckFlags> pass(name_, form_, input_, atEntry, {});
     pass.run();
     entries_ = pass.entries();
     rows_ = pass.rows();
@@ -326,7 +329,7 @@ void JsonList::check(const Visit& atEntry) {
 
 void JsonList::read(const Visit& atEntry, const Visit& atRow) {
     input_.rewind();
-    Pass(name_, form_, input_, atEntry, atRow).run();
+    Pass<kReadFlags>(name_, form_, input_, atEntry, atRow).run();
 }
 
 }  // namespace mcast6::kernel
