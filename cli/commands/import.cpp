@@ -22,8 +22,6 @@ void tellEnd(Tool& tool, const std::string& input, const ImportCounts& counts) {
         complain(fmt::format("{}: there is nothing to import", input));
         tool.outcome = std::max(tool.outcome, kNothing);
     } else if (counts.refused > 0) {
-        complain(fmt::format("{}: {} of {} refused{}", input, counts.refused, counted(counts.read, "entry"),
-                             counts.imported == 0 ? ", and nothing imported" : ""));
         tool.outcome = std::max(tool.outcome, counts.imported == 0 ? kNothing : kPartial);
     }
 }

@@ -41,9 +41,9 @@ Input::Input(const std::string& path)
     : name_(inputName(path)),
       file_(path == "-" ? STDIN_FILENO : open(path.c_str(), O_RDONLY | O_CLOEXEC)),
       owned_(path != "-"),
-      keeps_(!isFile(file_)),
       raw_(kBlock) {
     if (file_ < 0) fail(std::strerror(errno));
+    keeps_ = !isFile(file_);
     if (!keeps_ && !owned_) start_ = std::max<off_t>(lseek(file_, 0, SEEK_CUR), 0);
 }
 

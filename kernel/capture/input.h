@@ -36,9 +36,9 @@ private:
 
     std::string name_;
     int file_;
-    bool owned_;     // whether 'file_' is closed at the end
-    int kept_ = -1;  // the temporary file
-    bool keeps_;     // whether bytes still go there
+    bool owned_;          // whether 'file_' is closed at the end
+    int kept_ = -1;       // the temporary file
+    bool keeps_ = false;  // whether bytes still go there
     size_t bytesKept_ = 0;
     off_t start_ = 0;        // where a file that is standard input begins
     std::vector<char> raw_;  // bytes read and not yet taken: from 'taken_' to 'filled_'

@@ -52,6 +52,15 @@ Outcome run(const std::vector<std::string>& words, const std::string& input, con
     return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, readFile(out), readFile(err)};
 }
 
+Outcome runShell(const std::string& line) {
+    const fs::path out = scratch() / "stdout";
+    const fs::path err = scratch() / "stderr";
+    const std::string command =
+        "CTL=" + shellWord(MCAST6_CTL) + "; { " + line + "; } >" + shellWord(out) + " 2>" + shellWord(err);
+    const int status = std::system(command.c_str());
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, readFile(out), readFile(err)};
+}
+
 Outcome runScript(const std::string& script, const std::vector<std::string>& options) {
     std::vector<std::string> words{"script", "-"};
     words.insert(words.end(), options.begin(), options.end());

@@ -9,6 +9,10 @@ namespace mcast6::ctl::test {
 
 using Json = nlohmann::json;
 
+// How the tool ends when an import refused some of its entries, and when it brought none.
+constexpr int kPartial = 3;
+constexpr int kNothing = 4;
+
 struct Outcome {
     int exitCode = -1;  // -1: it did not end by itself
     std::string out;
@@ -17,6 +21,9 @@ struct Outcome {
 
 // 'words' are the tool's arguments; 'input' is its standard input; it runs in 'directory'.
 Outcome run(const std::vector<std::string>& words, const std::string& input = "", const std::string& directory = ".");
+
+// A line of shell in which $CTL is the tool.
+Outcome runShell(const std::string& line);
 
 // A script on standard input.
 Outcome runScript(const std::string& script, const std::vector<std::string>& options = {});

@@ -1,5 +1,5 @@
 #!/bin/bash
-# Which directory may include which: cli -> include; l2, l3 -> frame -> platform/include <- engine, host;
+# Which directory may include which: cli -> kernel -> include; l2, l3 -> frame -> platform/include <- engine, host;
 # engine -> store interface <- stores. Prints every #include line that goes another way, exits 1 if any.
 #   arrows.sh [TREE]
 set -euo pipefail
@@ -20,6 +20,7 @@ allowedFor() {
     platform/store/*) echo '^platform/(store|schema|include)/' ;;
     platform/host/*) echo '^platform/(host|schema|include)/' ;;
     platform/*) echo '^platform/' ;;
+    kernel/*) echo '^(kernel|include|platform/include)/' ;;
     cli/*) echo '^(cli|kernel|include|platform/include)/' ;;
     examples/*) echo '^(include|platform/include)/' ;;
     bench/*) echo '^(bench|include|platform)/' ;;
