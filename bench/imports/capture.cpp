@@ -1,16 +1,8 @@
-// Makes up a capture of a router with many multicast routes, as `ip -6 -j -s mroute show table all` and `ip -j -d link`
-// print them: mcast6capture ROUTES DIRECTORY writes DIRECTORY/mroute.json and DIRECTORY/link.json.
-//
-// A route has one to five outgoing interfaces, three on average; a source sends to sixteen groups.
+#include "bench/imports/capture.h"
+
 #include <fmt/os.h>
 
-#include <charconv>
-#include <cstdint>
-#include <cstdio>
-#include <cstring>
-#include <exception>
-#include <string>
-
+namespace mcast6::bench {
 namespace {
 
 constexpr uint32_t kLinks = 64;
@@ -21,7 +13,8 @@ void writeLinks(const std::string& path) {
     auto file = fmt::output_file(path);
     file.print(R"([{{"ifindex":1,"ifname":"lo","link_type":"loopback","promiscuity":0}})");
     for (uint32_t link = 0; link < kLinks; ++link) {
-        file.print(R"(,{{"ifindex":{},"ifname":"eth{}","mtu":1500,"link_type":"ether","promiscuity":0)", link + 2, link);
+        file.print(R"(,{{"ifindex":{},"ifname":"eth{}","mtu":1500,"link_type":"ether","promiscuity":0)", link + 2,
+                   link);
         file.print(R"(,"linkinfo":{{"info_kind":"veth"}}}})");
     }
     file.print("]\n");
@@ -47,20 +40,9 @@ void writeRoutes(const std::string& path, uint32_t routes) {
 
 }  // namespace
 
-int main(int count, char** texts) {
-    uint32_t routes = 0;
-    const char* const end = count == 3 ? texts[1] + std::strlen(texts[1]) : nullptr;
-    if (end == nullptr || std::from_chars(texts[1], end, routes).ptr != end) {
-        std::fputs("usage: mcast6capture ROUTES DIRECTORY\n", stderr);
-        return 2;
-    }
-    try {
-        const std::string directory = texts[2];
-        writeLinks(directory + "/link.json");
-        writeRoutes(directory + "/mroute.json", routes);
-    } catch (const std::exception& error) {
-        std::fprintf(stderr, "mcast6capture: %s: %s\n", texts[2], error.what());
-        return 1;
-    }
-    return 0;
+void writeCapture(const std::string& directory, uint32_t routes) {
+    writeLinks(directory + "/link.json");
+    writeRoutes(directory + "/mroute.json", routes);
 }
+
+}  // namespace mcast6::bench
