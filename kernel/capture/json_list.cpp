@@ -263,8 +263,10 @@ private:
             skipSpace();
             Document member(&pool_);
             if (textOf(name) == form_.rowsMember && text_.Peek() == '[') {
+                const size_t allowed = text_.allowed();
                 text_.Take();
                 list([this] { row(); });
+                text_.allow(allowed);
                 member.SetArray();
             } else {
                 value(member, kDepth, true);
@@ -278,13 +280,11 @@ private:
 
     void row() {
         constexpr unsigned kDepth = 3;
-        const size_t allowed = text_.allowed();
         text_.allow(kLargestEntry);
         rowPool_.Clear();
         Document document(&rowPool_);
         value(document, kDepth, static_cast<bool>(atRow_));
         if (atRow_) atRow_(document);
-        text_.allow(allowed);
         ++rows_;
     }
 
