@@ -55,7 +55,8 @@ cmake_package() {
     local version=$1
     rm -rf "$work/cmake"
     cmake -S "$here/consumer" -B "$work/cmake" -DCMAKE_PREFIX_PATH="$moved" -DWANTED="$version" \
-        -DCMAKE_C_FLAGS="${FLAGS:-}" -DCMAKE_CXX_FLAGS="${FLAGS:-}" >"$work/cmake.log" 2>&1 || die "$(cat "$work/cmake.log")"
+        -DCMAKE_C_FLAGS="${FLAGS:-}" -DCMAKE_CXX_FLAGS="${FLAGS:-}" >"$work/cmake.log" 2>&1 ||
+        die "$(cat "$work/cmake.log")"
     grep -qx "package $version in $moved/.*" <(sed 's/^-- //' "$work/cmake.log") ||
         die "found another package: $(cat "$work/cmake.log")"
     cmake --build "$work/cmake" >"$work/cmake.log" 2>&1 || die "$(cat "$work/cmake.log")"
