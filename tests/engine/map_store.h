@@ -9,10 +9,12 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <semaphore>
 #include <span>
 #include <string>
 #include <vector>
 
+#include "platform/store/staged.h"
 #include "platform/store/store.h"
 
 namespace mcast6::testing {
@@ -44,11 +46,12 @@ inline Bytes ordered(const schema::Key& key, Bytes bytes) {
     return bytes;
 }
 
-class MapStore final : public store::Store {
+class MapStore final : public store::Store, private store::BatchTarget {
 public:
     explicit MapStore(std::span<const schema::Table> tables) : tables_(tables), rows_(tables.size()) {}
 
     store::Answer put(uint32_t table, const std::byte* row) override {
+        const WriterTurn turn(writers_);
         const std::lock_guard lock(mutex_);
         const schema::Table& described = tables_[table];
         const Bytes key = keyOf(described.primary, row);
@@ -66,18 +69,16 @@ public:
     }
 
     store::Answer patch(uint32_t table, const std::byte* key, const std::byte* row, uint64_t fields) override {
+        const WriterTurn turn(writers_);
         const std::lock_guard lock(mutex_);
         const auto found = rows_[table].find(bytesOf(key, tables_[table].primary.length()));
         if (found == rows_[table].end()) return store::Answer::absent;
-        for (size_t i = 0; i < tables_[table].fields.size(); ++i) {
-            const schema::Field& field = tables_[table].fields[i];
-            if ((fields >> i & 1) == 0) continue;
-            std::memcpy(found->second.data() + field.offset, row + field.offset, field.width);
-        }
+        overlay(tables_[table], found->second, row, fields);
         return store::Answer::done;
     }
 
     store::Answer erase(uint32_t table, const std::byte* key) override {
+        const WriterTurn turn(writers_);
         const std::lock_guard lock(mutex_);
         const Bytes bytes = bytesOf(key, tables_[table].primary.length());
         return rows_[table].erase(bytes) != 0 ? store::Answer::done : store::Answer::absent;
@@ -105,6 +106,13 @@ public:
         return store::Answer::done;
     }
 
+    store::Answer begin(std::unique_ptr<store::Transaction>& transaction) override {
+        return store::beginStaged(*this, tables_, kBatchBound, transaction);
+    }
+
+    // The most records that a batch changes.
+    static constexpr uint64_t kBatchBound = 1000;
+
     uint64_t memory() const override {
         const std::lock_guard lock(mutex_);
         uint64_t bytes = 0;
@@ -116,6 +124,56 @@ public:
 
 private:
     using Rows = std::map<Bytes, Bytes>;
+
+    // Held by a batch from its begin to its end, and by a change meanwhile.
+    class WriterTurn {
+    public:
+        explicit WriterTurn(std::binary_semaphore& of) : turn_(of) { turn_.acquire(); }
+        WriterTurn(const WriterTurn&) = delete;
+        WriterTurn& operator=(const WriterTurn&) = delete;
+        ~WriterTurn() { turn_.release(); }
+
+    private:
+        std::binary_semaphore& turn_;
+    };
+
+    store::Answer lockWriters() override {
+        writers_.acquire();
+        return store::Answer::done;
+    }
+    void unlockWriters() noexcept override { writers_.release(); }
+    store::Answer readCommitted(uint32_t table, const std::byte* key, std::byte* row) override {
+        return get(table, key, row);
+    }
+    store::Answer countCommitted(uint32_t table, uint64_t& records) override { return count(table, records); }
+
+    // On a copy of everything, which then takes the place of the original.
+    store::Answer apply(std::span<const store::Step> steps) override {
+        const std::lock_guard lock(mutex_);
+        std::vector<Rows> changed = rows_;
+        for (const store::Step& step : steps) {
+            const schema::Table& table = tables_[step.table];
+            const Bytes key = bytesOf(step.key, table.primary.length());
+            Rows& rows = changed[step.table];
+            if (step.kind == store::Step::Kind::erase) {
+                rows.erase(key);
+            } else if (step.kind == store::Step::Kind::patch) {
+                overlay(table, rows.at(key), step.row, step.fields);
+            } else {
+                rows[key] = bytesOf(step.row, table.recordSize);
+            }
+        }
+        rows_.swap(changed);
+        return store::Answer::done;
+    }
+
+    static void overlay(const schema::Table& table, Bytes& row, const std::byte* from, uint64_t fields) {
+        for (size_t i = 0; i < table.fields.size(); ++i) {
+            const schema::Field& field = table.fields[i];
+            if ((fields >> i & 1) == 0) continue;
+            std::memcpy(row.data() + field.offset, from + field.offset, field.width);
+        }
+    }
 
     static const std::byte* rowOf(const Bytes& row) { return reinterpret_cast<const std::byte*>(row.data()); }
 
@@ -183,6 +241,7 @@ private:
 
     const std::span<const schema::Table> tables_;
     mutable std::mutex mutex_;
+    std::binary_semaphore writers_{1};
     std::vector<Rows> rows_;
 };
 

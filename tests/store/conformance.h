@@ -173,6 +173,12 @@ protected:
         return open(table, {ScanRange::Order::sorted, index, nullptr});
     }
 
+    std::unique_ptr<Transaction> begin() {
+        std::unique_ptr<Transaction> batch;
+        EXPECT_EQ(store->begin(batch), Answer::done);
+        return batch;
+    }
+
     // The next record, or nothing at the end.
     static std::optional<Bytes> step(uint32_t table, Scan& scan) {
         const Answer answer = scan.next();

@@ -144,6 +144,48 @@ TEST(MemoryFaults, AChangeHappensWholeOrNotAtAll) {
     }
 }
 
+// New records in two tables, records that move within their indexes and such that do not, and a removal.
+TEST(MemoryFaults, ABatchHappensWholeOrNotAtAll) {
+#ifdef MCAST6_SANITIZED
+    GTEST_SKIP() << "the sanitizer has the allocator";
+#endif
+    const Bytes moved = record(0, 88);
+    const Bytes joined = record(1, 2);
+    const Bytes patched = record(2, 99);
+    const Bytes gone = record(3, 0);
+    // Made here, as the test itself needs memory for them.
+    const Bytes other = record(1, 1);
+    const Bytes patchedKey = keyOf(kOdd.primary, patched);
+    const Bytes notedKey = keyOf(kOdd.primary, record(4, 0));
+    const Bytes goneKey = keyOf(kOdd.primary, gone);
+    std::vector<Bytes> rows;
+    for (uint64_t i = 5000; i < 5030; ++i) rows.push_back(record(i, i % 7));
+    const auto batch = [&](Store& store) {
+        std::unique_ptr<Transaction> steps;
+        Answer answer = store.begin(steps);
+        const auto step = [&](Answer expected, const auto& call) {
+            if (answer != Answer::done) return;
+            answer = call();
+            if (answer == expected) answer = Answer::done;
+        };
+        const uint64_t fields = uint64_t{1} << fieldOf(kOdd, "zone") | uint64_t{1} << fieldOf(kOdd, "kind");
+        const uint64_t note = uint64_t{1} << fieldOf(kOdd, "note");
+        for (const Bytes& row : rows) step(Answer::done, [&] { return steps->put(kOddTable, raw(row)); });
+        step(Answer::done, [&] { return steps->put(kRefusingTable, raw(other)); });
+        step(Answer::present, [&] { return steps->put(kOddTable, raw(moved)); });
+        step(Answer::present, [&] { return steps->put(kOddTable, raw(joined)); });
+        step(Answer::done, [&] { return steps->patch(kOddTable, raw(patchedKey), raw(patched), fields); });
+        step(Answer::done, [&] { return steps->patch(kOddTable, raw(notedKey), raw(patched), note); });
+        step(Answer::done, [&] { return steps->erase(kOddTable, raw(goneKey)); });
+        return answer == Answer::done ? steps->commit() : answer;
+    };
+    int failures = 0;
+    for (const uint64_t records : {24u, 1020u}) {
+        failures += sweep(records, {moved, joined, patched, gone, record(5000, 2)}, Answer::done, batch);
+    }
+    EXPECT_GT(failures, 60);
+}
+
 TEST(MemoryFaults, AScanThatFindsNoMemoryIsNotOpened) {
 #ifdef MCAST6_SANITIZED
     GTEST_SKIP() << "the sanitizer has the allocator";

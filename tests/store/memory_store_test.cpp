@@ -6,11 +6,20 @@
 #include <random>
 
 #include "tests/store/conformance.h"
+#include "tests/store/faulty.h"
 
 namespace mcast6::store::test {
 namespace {
 
-INSTANTIATE_TEST_SUITE_P(Memory, StoreConformance, testing::Values(&makeMemoryStore));
+std::unique_ptr<Store> makeStore(std::span<const schema::Table> catalog) { return makeMemoryStore(catalog); }
+
+FaultPlan noFaults;
+std::unique_ptr<Store> makeFaultyStore(std::span<const schema::Table> catalog) {
+    return std::make_unique<FaultyStore>(makeMemoryStore(catalog), noFaults);
+}
+
+INSTANTIATE_TEST_SUITE_P(Memory, StoreConformance, testing::Values(&makeStore));
+INSTANTIATE_TEST_SUITE_P(FaultyWithoutFaults, StoreConformance, testing::Values(&makeFaultyStore));
 
 constexpr uint64_t kRecords = 60'000;
 
@@ -63,6 +72,21 @@ TEST_P(MemoryStore, ReturnsItsMemoryWhenRecordsGo) {
         eraseAtRandom();
         EXPECT_LT(store->memory(), empty + kKept);
     }
+}
+
+TEST(MemoryStoreBatch, ChangesAsManyRecordsAsItsBoundAllows) {
+    const std::unique_ptr<Store> store = makeMemoryStore(kTables, 2);
+    std::unique_ptr<Transaction> batch;
+    ASSERT_EQ(store->begin(batch), Answer::done);
+    const auto row = [](uint64_t group) { return makeRow(kOdd, {{"vr", 1}, {"group", group}}); };
+    EXPECT_EQ(batch->put(kOddTable, raw(row(1))), Answer::done);
+    EXPECT_EQ(batch->put(kOddTable, raw(row(2))), Answer::done);
+    EXPECT_EQ(batch->put(kOddTable, raw(row(3))), Answer::tooLarge);
+    EXPECT_EQ(batch->put(kOddTable, raw(row(2))), Answer::present) << "a record that it has changed already";
+    EXPECT_EQ(batch->commit(), Answer::done);
+    uint64_t records = 0;
+    EXPECT_EQ(store->count(kOddTable, records), Answer::done);
+    EXPECT_EQ(records, 2u);
 }
 
 INSTANTIATE_TEST_SUITE_P(Shapes, MemoryStore, testing::Bool(),

@@ -35,6 +35,7 @@ public:
         if (choice < 92) return advance();
         if (choice < 94) return close();
         if (choice < 96) return read();
+        if (choice < 98) return batch();
         return check();
     }
 
@@ -185,6 +186,72 @@ private:
         const Bytes sortKey = sortable(order, keyOf(order, row));
         ASSERT_LE(scan.lastKey, sortKey);
         scan.lastKey = sortKey;
+    }
+
+    // Some steps on a copy of the model, which then takes its place or is dropped.
+    void batch() {
+        std::unique_ptr<Transaction> steps;
+        ASSERT_EQ(store.begin(steps), Answer::done);
+        std::map<Bytes, Bytes> staged = records;
+        for (uint32_t left = pick(30); left > 0; --left) batchStep(*steps, staged);
+        if (pick(4) == 0) {
+            steps->abort();
+            return;
+        }
+        ASSERT_EQ(steps->commit(), Answer::done);
+        const std::map<Bytes, Bytes> before = std::exchange(records, staged);
+        for (const auto& [key, row] : before) {
+            const auto now = records.find(key);
+            if (now == records.end()) {
+                changed(&row, nullptr);
+            } else if (now->second != row) {
+                changed(&row, &now->second);
+            }
+        }
+        for (const auto& [key, row] : records) {
+            if (before.count(key) == 0) changed(nullptr, &row);
+        }
+    }
+
+    void batchStep(Transaction& steps, std::map<Bytes, Bytes>& staged) {
+        const Bytes row = randomRow();
+        const auto found = staged.find(primaryKey(row));
+        const bool isPresent = found != staged.end();
+        const bool refuses = table().presentWrite == schema::PresentWrite::refused;
+        const bool isFull = table().capacity != 0 && staged.size() >= table().capacity;
+        Bytes seen(table().recordSize, '\0');
+        switch (pick(4)) {
+            case 0:
+                ASSERT_EQ(steps.put(tableNumber, raw(row)), isPresent ? Answer::present
+                                                            : isFull  ? Answer::full
+                                                                      : Answer::done);
+                if (isPresent ? !refuses : !isFull) staged[primaryKey(row)] = row;
+                break;
+            case 1: {
+                const uint64_t fields = uint64_t{1} << fieldOf(table(), "zone") | uint64_t{1}
+                                                                                      << fieldOf(table(), "note");
+                ASSERT_EQ(steps.patch(tableNumber, raw(primaryKey(row)), raw(row), fields),
+                          isPresent ? Answer::done : Answer::absent);
+                if (isPresent) {
+                    for (const size_t i : {fieldOf(table(), "zone"), fieldOf(table(), "note")}) {
+                        const schema::Field& field = table().fields[i];
+                        found->second.replace(field.offset, field.width, row, field.offset, field.width);
+                    }
+                }
+                break;
+            }
+            case 2:
+                ASSERT_EQ(steps.erase(tableNumber, raw(primaryKey(row))), isPresent ? Answer::done : Answer::absent);
+                if (isPresent) staged.erase(found);
+                break;
+            default:
+                ASSERT_EQ(steps.get(tableNumber, raw(primaryKey(row)), raw(seen)),
+                          isPresent ? Answer::done : Answer::absent);
+                if (isPresent) {
+                    ASSERT_EQ(seen, found->second);
+                }
+                break;
+        }
     }
 
     // The record under a scan's position may have changed or gone since the step.

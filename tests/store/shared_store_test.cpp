@@ -51,6 +51,7 @@ public:
     Answer open(uint32_t table, const ScanRange& range, std::unique_ptr<Scan>& scan) override {
         return store->open(table, range, scan);
     }
+    Answer begin(std::unique_ptr<Transaction>& transaction) override { return store->begin(transaction); }
     uint64_t memory() const override { return store->memory(); }
 
 private:

@@ -196,6 +196,17 @@ void GroupIndex::remove(const KeyLookup& of, uint32_t slot) {
     if (order) unorderKey(of.row);
 }
 
+void GroupIndex::substitute(const KeyLookup& of, uint32_t standIn, uint32_t slot) {
+    const uint32_t place = entries.find(of.hash, [&](uint32_t ref) { return contains(ref, standIn); });
+    const uint32_t ref = entries.at(place);
+    if (!isGroup(ref)) return entries.set(place, slot);
+    Group& group = groupAt(ref);
+    const uint32_t position = slabs.place(standIn, number);
+    group.slots()[position] = slot;
+    slabs.place(slot, number) = position;
+    if (group.sample == standIn) group.sample = slot;
+}
+
 void GroupIndex::takeOut(Group& group, uint32_t slot) {
     uint32_t* const slots = group.slots();
     const uint32_t position = slabs.place(slot, number);

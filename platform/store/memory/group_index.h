@@ -87,6 +87,9 @@ public:
     // Removes the record in 'slot', whose key this is. Needs the probed place.
     void remove(const KeyLookup& of, uint32_t slot);
 
+    // Puts the record in 'slot' in the place of the one in 'standIn', whose key this is. Takes no memory.
+    void substitute(const KeyLookup& of, uint32_t standIn, uint32_t slot);
+
     // Gives memory back after removals.
     void trim() { entries.trim(); }
 

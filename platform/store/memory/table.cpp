@@ -18,12 +18,13 @@ void forEachBit(uint64_t set, const F& f) {
 
 }  // namespace
 
-Table::Table(const schema::Table& description)
+Table::Table(const schema::Table& description, WriterGate& writerGate)
     : schema(description),
       primaryKey(description.primary),
       slabs(memory, description.recordSize, description.indexes.size()),
       pool(memory),
-      primary(memory) {
+      primary(memory),
+      gate(writerGate) {
     if (description.indexes.size() > kIndexes) throw std::length_error("too many indexes");
     for (uint32_t i = 0; i < description.indexes.size(); ++i) {
         indexes.push_back(std::make_unique<GroupIndex>(description.indexes[i], i, memory, slabs, pool));
@@ -41,20 +42,9 @@ Table::Table(const schema::Table& description)
     if (description.recordSize > end) gaps.push_back({end, static_cast<uint16_t>(description.recordSize - end)});
 }
 
-inline Table::Cell Table::find(const std::byte* key, uint32_t hash) const {
-    Cell found{Slabs::kNone, nullptr};
-    primary.find(hash, [&](uint32_t slot) {
-        const std::byte* const row = slabs.row(slot);
-        if (!primaryKey.matches(row, key)) return false;
-        found = {slot, row};
-        return true;
-    });
-    return found;
-}
-
 Answer Table::put(const std::byte* row) {
     const uint32_t hash = primaryKey.hashOf(row);
-    const WriteGuard guard(lock);
+    const StepGuard guard(lock, gate);
     primary.prefetch(hash);
     IndexKeys keys;
     hashKeys(row, allIndexes, keys);
@@ -66,14 +56,20 @@ Answer Table::put(const std::byte* row) {
 
 Answer Table::insert(const std::byte* row, uint32_t hash, IndexKeys& keys) {
     if (schema.capacity != 0 && slabs.records() >= schema.capacity) return Answer::full;
+    if (add(row, hash, keys) == Slabs::kNone) return Answer::noMemory;
+    moved();
+    return Answer::done;
+}
+
+// Adds a record whose key is absent, and returns its slot; Slabs::kNone when there is no memory.
+uint32_t Table::add(const std::byte* row, uint32_t hash, IndexKeys& keys) {
     prefetchAddition(allIndexes, keys);
-    if (!slabs.reserve() || !primary.reserve(hash) || !reserveKeys(allIndexes, keys)) return Answer::noMemory;
+    if (!slabs.reserve() || !primary.reserve(hash) || !reserveKeys(allIndexes, keys)) return Slabs::kNone;
     const uint32_t slot = slabs.take();
     store(slot, row);
     primary.insert(hash, slot);
     for (uint32_t i = 0; i < indexes.size(); ++i) indexes[i]->add(keys[i], slot);
-    moved();
-    return Answer::done;
+    return slot;
 }
 
 // Hashes the keys of a row in the indexes in 'which' and prefetches their entries: one arrives while the next is
@@ -144,20 +140,7 @@ void Table::overlay(std::byte* row, const std::byte* from, uint64_t fields) cons
     });
 }
 
-inline Answer Table::copyOut(const std::byte* key, uint32_t hash, std::byte* row) const {
-    const Cell found = find(key, hash);
-    if (found.row == nullptr) return Answer::absent;
-    std::memcpy(row, found.row, schema.recordSize);
-    return Answer::done;
-}
-
-// The hot path: inlined into one function. The fewer instructions between two reads, the sooner the processor starts
-// the second one while the first still waits for memory.
-[[gnu::flatten]] Answer Table::get(const std::byte* key, std::byte* row) const {
-    if (!primaryKey.accepts(key)) return Answer::absent;
-    const uint32_t hash = primaryKey.hash(key);
-    return isAlone() ? copyOut(key, hash, row) : getShared(key, hash, row);
-}
+Answer Table::get(const std::byte* key, std::byte* row) const { return read(key, row); }
 
 Answer Table::getShared(const std::byte* key, uint32_t hash, std::byte* row) const {
     const ReadGuard guard(lock);
@@ -169,7 +152,7 @@ Answer Table::patch(const std::byte* key, const std::byte* row, uint64_t fields)
     const uint32_t hash = primaryKey.hash(key);
     uint64_t touched = 0;
     forEachBit(fields, [&](uint32_t i) { touched |= indexesOf[i]; });
-    const WriteGuard guard(lock);
+    const StepGuard guard(lock, gate);
     const uint32_t slot = find(key, hash).slot;
     if (slot == Slabs::kNone) return Answer::absent;
     if (touched == 0) {
@@ -186,10 +169,16 @@ Answer Table::patch(const std::byte* key, const std::byte* row, uint64_t fields)
 Answer Table::erase(const std::byte* key) {
     if (!primaryKey.accepts(key)) return Answer::absent;
     const uint32_t hash = primaryKey.hash(key);
-    const WriteGuard guard(lock);
+    const StepGuard guard(lock, gate);
     const uint32_t place = primary.find(hash, [&](uint32_t slot) { return primaryKey.matches(slabs.row(slot), key); });
     if (place == SlotHash::kNone) return Answer::absent;
-    const uint32_t slot = primary.at(place);
+    remove(place, primary.at(place));
+    moved();
+    return Answer::done;
+}
+
+// Removes the record in 'slot', to which 'place' in the primary hash leads.
+void Table::remove(uint32_t place, uint32_t slot) {
     slabs.prefetch(slot);
     slabs.prefetchPlaces(slot);
     IndexKeys keys;
@@ -203,8 +192,6 @@ Answer Table::erase(const std::byte* key) {
     primary.trim();
     slabs.release(slot);
     if (slabs.records() == 0) pool.purge();
-    moved();
-    return Answer::done;
 }
 
 uint64_t Table::count() const {

@@ -27,6 +27,10 @@ public:
     TableLock& operator=(const TableLock&) = delete;
     ~TableLock() { pthread_rwlock_destroy(&rwlock); }
 
+    // For a writer, whatever the number of threads.
+    void lock() { pthread_rwlock_wrlock(&rwlock); }
+    void unlock() { pthread_rwlock_unlock(&rwlock); }
+
 private:
     template <int (*)(pthread_rwlock_t*)>
     friend class LockGuard;

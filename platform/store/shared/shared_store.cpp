@@ -4,7 +4,7 @@
 #include <cstring>
 #include <new>
 
-#include "platform/store/shared/fingerprint.h"
+#include "platform/store/fingerprint.h"
 #include "platform/store/shared/look.h"
 #include "platform/store/shared/scan.h"
 
@@ -18,7 +18,7 @@ std::unique_ptr<SharedStore> SharedStore::open(const FileOptions& options, std::
     }
     std::unique_ptr<SharedStore> store(new SharedStore(catalog));
     OpenedFile file;
-    if (!file.open(options, fingerprintOf(catalog), store->region, reason)) return nullptr;
+    if (!file.open(options, store::fingerprint(catalog), store->region, reason)) return nullptr;
     store->attachTables();
     if (!file.isNew()) return store;
     if (!store->makeTables()) {
@@ -82,7 +82,7 @@ Answer SharedStore::lockWriters() {
     return Answer::done;
 }
 
-void SharedStore::unlockWriters() { region.unlock(); }
+void SharedStore::unlockWriters() noexcept { region.unlock(); }
 
 // One change of one table, whole or not at all.
 template <class F>
@@ -206,11 +206,27 @@ uint64_t SharedStore::memory() const {
     return kLogAt + peek(head.logBacked) + peek(head.heapUsed) - peek(head.freeBytes);
 }
 
-Answer SharedStore::apply(std::span<const Step> steps, Answer* answers) {
+Answer SharedStore::begin(std::unique_ptr<Transaction>& transaction) {
+    return beginStaged(*this, tablesOf, kBatchBound, transaction);
+}
+
+Answer SharedStore::readCommitted(uint32_t table, const std::byte* key, std::byte* row) {
+    return SharedStore::get(table, key, row);
+}
+
+Answer SharedStore::countCommitted(uint32_t table, uint64_t& records) { return SharedStore::count(table, records); }
+
+Answer SharedStore::apply(std::span<const Step> steps) {
     region.begin();
     Answer outcome = Answer::done;
     try {
-        for (size_t i = 0; i < steps.size(); ++i) answers[i] = take(steps[i]);
+        // Removals first: they make the room that a table with a limit may need.
+        for (const Step& one : steps) {
+            if (one.kind == Step::Kind::erase) take(one);
+        }
+        for (const Step& one : steps) {
+            if (one.kind != Step::Kind::erase) take(one);
+        }
         region.commit();
         for (const Step& one : steps) tables[one.table]->close();
     } catch (const NoRoom&) {
@@ -225,17 +241,23 @@ Answer SharedStore::apply(std::span<const Step> steps, Answer* answers) {
     return outcome;
 }
 
-Answer SharedStore::take(const Step& one) {
+void SharedStore::take(const Step& one) {
     Table& table = *tables[one.table];
     switch (one.kind) {
-        case Step::Kind::put:
-            return table.put(one.row);
+        case Step::Kind::replace:
+            // Where a table refuses to replace, the record goes before it comes again.
+            if (table.description().presentWrite == schema::PresentWrite::refused) (void)table.erase(one.key);
+            (void)table.put(one.row);
+            return;
+        case Step::Kind::insert:
+            (void)table.put(one.row);
+            return;
         case Step::Kind::patch:
-            return table.patch(one.key, one.row, one.fields);
+            (void)table.patch(one.key, one.row, one.fields);
+            return;
         case Step::Kind::erase:
-            return table.erase(one.key);
+            (void)table.erase(one.key);
     }
-    return Answer::failed;
 }
 
 bool SharedStore::takeBack(std::span<const Step> steps) {

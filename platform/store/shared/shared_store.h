@@ -20,21 +20,12 @@
 #include "platform/store/shared/file.h"
 #include "platform/store/shared/region.h"
 #include "platform/store/shared/table.h"
+#include "platform/store/staged.h"
 #include "platform/store/store.h"
 
 namespace mcast6::store::shared {
 
-// What a change is: a step of a batch that is applied as one.
-struct Step {
-    enum class Kind : uint8_t { put, patch, erase };
-    Kind kind;
-    uint32_t table;
-    uint64_t fields;       // patch
-    const std::byte* key;  // patch, erase
-    const std::byte* row;  // put, patch
-};
-
-class SharedStore final : public Store {
+class SharedStore final : public Store, public BatchTarget {
 public:
     // The tables of 'catalog', which must outlive the store, in a file. Null, with the reason: it cannot be opened.
     static std::unique_ptr<SharedStore> open(const FileOptions& options, std::span<const schema::Table> catalog,
@@ -53,15 +44,17 @@ public:
     Answer count(uint32_t table, uint64_t& records) override;
     Answer countByKey(uint32_t table, uint32_t index, const std::byte* key, uint64_t& records) override;
     Answer open(uint32_t table, const ScanRange& range, std::unique_ptr<Scan>& scan) override;
+    Answer begin(std::unique_ptr<Transaction>& transaction) override;
     uint64_t memory() const override;
 
-    // Takes all steps as one: done, and each answer as put(), patch() and erase() give it; or noMemory or failed, and
-    // nothing has changed. The caller has taken the lock.
-    Answer apply(std::span<const Step> steps, Answer* answers);
+    // Takes all steps as one: done; or noMemory or failed, and nothing has changed. The caller has taken the lock.
+    Answer apply(std::span<const Step> steps) override;
+    Answer readCommitted(uint32_t table, const std::byte* key, std::byte* row) override;
+    Answer countCommitted(uint32_t table, uint64_t& records) override;
 
     // Holds off every other writer, of this process and others: done, failed.
-    Answer lockWriters();
-    void unlockWriters();
+    Answer lockWriters() override;
+    void unlockWriters() noexcept override;
 
     // Checks every index against every row and accounts for every byte of the heap. Tells what is wrong, or nothing.
     std::string check();
@@ -100,7 +93,7 @@ private:
 
     template <class F>
     Answer step(uint32_t table, const F& f);
-    Answer take(const Step& one);
+    void take(const Step& one);
     bool takeBack(Table& table);
     bool takeBack(std::span<const Step> steps);
     std::string checkHeld() const;
