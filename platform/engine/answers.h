@@ -6,6 +6,7 @@
 #include <new>
 
 #include "mcast6_platform/engine.h"
+#include "platform/engine/last_error.h"
 #include "platform/store/store.h"
 
 namespace mcast6::engine {
@@ -21,15 +22,19 @@ inline uint32_t codeOf(store::Answer answer, uint32_t absent) {
         case store::Answer::absent:
             return absent;
         case store::Answer::full:
-            return MCAST6_DB_TABLE_FULL;
+            return refused(MCAST6_DB_TABLE_FULL);
         case store::Answer::end:
             return MCAST6_DB_END_OF_ITERATION;
         case store::Answer::noMemory:
-            return MCAST6_DB_NO_MEMORY;
+            return refused(MCAST6_DB_NO_MEMORY);
+        case store::Answer::tooLarge:
+            return refused(MCAST6_DB_BATCH_TOO_LARGE);
+        case store::Answer::lost:
+            return refused(MCAST6_DB_BATCH_LOST);
         case store::Answer::failed:
             break;
     }
-    return MCAST6_DB_STORE_FAILED;
+    return refused(MCAST6_DB_STORE_FAILED);
 }
 
 // Runs 'step', which returns a code. No exception leaves the engine.
@@ -38,9 +43,9 @@ uint32_t guarded(Step step) noexcept {
     try {
         return step();
     } catch (const std::bad_alloc&) {
-        return MCAST6_DB_NO_MEMORY;
+        return refused(MCAST6_DB_NO_MEMORY);
     } catch (...) {
-        return MCAST6_DB_STORE_FAILED;
+        return storeThrew();
     }
 }
 

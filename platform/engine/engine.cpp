@@ -44,6 +44,8 @@ std::vector<TableFacts> factsOf(std::span<const schema::Table> tables) {
 
 Engine::Engine(std::unique_ptr<store::Store> store, std::span<const schema::Table> tables)
     : store_(std::move(store)),
+      front_(store_.get()),
+      batches_(std::make_unique<Batches>(*store_, front_)),
       tables_(factsOf(tables)),
       nonce_(nextNonce()),
       objects_(HandleKind::object, nonce_),
@@ -62,10 +64,10 @@ uint32_t Engine::createCacheObject(uint32_t table, uint32_t objType, uint32_t co
 uint32_t Engine::makeObject(uint32_t table, uint32_t objType, uint32_t connType, bool isCache,
                             uint64_t* object) noexcept {
     if (object == nullptr || connType != 0 || !isObjType(objType) || table >= tables_.size()) {
-        return MCAST6_DB_BAD_ARGUMENT;
+        return refused(MCAST6_DB_BAD_ARGUMENT);
     }
     Object* made = objects_.claim();
-    if (made == nullptr) return MCAST6_DB_NO_MEMORY;
+    if (made == nullptr) return refused(MCAST6_DB_NO_MEMORY);
     made->facts = &tables_[table];
     made->type = static_cast<ObjType>(objType);
     made->isCache = isCache;
@@ -94,8 +96,8 @@ void Engine::releaseObject(uint32_t table, uint64_t object) noexcept {
 
 uint32_t Engine::resetObject(uint32_t table, uint64_t object, uint32_t objType) noexcept {
     Object* reset = objectOf(table, object);
-    if (reset == nullptr) return MCAST6_DB_BAD_HANDLE;
-    if (!isObjType(objType)) return MCAST6_DB_BAD_ARGUMENT;
+    if (reset == nullptr) return refused(MCAST6_DB_BAD_HANDLE);
+    if (!isObjType(objType)) return refused(MCAST6_DB_BAD_ARGUMENT);
     dropIterators(*reset, false);
     forget(*reset);
     reset->type = static_cast<ObjType>(objType);
@@ -104,8 +106,8 @@ uint32_t Engine::resetObject(uint32_t table, uint64_t object, uint32_t objType) 
 
 uint32_t Engine::resetCacheObject(uint32_t table, uint64_t object) noexcept {
     Object* reset = objectOf(table, object);
-    if (reset == nullptr) return MCAST6_DB_BAD_HANDLE;
-    if (!reset->isCache) return MCAST6_DB_BAD_OPERATION;
+    if (reset == nullptr) return refused(MCAST6_DB_BAD_HANDLE);
+    if (!reset->isCache) return refused(MCAST6_DB_BAD_OPERATION);
     dropIterators(*reset, true);
     forget(*reset);
     return MCAST6_DB_OK;
@@ -113,11 +115,11 @@ uint32_t Engine::resetCacheObject(uint32_t table, uint64_t object) noexcept {
 
 uint32_t Engine::setAllFields(uint32_t table, uint64_t object, const void* row, uint32_t length) noexcept {
     Object* filled = objectOf(table, object);
-    if (filled == nullptr) return MCAST6_DB_BAD_HANDLE;
-    if (!takesFields(*filled)) return MCAST6_DB_BAD_OPERATION;
-    if (row == nullptr) return MCAST6_DB_BAD_ARGUMENT;
+    if (filled == nullptr) return refused(MCAST6_DB_BAD_HANDLE);
+    if (!takesFields(*filled)) return refused(MCAST6_DB_BAD_OPERATION);
+    if (row == nullptr) return refused(MCAST6_DB_BAD_ARGUMENT);
     const TableFacts& facts = *filled->facts;
-    if (length != facts.recordSize) return MCAST6_DB_BAD_LENGTH;
+    if (length != facts.recordSize) return refused(MCAST6_DB_BAD_LENGTH);
     std::memcpy(filled->row.data(), row, length);
     filled->fieldsSet = filled->type == ObjType::write ? facts.allFields : facts.allFields & ~facts.primaryFields;
     return MCAST6_DB_OK;
@@ -126,14 +128,14 @@ uint32_t Engine::setAllFields(uint32_t table, uint64_t object, const void* row, 
 uint32_t Engine::setField(uint32_t table, uint32_t field, uint64_t object, const void* value,
                           uint32_t length) noexcept {
     Object* filled = objectOf(table, object);
-    if (filled == nullptr) return MCAST6_DB_BAD_HANDLE;
-    if (!takesFields(*filled)) return MCAST6_DB_BAD_OPERATION;
+    if (filled == nullptr) return refused(MCAST6_DB_BAD_HANDLE);
+    if (!takesFields(*filled)) return refused(MCAST6_DB_BAD_OPERATION);
     const TableFacts& facts = *filled->facts;
-    if (value == nullptr || field >= facts.table->fields.size()) return MCAST6_DB_BAD_ARGUMENT;
+    if (value == nullptr || field >= facts.table->fields.size()) return refused(MCAST6_DB_BAD_ARGUMENT);
     const uint64_t bit = uint64_t{1} << field;
-    if (filled->type == ObjType::update && (facts.primaryFields & bit) != 0) return MCAST6_DB_BAD_OPERATION;
+    if (filled->type == ObjType::update && (facts.primaryFields & bit) != 0) return refused(MCAST6_DB_BAD_OPERATION);
     const schema::Field& place = facts.table->fields[field];
-    if (length != place.width) return MCAST6_DB_BAD_LENGTH;
+    if (length != place.width) return refused(MCAST6_DB_BAD_LENGTH);
     // Of an update only the fields that were set are ever looked at.
     if (filled->fieldsSet == 0 && filled->type == ObjType::write) std::memset(filled->row.data(), 0, facts.recordSize);
     schema::copyField(filled->row.data() + place.offset, value, place.width);
@@ -145,11 +147,12 @@ uint32_t Engine::setField(uint32_t table, uint32_t field, uint64_t object, const
 // row stay as they are, so bytes that were handed out before keep their value.
 uint32_t Engine::fetchField(uint32_t table, uint32_t field, uint64_t object, Object*& fetched) {
     Object* source = objectOf(table, object);
-    if (source == nullptr) return MCAST6_DB_BAD_HANDLE;
-    if (field >= source->facts->table->fields.size()) return MCAST6_DB_BAD_ARGUMENT;
+    if (source == nullptr) return refused(MCAST6_DB_BAD_HANDLE);
+    if (field >= source->facts->table->fields.size()) return refused(MCAST6_DB_BAD_ARGUMENT);
     fetched = source;
-    if (source->type == ObjType::read) return source->hasRead ? MCAST6_DB_OK : MCAST6_DB_BAD_OPERATION;
-    if (source->type != ObjType::iterate || source->lastStepped == nullptr) return MCAST6_DB_BAD_OPERATION;
+    if (source->type == ObjType::read)
+        return source->hasRead ? uint32_t{MCAST6_DB_OK} : refused(MCAST6_DB_BAD_OPERATION);
+    if (source->type != ObjType::iterate || source->lastStepped == nullptr) return refused(MCAST6_DB_BAD_OPERATION);
     if (source->lastStepped->place != Iterator::Place::onRecord) return MCAST6_DB_NO_SUCH_RECORD;
 
     std::array<std::byte, schema::kMaxRecordSize> row;
@@ -162,7 +165,7 @@ uint32_t Engine::fetchField(uint32_t table, uint32_t field, uint64_t object, Obj
 
 uint32_t Engine::getField(uint32_t table, uint32_t field, uint64_t object, void* value) noexcept {
     return guarded([&] {
-        if (value == nullptr) return uint32_t{MCAST6_DB_BAD_ARGUMENT};
+        if (value == nullptr) return refused(MCAST6_DB_BAD_ARGUMENT);
         Object* source = nullptr;
         const uint32_t code = fetchField(table, field, object, source);
         if (code != MCAST6_DB_OK) return code;
@@ -175,7 +178,7 @@ uint32_t Engine::getField(uint32_t table, uint32_t field, uint64_t object, void*
 uint32_t Engine::getFieldBytes(uint32_t table, uint32_t field, uint64_t object, void** bytes,
                                uint32_t* length) noexcept {
     return guarded([&] {
-        if (bytes == nullptr || length == nullptr) return uint32_t{MCAST6_DB_BAD_ARGUMENT};
+        if (bytes == nullptr || length == nullptr) return refused(MCAST6_DB_BAD_ARGUMENT);
         Object* source = nullptr;
         const uint32_t code = fetchField(table, field, object, source);
         if (code != MCAST6_DB_OK) return code;
@@ -184,6 +187,44 @@ uint32_t Engine::getFieldBytes(uint32_t table, uint32_t field, uint64_t object, 
         *length = place.width;
         return uint32_t{MCAST6_DB_OK};
     });
+}
+
+void Engine::detachObject(Object& object) {
+    dropIterators(object, object.isCache);
+    forget(object);
+    const uint64_t handle = object.handle.load(std::memory_order_relaxed);
+    if (!object.isCache) {
+        if (objects_.withdraw(object, handle)) objects_.recycle(object);
+        return;
+    }
+    for (Iterator* kept = object.iterators; kept != nullptr; kept = kept->nextOfOwner) {
+        kept->scan.reset();
+        kept->place = Iterator::Place::unset;
+    }
+}
+
+void Engine::detach() noexcept {
+    batches_.reset();
+    objects_.forEachLive([this](Object& object) { detachObject(object); });
+    store_.reset();
+}
+
+void Engine::attach(std::unique_ptr<store::Store> store) {
+    batches_ = std::make_unique<Batches>(*store, front_);
+    store_ = std::move(store);
+    front_.store(store_.get(), std::memory_order_relaxed);
+}
+
+uint32_t Engine::begin() noexcept {
+    return guarded([&] { return batches_->beginBatch(); });
+}
+
+uint32_t Engine::commit() noexcept {
+    return guarded([&] { return batches_->commitBatch(); });
+}
+
+uint32_t Engine::abort() noexcept {
+    return guarded([&] { return batches_->abortBatch(); });
 }
 
 uint64_t Engine::memory() const noexcept { return store_->memory(); }

@@ -27,11 +27,13 @@
 //     keep their position; the getters then need a new step.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <memory>
 #include <span>
 #include <vector>
 
+#include "platform/engine/batches.h"
 #include "platform/engine/handle_table.h"
 #include "platform/engine/object.h"
 #include "platform/engine/table_facts.h"
@@ -42,11 +44,22 @@ namespace mcast6::engine {
 
 class Engine {
 public:
-    // 'tables' outlives the engine. Throws std::bad_alloc.
+    // Begins with this store. 'tables' outlives the engine. Throws std::bad_alloc.
     Engine(std::unique_ptr<store::Store> store, std::span<const schema::Table> tables);
     Engine(const Engine&) = delete;
     Engine& operator=(const Engine&) = delete;
     ~Engine();
+
+    // Changes the store, while no other thread is inside the engine. detach() aborts open batches, releases all objects
+    // but cache objects, and puts those and their cached iterators into the state that they had when they were made, so
+    // that their handles serve the next store. attach() throws std::bad_alloc, with nothing attached.
+    void detach() noexcept;
+    void attach(std::unique_ptr<store::Store> store);
+
+    // The calling thread's batch; see mcast6_platform/platform.h.
+    uint32_t begin() noexcept;
+    uint32_t commit() noexcept;
+    uint32_t abort() noexcept;
 
     // What the accessors call; see platform/schema/accessors.h.
     uint32_t createObject(uint32_t table, uint32_t objType, uint32_t connType, uint64_t* object) noexcept;
@@ -81,6 +94,12 @@ public:
     // Bytes that the store takes.
     uint64_t memory() const noexcept;
 
+    // Why the calling thread's last failed call of the store failed.
+    const char* storeReason() const noexcept { return store_->reason(); }
+
+    // The store as the calling thread sees it, its batch included, for what is kept there without objects.
+    store::Store& front() const { return *front_.load(std::memory_order_relaxed); }
+
     // Counts the slots, used and free.
     uint64_t objectSlots() const { return objects_.slots(); }
     uint64_t iteratorSlots() const { return iterators_.slots(); }
@@ -101,8 +120,12 @@ private:
     uint32_t makeIterator(Object& object, std::unique_ptr<store::Scan> scan, bool isCached, uint64_t* rootIter);
     uint32_t fetchField(uint32_t table, uint32_t field, uint64_t object, Object*& fetched);
 
+    void detachObject(Object& object);
+
     // Destroyed last: the scans of the iterators use it.
-    const std::unique_ptr<store::Store> store_;
+    std::unique_ptr<store::Store> store_;
+    std::atomic<store::Store*> front_;  // store_, or batches_ while any batch is open
+    std::unique_ptr<Batches> batches_;
     std::vector<TableFacts> tables_;
     const uint32_t nonce_;
     HandleTable<Object> objects_;

@@ -42,9 +42,9 @@ uint32_t checkBuffer(const Object& object, const void* buffer, uint32_t length) 
 }
 
 [[gnu::noinline]] uint32_t readAtPosition(const Object& object, void* buffer, uint32_t length) {
-    if (object.type != ObjType::iterate) return MCAST6_DB_BAD_OPERATION;
-    if (const uint32_t wrong = checkBuffer(object, buffer, length); wrong != MCAST6_DB_OK) return wrong;
-    if (object.lastStepped == nullptr) return MCAST6_DB_BAD_OPERATION;
+    if (object.type != ObjType::iterate) return refused(MCAST6_DB_BAD_OPERATION);
+    if (const uint32_t wrong = checkBuffer(object, buffer, length); wrong != MCAST6_DB_OK) return refused(wrong);
+    if (object.lastStepped == nullptr) return refused(MCAST6_DB_BAD_OPERATION);
     if (object.lastStepped->place != Iterator::Place::onRecord) return MCAST6_DB_NO_SUCH_RECORD;
     return codeOf(object.lastStepped->scan->read(static_cast<std::byte*>(buffer)), MCAST6_DB_NO_SUCH_RECORD);
 }
@@ -54,9 +54,9 @@ uint32_t checkBuffer(const Object& object, const void* buffer, uint32_t length) 
 uint32_t Engine::write(uint64_t object) noexcept {
     return guarded([&] {
         const Object* written = objects_.find(object);
-        if (written == nullptr) return uint32_t{MCAST6_DB_BAD_HANDLE};
-        if (written->type != ObjType::write || written->fieldsSet == 0) return uint32_t{MCAST6_DB_BAD_OPERATION};
-        return codeOf(store_->put(written->facts->id, written->row.data()), MCAST6_DB_STORE_FAILED);
+        if (written == nullptr) return refused(MCAST6_DB_BAD_HANDLE);
+        if (written->type != ObjType::write || written->fieldsSet == 0) return refused(MCAST6_DB_BAD_OPERATION);
+        return codeOf(front().put(written->facts->id, written->row.data()), MCAST6_DB_STORE_FAILED);
     });
 }
 
@@ -64,9 +64,9 @@ uint32_t Engine::update(uint64_t object, const void* keyDesc, const void* key) n
     return guarded([&] {
         const Object* changes = objects_.find(object);
         const uint32_t wrong = checkKeyedCall(changes, ObjType::update, keyDesc, key);
-        if (wrong != MCAST6_DB_OK) return wrong;
-        if (changes->fieldsSet == 0) return uint32_t{MCAST6_DB_BAD_OPERATION};
-        return codeOf(store_->patch(changes->facts->id, keyBytes(key), changes->row.data(), changes->fieldsSet),
+        if (wrong != MCAST6_DB_OK) return refused(wrong);
+        if (changes->fieldsSet == 0) return refused(MCAST6_DB_BAD_OPERATION);
+        return codeOf(front().patch(changes->facts->id, keyBytes(key), changes->row.data(), changes->fieldsSet),
                       MCAST6_DB_EXISTS_OR_ABSENT);
     });
 }
@@ -75,9 +75,9 @@ uint32_t Engine::remove(uint64_t object, const void* keyDesc, const void* key) n
     return guarded([&] {
         const Object* remover = objects_.find(object);
         const uint32_t wrong = checkKeyedCall(remover, ObjType::remove, keyDesc, key);
-        if (wrong != MCAST6_DB_OK) return wrong;
+        if (wrong != MCAST6_DB_OK) return refused(wrong);
         const TableFacts& facts = *remover->facts;
-        return codeOf(store_->erase(facts.id, keyBytes(key)), facts.table->absentRemoval);
+        return codeOf(front().erase(facts.id, keyBytes(key)), facts.table->absentRemoval);
     });
 }
 
@@ -87,20 +87,20 @@ uint32_t Engine::read(uint64_t object, const void* keyDesc, const void* key, voi
         uint32_t wrong = checkKeyedCall(reader, ObjType::read, keyDesc, key);
         if (wrong == MCAST6_DB_OK) wrong = checkBuffer(*reader, buffer, length);
         if (wrong == MCAST6_DB_OK) {
-            return reader->isCache ? readByKey(*store_, *reader, key, buffer)
-                                   : readAndKeep(*store_, *reader, key, buffer);
+            return reader->isCache ? readByKey(front(), *reader, key, buffer)
+                                   : readAndKeep(front(), *reader, key, buffer);
         }
         const bool isPositional = reader != nullptr && keyDesc == nullptr && key == nullptr;
-        return isPositional ? readAtPosition(*reader, buffer, length) : wrong;
+        return isPositional ? readAtPosition(*reader, buffer, length) : refused(wrong);
     });
 }
 
 uint32_t Engine::count(uint64_t object, uint32_t* count) noexcept {
     return guarded([&] {
         const Object* counter = objects_.find(object);
-        if (counter == nullptr) return uint32_t{MCAST6_DB_BAD_HANDLE};
-        if (counter->type != ObjType::count) return uint32_t{MCAST6_DB_BAD_OPERATION};
-        if (count == nullptr) return uint32_t{MCAST6_DB_BAD_ARGUMENT};
+        if (counter == nullptr) return refused(MCAST6_DB_BAD_HANDLE);
+        if (counter->type != ObjType::count) return refused(MCAST6_DB_BAD_OPERATION);
+        if (count == nullptr) return refused(MCAST6_DB_BAD_ARGUMENT);
         uint64_t records = 0;
         const uint32_t code = codeOf(store_->count(counter->facts->id, records), MCAST6_DB_STORE_FAILED);
         if (code == MCAST6_DB_OK) fillCount(count, records);
@@ -117,16 +117,16 @@ uint32_t Engine::countWithKey(const TableFacts& facts, uint32_t keyWord, const s
         return codeOf(answer, MCAST6_DB_OK);
     }
     const std::optional<uint32_t> index = facts.secondaryIndex(keyWord);
-    if (!index) return MCAST6_DB_BAD_KEY;
+    if (!index) return refused(MCAST6_DB_BAD_KEY);
     return codeOf(store_->countByKey(facts.id, *index, key, records), MCAST6_DB_STORE_FAILED);
 }
 
 uint32_t Engine::countByKey(uint64_t object, const void* keyDesc, const void* key, uint32_t* count) noexcept {
     return guarded([&] {
         const Object* counter = objects_.find(object);
-        if (counter == nullptr) return uint32_t{MCAST6_DB_BAD_HANDLE};
-        if (counter->type != ObjType::count) return uint32_t{MCAST6_DB_BAD_OPERATION};
-        if (keyDesc == nullptr || key == nullptr || count == nullptr) return uint32_t{MCAST6_DB_BAD_ARGUMENT};
+        if (counter == nullptr) return refused(MCAST6_DB_BAD_HANDLE);
+        if (counter->type != ObjType::count) return refused(MCAST6_DB_BAD_OPERATION);
+        if (keyDesc == nullptr || key == nullptr || count == nullptr) return refused(MCAST6_DB_BAD_ARGUMENT);
         uint64_t records = 0;
         const uint32_t code = countWithKey(*counter->facts, keyWordAt(keyDesc), keyBytes(key), records);
         if (code == MCAST6_DB_OK) fillCount(count, records);

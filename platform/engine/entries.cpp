@@ -5,11 +5,13 @@
 #include "mcast6_platform/engine.h"
 
 #include "mcast6_platform/platform.h"
+#include "platform/engine/last_error.h"
 #include "platform/engine/process_engine.h"
 #include "platform/schema/accessors.h"
 
 using mcast6::engine::Engine;
 using mcast6::engine::openEngine;
+using mcast6::engine::refused;
 
 namespace {
 
@@ -17,7 +19,7 @@ template <class... Parameters>
 [[gnu::always_inline]] inline uint32_t onOpen(uint32_t (Engine::*call)(Parameters...) noexcept,
                                               std::type_identity_t<Parameters>... arguments) {
     Engine* engine = openEngine();
-    return engine != nullptr ? (engine->*call)(arguments...) : uint32_t{MCAST6_DB_BAD_HANDLE};
+    return engine != nullptr ? (engine->*call)(arguments...) : refused(MCAST6_DB_BAD_HANDLE);
 }
 
 }  // namespace
@@ -81,13 +83,13 @@ namespace mcast6::accessors {
 
 uint32_t createObject(uint32_t table, uint32_t objType, uint32_t connType, uint64_t* object) noexcept {
     Engine* engine = engine::engineOpenedIfNeeded();
-    if (engine == nullptr) return MCAST6_DB_NO_MEMORY;
+    if (engine == nullptr) return refused(MCAST6_DB_NO_MEMORY);
     return engine->createObject(table, objType, connType, object);
 }
 
 uint32_t createCacheObject(uint32_t table, uint32_t objType, uint32_t connType, uint64_t* object) noexcept {
     Engine* engine = engine::engineOpenedIfNeeded();
-    if (engine == nullptr) return MCAST6_DB_NO_MEMORY;
+    if (engine == nullptr) return refused(MCAST6_DB_NO_MEMORY);
     return engine->createCacheObject(table, objType, connType, object);
 }
 
@@ -124,6 +126,12 @@ uint32_t getFieldBytes(uint32_t table, uint32_t field, uint64_t object, void** b
 uint32_t mcast6_platform_open(const char* uri) { return mcast6::engine::openStore(uri); }
 
 void mcast6_platform_close(void) { mcast6::engine::closeStore(); }
+
+uint32_t mcast6_platform_begin(void) { return mcast6::engine::beginBatch(); }
+
+uint32_t mcast6_platform_commit(void) { return mcast6::engine::commitBatch(); }
+
+uint32_t mcast6_platform_abort(void) { return mcast6::engine::abortBatch(); }
 
 const char* mcast6_platform_error(void) { return mcast6::engine::lastError(); }
 

@@ -133,6 +133,17 @@ public:
         push(ownFreeList(), value, value);
     }
 
+    // Calls f with every live value, which may be withdrawn and recycled there. No other thread uses the table meanwhile.
+    template <class F>
+    void forEachLive(const F& f) {
+        for (unsigned chunk = 0; chunk < chunkCount_; ++chunk) {
+            Value* const values = chunks_[chunk].load(std::memory_order_acquire);
+            for (uint32_t i = 0; i < chunkSize(chunk); ++i) {
+                if (values[i].handle.load(std::memory_order_acquire) != 0) f(values[i]);
+            }
+        }
+    }
+
     // How many slots exist, used or not.
     uint64_t slots() const {
         uint64_t count = 0;

@@ -20,7 +20,7 @@ struct Object;
 // A root iterator. It is linked into its object's list and goes with the object.
 struct Iterator : HandleSlot {
     enum class Place : uint8_t {
-        unset,     // a cached iterator that has no key yet
+        unset,     // a cached iterator that has no key yet, or none since its store was closed
         before,    // before the first record
         onRecord,  // stepped onto a record, which may be gone by now
         end,
@@ -28,7 +28,8 @@ struct Iterator : HandleSlot {
 
     Object* owner = nullptr;
     Iterator* nextOfOwner = nullptr;
-    std::unique_ptr<store::Scan> scan;
+    std::unique_ptr<store::Scan> scan;  // null: a cached iterator whose store was closed since
+    uint32_t keyWord = 0;               // of a cached iterator
     Place place = Place::before;
     bool isCached = false;
 };

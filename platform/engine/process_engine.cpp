@@ -1,13 +1,12 @@
 #include "platform/engine/process_engine.h"
 
-#include <cstdio>
 #include <mutex>
 #include <string>
 #include <string_view>
 
 #include "platform/engine/answers.h"
 #include "platform/schema/catalog.h"
-#include "platform/store/memory/memory_store.h"
+#include "platform/store/registry.h"
 
 namespace mcast6::engine {
 
@@ -15,76 +14,72 @@ std::atomic<Engine*> processEngine{nullptr};
 
 namespace {
 
-constexpr std::string_view kDefaultUri = "memory:";
+constexpr const char* kDefaultUri = "memory:";
 
-// A kind of store: the part of a URI before the colon, and what opens it. 'rest' is what follows the colon; a store
-// that cannot be opened is null, with the reason in 'reason'.
-struct Scheme {
-    std::string_view name;
-    std::unique_ptr<store::Store> (*open)(std::string_view rest, std::string& reason);
-};
-
-std::unique_ptr<store::Store> openMemory(std::string_view rest, std::string& reason) {
-    if (!rest.empty()) {
-        reason = "nothing may follow 'memory:'";
-        return nullptr;
-    }
-    return store::makeMemoryStore(schema::catalog());
-}
-
-constexpr Scheme kSchemes[] = {
-    {"memory", openMemory},
-};
-
-// Guards opening and closing, and the name of what is open.
+// Guards opening and closing, the name of what is open, and the engine that waits for a store.
 std::mutex opening;
+Engine* parked = nullptr;
 std::string& openUri() {
     static std::string* const uri = new std::string;  // as long-lived as the engine
     return *uri;
 }
 
-// A fixed buffer, so that reporting a failure cannot fail.
-thread_local char errorText[1024] = "";
-constexpr size_t kShownUri = 400;  // the text has room for two
+// How often a store has been opened: a batch is known by the opening that it was begun in.
+std::atomic<uint64_t> openings{0};
 
 void complain(std::string_view uri, std::string_view reason) {
-    const std::string_view shown = uri.substr(0, kShownUri);
-    std::snprintf(errorText, sizeof errorText, "store '%.*s%s': %.*s", static_cast<int>(shown.size()), shown.data(),
-                  shown.size() < uri.size() ? "..." : "", static_cast<int>(reason.size()), reason.data());
-}
-
-std::string knownSchemes() {
-    std::string list;
-    for (const Scheme& scheme : kSchemes) list.append(list.empty() ? "" : ", ").append(scheme.name).append(":");
-    return list;
-}
-
-std::unique_ptr<store::Store> storeNamed(std::string_view uri, std::string& reason) {
-    const size_t colon = uri.find(':');
-    if (colon == std::string_view::npos) {
-        reason = "not a URI, there is no colon; known kinds are " + knownSchemes();
-        return nullptr;
-    }
-    for (const Scheme& scheme : kSchemes) {
-        if (scheme.name == uri.substr(0, colon)) return scheme.open(uri.substr(colon + 1), reason);
-    }
-    reason = "unknown kind; known kinds are " + knownSchemes();
-    return nullptr;
+    constexpr size_t kShown = 400;  // there is room for two
+    const std::string_view shown = uri.substr(0, kShown);
+    noteError("store '%.*s%s': %.*s", static_cast<int>(shown.size()), shown.data(),
+              shown.size() < uri.size() ? "..." : "", static_cast<int>(reason.size()), reason.data());
 }
 
 // Under 'opening', with nothing open. Throws std::bad_alloc.
-uint32_t openNow(std::string_view uri) {
+uint32_t openNow(const char* uri) {
     std::string reason;
-    std::unique_ptr<store::Store> store = storeNamed(uri, reason);
+    std::unique_ptr<store::Store> store = store::openStore(uri, schema::storeCatalog(), reason);
     if (store == nullptr) {
         complain(uri, reason);
         return MCAST6_DB_BAD_ARGUMENT;
     }
     std::string name(uri);
-    std::unique_ptr<Engine> engine = std::make_unique<Engine>(std::move(store), schema::catalog());
+    if (parked != nullptr) {
+        parked->attach(std::move(store));
+    } else {
+        parked = new Engine(std::move(store), schema::storeCatalog());
+    }
     openUri().swap(name);
-    processEngine.store(engine.release(), std::memory_order_release);
+    openings.fetch_add(1, std::memory_order_relaxed);
+    processEngine.store(parked, std::memory_order_release);
+    parked = nullptr;
     return MCAST6_DB_OK;
+}
+
+// The calling thread's batch, known by its opening; 0 is none. A thread that ends with a batch open aborts it, as nobody
+// else can.
+class BatchMark {
+public:
+    ~BatchMark() {
+        if (opened == 0) return;
+        const std::lock_guard lock(opening);
+        if (isStillOpen()) (void)openEngine()->abort();
+    }
+
+    bool isSet() const { return opened != 0; }
+    bool isStillOpen() const { return openEngine() != nullptr && opened == openings.load(std::memory_order_relaxed); }
+    void set() { opened = openings.load(std::memory_order_relaxed); }
+    void clear() { opened = 0; }
+
+private:
+    uint64_t opened = 0;
+};
+thread_local BatchMark ownBatch;
+
+uint32_t endBatch(uint32_t (Engine::*end)() noexcept) noexcept {
+    if (!ownBatch.isSet()) return refused(MCAST6_DB_NO_BATCH);
+    const bool isGone = !ownBatch.isStillOpen();
+    ownBatch.clear();
+    return isGone ? refused(MCAST6_DB_BATCH_GONE) : (openEngine()->*end)();
 }
 
 }  // namespace
@@ -119,12 +114,27 @@ Engine* engineOpenedIfNeeded() noexcept {
 void closeStore() noexcept {
     guarded([] {
         const std::lock_guard lock(opening);
-        delete processEngine.exchange(nullptr, std::memory_order_acq_rel);
+        Engine* const closed = processEngine.exchange(nullptr, std::memory_order_acq_rel);
+        if (closed == nullptr) return uint32_t{MCAST6_DB_OK};
+        closed->detach();
+        parked = closed;
         openUri() = std::string();
         return uint32_t{MCAST6_DB_OK};
     });
 }
 
-const char* lastError() noexcept { return errorText; }
+uint32_t beginBatch() noexcept {
+    Engine* const engine = engineOpenedIfNeeded();
+    if (engine == nullptr) return refused(MCAST6_DB_NO_MEMORY);
+    const uint32_t code = engine->begin();
+    if (code == MCAST6_DB_OK) ownBatch.set();
+    return code;
+}
+
+uint32_t commitBatch() noexcept { return endBatch(&Engine::commit); }
+
+uint32_t abortBatch() noexcept { return endBatch(&Engine::abort); }
+
+const char* lastError() noexcept { return lastErrorText(openEngine()); }
 
 }  // namespace mcast6::engine

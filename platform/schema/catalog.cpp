@@ -1,5 +1,8 @@
 #include "platform/schema/catalog.h"
 
+#include <iterator>
+
+#include "platform/schema/global_version.h"
 #include "platform/schema/l2mc6_bd_enable.h"
 #include "platform/schema/l2mc6_bd_flowstat_sub.h"
 #include "platform/schema/l2mc6_bd_mfib.h"
@@ -27,6 +30,7 @@
 #include "platform/schema/l3mc6_register_elb.h"
 #include "platform/schema/l3mc6_sub_elb.h"
 #include "platform/schema/l3mc6_vlan_elb.h"
+#include "platform/schema/link_name.h"
 
 namespace mcast6::schema {
 
@@ -60,11 +64,22 @@ constexpr Table kCatalog[] = {
     l3mc6_bd_tnl_elb::kTable,
     l3mc6_mvpn_tnl_elb::kTable,
     l3mc6_mvpn_tnl_subelb::kTable,
+    // The platform's own.
+    global_version::kTable,
+    link_name::kTable,
 };
+constexpr uint32_t kLibraryTables = static_cast<uint32_t>(std::size(kCatalog)) - 2;
+static_assert(kCatalog[kLibraryTables].name == "global_version" && kCatalog[kLibraryTables + 1].name == "link_name");
 
 }  // namespace
 
-std::span<const Table> catalog() { return kCatalog; }
+std::span<const Table> catalog() { return storeCatalog().first(kLibraryTables); }
+
+std::span<const Table> storeCatalog() { return kCatalog; }
+
+uint32_t globalVersionTable() { return kLibraryTables; }
+
+uint32_t linkNameTable() { return kLibraryTables + 1; }
 
 std::optional<uint32_t> tableNamed(std::string_view name) {
     const std::span<const Table> tables = catalog();

@@ -1,94 +1,17 @@
 // A store that fails: its answers and exceptions become codes, and a failed call changes nothing.
-#include <new>
-#include <stdexcept>
-
 #include "tests/engine/test_tables.h"
+#include "tests/store/faulty.h"
 
 namespace mcast6::testing {
 namespace {
 
-using store::Answer;
+using store::test::Fault;
 
-// What goes wrong in the next call of the store or of one of its scans.
-enum class Fault { none, failed, noMemory, badAlloc, otherException };
-
-// A map store that goes wrong on demand.
-class FaultyStore final : public store::Store {
-public:
-    FaultyStore(std::span<const schema::Table> tables, Fault& fault) : inner_(tables), fault_(fault) {}
-
-    Answer put(uint32_t table, const std::byte* row) override {
-        return run(fault_, [&] { return inner_.put(table, row); });
-    }
-    Answer get(uint32_t table, const std::byte* key, std::byte* row) override {
-        return run(fault_, [&] { return inner_.get(table, key, row); });
-    }
-    Answer patch(uint32_t table, const std::byte* key, const std::byte* row, uint64_t fields) override {
-        return run(fault_, [&] { return inner_.patch(table, key, row, fields); });
-    }
-    Answer erase(uint32_t table, const std::byte* key) override {
-        return run(fault_, [&] { return inner_.erase(table, key); });
-    }
-    Answer count(uint32_t table, uint64_t& records) override {
-        return run(fault_, [&] { return inner_.count(table, records); });
-    }
-    Answer countByKey(uint32_t table, uint32_t index, const std::byte* key, uint64_t& records) override {
-        return run(fault_, [&] { return inner_.countByKey(table, index, key, records); });
-    }
-    Answer open(uint32_t table, const store::ScanRange& range, std::unique_ptr<store::Scan>& scan) override {
-        return run(fault_, [&] {
-            std::unique_ptr<store::Scan> inner;
-            const Answer answer = inner_.open(table, range, inner);
-            scan = std::make_unique<FaultyScan>(std::move(inner), fault_);
-            return answer;
-        });
-    }
-    uint64_t memory() const override { return inner_.memory(); }
-
-private:
-    template <class Step>
-    static Answer run(Fault fault, Step step) {
-        switch (fault) {
-            case Fault::none:
-                break;
-            case Fault::failed:
-                return Answer::failed;
-            case Fault::noMemory:
-                return Answer::noMemory;
-            case Fault::badAlloc:
-                throw std::bad_alloc();
-            case Fault::otherException:
-                throw std::runtime_error("the store is broken");
-        }
-        return step();
-    }
-
-    class FaultyScan final : public store::Scan {
-    public:
-        FaultyScan(std::unique_ptr<store::Scan> inner, Fault& fault) : inner_(std::move(inner)), fault_(fault) {}
-        Answer next() override {
-            return run(fault_, [&] { return inner_->next(); });
-        }
-        Answer read(std::byte* row) override {
-            return run(fault_, [&] { return inner_->read(row); });
-        }
-        Answer restart(const std::byte* key) override {
-            return run(fault_, [&] { return inner_->restart(key); });
-        }
-
-    private:
-        std::unique_ptr<store::Scan> inner_;
-        Fault& fault_;
-    };
-
-    MapStore inner_;
-    Fault& fault_;
-};
-
-Fault currentFault = Fault::none;
+store::test::FaultPlan faults;
 
 const StoreKind kFaulty[] = {
-    {"faulty", [] { return std::make_unique<FaultyStore>(kTables, currentFault); }},
+    {"map", [] { return std::make_unique<store::test::FaultyStore>(std::make_unique<MapStore>(kTables), faults); }},
+    {"memory", [] { return std::make_unique<store::test::FaultyStore>(store::makeMemoryStore(kTables), faults); }},
 };
 
 class Failures : public EngineTest {
@@ -96,21 +19,35 @@ protected:
     // Runs 'call' under every fault: it answers the fault's code, and 'expectUnchanged' holds after each.
     template <class Call, class Check>
     void underEveryFault(Call call, Check expectUnchanged) {
-        const std::pair<Fault, uint32_t> faults[] = {
+        const std::pair<Fault, uint32_t> expected[] = {
             {Fault::failed, MCAST6_DB_STORE_FAILED},
             {Fault::noMemory, MCAST6_DB_NO_MEMORY},
             {Fault::badAlloc, MCAST6_DB_NO_MEMORY},
-            {Fault::otherException, MCAST6_DB_STORE_FAILED},
+            {Fault::exception, MCAST6_DB_STORE_FAILED},
         };
-        for (const auto& [fault, code] : faults) {
+        for (const auto& [fault, code] : expected) {
             SCOPED_TRACE(static_cast<int>(fault));
-            currentFault = fault;
+            faults.arm(fault, 1, true);
             EXPECT_EQ(call(), code);
-            currentFault = Fault::none;
+            faults.disarm();
             expectUnchanged();
         }
     }
-    void TearDown() override { currentFault = Fault::none; }
+    void TearDown() override { faults.disarm(); }
+
+    // Removes route 1, changes route 2 and writes route 3, as a batch: 0, or what failed first.
+    uint32_t runBatch() {
+        uint32_t code = engine.begin();
+        if (code != 0) return code;
+        Route ignored;
+        code = remove(0, 1);
+        if (code == 0) code = read(0, 1, ignored) == 15005 ? 0 : MCAST6_DB_STORE_FAILED;
+        if (code == 0) code = write(Route{.id = 2, .version = 4}) == 13044 ? 0 : MCAST6_DB_STORE_FAILED;
+        if (code == 0) code = write(Route{.id = 3});
+        if (code == 0) return engine.commit();
+        EXPECT_EQ(engine.abort(), 0U);
+        return code;
+    }
 
     const Bytes key = join(0U, 1U);
     const KeyDesc byPort{kByPort};
@@ -235,6 +172,39 @@ TEST_P(Failures, OfTheResetOfACachedIterator) {
                     [&] { EXPECT_EQ(engine.next(rootIter), MCAST6_DB_BAD_OPERATION); });
     EXPECT_EQ(engine.resetCacheRootIter(rootIter, port.data()), 0U);
     EXPECT_EQ(engine.next(rootIter), 0U);
+}
+
+TEST_P(Failures, OfTheBeginOfABatch) {
+    underEveryFault([&] { return engine.begin(); }, [&] { EXPECT_EQ(engine.commit(), MCAST6_DB_NO_BATCH); });
+    EXPECT_EQ(engine.begin(), 0U);
+    EXPECT_EQ(engine.abort(), 0U);
+}
+
+// A batch that writes, changes and removes, with a fault at its first call of the store, at its second, and so on until
+// none comes any more. Where a step fails the batch is aborted. What is stored is all of the batch, or nothing.
+TEST_P(Failures, OfAnyStepOfABatch) {
+    for (const Fault fault : {Fault::failed, Fault::noMemory, Fault::badAlloc, Fault::exception}) {
+        uint64_t nth = 1;
+        for (bool isOver = false; !isOver; ++nth) {
+            SCOPED_TRACE(nth);
+            write(Route{.id = 1, .version = 3});
+            write(Route{.id = 2, .version = 3});
+            remove(0, 3);
+            faults.arm(fault, nth);
+            const bool isDone = runBatch() == 0;
+            isOver = faults.hitCount() == 0;
+            faults.disarm();
+            EXPECT_EQ(isDone, isOver);
+            Route first{}, second{}, third{};
+            EXPECT_EQ(read(0, 1, first), isDone ? 15005U : 0U);
+            EXPECT_EQ(read(0, 2, second), 0U);
+            EXPECT_EQ(second.version, isDone ? 4U : 3U);
+            EXPECT_EQ(read(0, 3, third), isDone ? 0U : 15005U);
+            EXPECT_EQ(records(), 2U);
+            EXPECT_EQ(engine.commit(), MCAST6_DB_NO_BATCH) << "the batch is over";
+        }
+        EXPECT_EQ(nth, 8U) << "begin, four steps, commit, and once without a fault";
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(Stores, Failures, ::testing::ValuesIn(kFaulty), storeName);

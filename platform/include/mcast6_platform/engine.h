@@ -59,7 +59,12 @@ enum {
     MCAST6_DB_BAD_PROPERTY = 120005,     /* unknown root iterator property */
     MCAST6_DB_BAD_ARGUMENT = 120006,     /* a null pointer or a value that the call does not know */
     MCAST6_DB_NO_MEMORY = 120007,        /* nothing was changed */
-    MCAST6_DB_STORE_FAILED = 120008      /* the store behind the engine failed; nothing was changed */
+    MCAST6_DB_STORE_FAILED = 120008,     /* the store behind the engine failed; nothing was changed */
+    MCAST6_DB_BATCH_OPEN = 120009,       /* begin of a batch in a thread that has one open */
+    MCAST6_DB_NO_BATCH = 120010,         /* end of a batch in a thread that has none open */
+    MCAST6_DB_BATCH_GONE = 120011,       /* end of a batch whose store was closed; nothing of it was stored */
+    MCAST6_DB_BATCH_TOO_LARGE = 120012,  /* the batch would change more records than the store allows; step not taken */
+    MCAST6_DB_BATCH_LOST = 120013        /* commit: another writer was first; nothing of the batch was stored */
 };
 
 /* Writes the record that was set on 'object' (type 0), as one step: the record and all its indexes, or nothing.
