@@ -43,6 +43,10 @@ const mcast6::store::StoreModule mcast6_store_module{mcast6::store::kStoreInterf
   target_link_libraries(mcast6_store_${kind} PRIVATE mcast6storebase ${arg_LINK} mcast6warnings)
   # What it links of the platform stays its own: nothing in it may take the place of the platform's.
   target_link_options(mcast6_store_${kind} PRIVATE -Wl,--exclude-libs,ALL)
-  set_target_properties(mcast6_store_${kind} PROPERTIES PREFIX "" CXX_VISIBILITY_PRESET hidden
-                                             VISIBILITY_INLINES_HIDDEN ON LIBRARY_OUTPUT_DIRECTORY ${CMAKE_LIBRARY_OUTPUT_DIRECTORY}/mcast6db)
+  set_target_properties(
+    mcast6_store_${kind}
+    PROPERTIES PREFIX ""
+               CXX_VISIBILITY_PRESET hidden
+               VISIBILITY_INLINES_HIDDEN ON
+               LIBRARY_OUTPUT_DIRECTORY ${CMAKE_LIBRARY_OUTPUT_DIRECTORY}/mcast6db)
 endfunction()

@@ -11,8 +11,8 @@ uint64_t nextSerial() {
     return given.fetch_add(1, std::memory_order_relaxed) + 1;
 }
 
-// What a thread found last: its own batch, or null when it has none. Only the thread itself changes that, but for the end
-// of the store, which the serial number shows.
+// What a thread found last: its own batch, or null when it has none. Only the thread itself changes that, but for the
+// end of the store, which the serial number shows.
 struct Own {
     uint64_t serial = 0;
     store::Transaction* transaction = nullptr;

@@ -133,7 +133,8 @@ public:
         push(ownFreeList(), value, value);
     }
 
-    // Calls f with every live value, which may be withdrawn and recycled there. No other thread uses the table meanwhile.
+    // Calls f with every live value, which may be withdrawn and recycled there. No other thread uses the table
+    // meanwhile.
     template <class F>
     void forEachLive(const F& f) {
         for (unsigned chunk = 0; chunk < chunkCount_; ++chunk) {

@@ -24,11 +24,11 @@ const char* meaningOf(uint32_t code) {
         case MCAST6_DB_TABLE_FULL:
             return "the table is at its capacity";
         case MCAST6_DB_BAD_HANDLE:
-            return "the handle is unknown, was released, is of another kind or table, or no store is open; handles made "
-                   "before a store was closed are stale, but for cache objects: make the object anew";
+            return "the handle is unknown, released, or of another kind or table, or no store is open; "
+                   "handles of a store that was closed are stale, but for cache objects: make the object anew";
         case MCAST6_DB_BAD_OPERATION:
-            return "the type or state of the object or iterator does not allow this call; a cached iterator needs a key "
-                   "first, again after a store was closed";
+            return "the type or state of the object or iterator does not allow this call; "
+                   "a cached iterator needs a key first, and again after a store was closed";
         case MCAST6_DB_BAD_LENGTH:
             return "a length is not that of the table's record, of the field or of the property";
         case MCAST6_DB_BAD_KEY:
@@ -46,8 +46,8 @@ const char* meaningOf(uint32_t code) {
         case MCAST6_DB_BATCH_GONE:
             return "the store was closed while the batch was open, and nothing of the batch was stored: begin anew";
         case MCAST6_DB_BATCH_TOO_LARGE:
-            return "the batch would change more records than the store allows: commit it and begin another, or open the "
-                   "store with a higher bound, as in 'memory:?batch=200000'";
+            return "the batch would change more records than the store allows: commit it and begin another, "
+                   "or open the store with a higher bound, as in 'memory:?batch=200000'";
         case MCAST6_DB_BATCH_LOST:
             return "another writer was first, and nothing of the batch was stored: make it again";
         default:

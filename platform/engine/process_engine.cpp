@@ -55,8 +55,8 @@ uint32_t openNow(const char* uri) {
     return MCAST6_DB_OK;
 }
 
-// The calling thread's batch, known by its opening; 0 is none. A thread that ends with a batch open aborts it, as nobody
-// else can.
+// The calling thread's batch, known by its opening; 0 is none. A thread that ends with a batch open aborts it, as
+// nobody else can.
 class BatchMark {
 public:
     ~BatchMark() {

@@ -1,8 +1,8 @@
 // What each counter and each indicator counts, found by its number.
 //
-// Three things a reader of the numbers should know: counter 0 is a real one; KPI 3 is shared by two tables; and where the
-// name is "writes" or "deletes", the table decides whether a write of a present key or a removal of an absent one counts
-// among them.
+// Three things a reader of the numbers should know: counter 0 is a real one; KPI 3 is shared by two tables; and where
+// the name is "writes" or "deletes", the table decides whether a write of a present key or a removal of an absent one
+// counts among them.
 #include "platform/host/counter_names.h"
 
 #include <algorithm>

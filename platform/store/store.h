@@ -39,8 +39,8 @@ namespace mcast6::store {
 // read() serves what was fetched. What may be served is the CURRENT record, which means:
 //   - it is the record as the store held it at some moment since the scan's last fetch, and
 //   - it is not older than the last change that this process made through this store.
-// A store in memory, shared or not, does better: it serves the record as it is during the call. A store at the other end
-// of a socket serves many records for one round trip, and asks again only after a change by its own process.
+// A store in memory, shared or not, does better: it serves the record as it is during the call. A store at the other
+// end of a socket serves many records for one round trip, and asks again only after a change by its own process.
 class Scan {
 public:
     // The most records that a scan fetches beyond the one it steps to.

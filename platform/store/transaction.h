@@ -4,10 +4,10 @@
 // earlier steps taken into account. get() sees the batch's own steps. Counts and scans, which are calls of the store,
 // show what is committed.
 //
-// A batch belongs to the thread that began it, and its calls come from that thread alone. Only the destructor may run in
-// another thread, when the store is about to be closed. From begin to end the single-step changes of other threads wait,
-// and so do their batches; readers wait at most for the commit itself. The thread itself makes no single-step change of
-// the store meanwhile, and begins no second batch.
+// A batch belongs to the thread that began it, and its calls come from that thread alone. Only the destructor may run
+// in another thread, when the store is about to be closed. From begin to end the single-step changes of other threads
+// wait, and so do their batches; readers wait at most for the commit itself. The thread itself makes no single-step
+// change of the store meanwhile, and begins no second batch.
 #pragma once
 
 #include <cstddef>

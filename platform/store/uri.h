@@ -23,8 +23,8 @@ struct Uri {
 // Takes a URI apart. False when it is malformed, with the reason.
 bool parseUri(std::string_view text, Uri& uri, std::string& reason);
 
-// Reads the options of a URI one by one. The first mistake is kept and told by finish(), and so is an option that nobody
-// has asked for.
+// Reads the options of a URI one by one. The first mistake is kept and told by finish(), and so is an option that
+// nobody has asked for.
 class OptionReader {
 public:
     explicit OptionReader(const Uri& of) : uri(of), isTaken(of.options.size()) {}

@@ -60,8 +60,8 @@ public:
     uint64_t countByKey(uint32_t index, const std::byte* key) const;
     uint64_t memoryBytes() const;
 
-    // Applies the steps of a batch, under the lock: prepare() all or, when there is no memory, nothing; then finish(), or
-    // undo() for a failure elsewhere.
+    // Applies the steps of a batch, under the lock: prepare() all or, when there is no memory, nothing; then finish(),
+    // or undo() for a failure elsewhere.
     bool prepare(std::span<BatchStep> steps);
     void finish(std::span<const BatchStep> steps);
     void undo(std::span<const BatchStep> steps);
