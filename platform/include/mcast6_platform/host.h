@@ -28,8 +28,8 @@ void MCAST6_DBG_Print(uint32_t module, uint32_t type, uint32_t level, const char
 
 /* The global version that IPv4 and IPv6 multicast share, one for each key of three 32-bit words. A record is 40 bytes:
  * key words at 0, 4 and 8, the version (32 bits) at 20, the rest zero. Each function returns 0, or a code when the
- * version does not exist (Read, Update), exists already (Write), the pointer is null, or the store fails. Read fills the
- * version. This platform keeps the versions in its store, for all processes that open it. */
+ * version does not exist (Read, Update), exists already (Write), the pointer is null, or the store fails. Read fills
+ * the version. This platform keeps the versions in its store, for all processes that open it. */
 uint32_t MCAST_DB_ReadGlbVersion(void *record40);
 uint32_t MCAST_DB_UpdateGlbVersion(void *record40);
 uint32_t MCAST_DB_WriteGlbVersion(void *record40);

@@ -12,20 +12,20 @@
 extern "C" {
 #endif
 
-/* Opens the store that 'uri' names: the kind of store, a colon, and what that kind wants, options behind a question mark
- * last ('kind:path?name=value&flag'; %XX stands for a byte).
+/* Opens the store that 'uri' names: the kind of store, a colon, and what that kind wants, options behind a question
+ * mark last ('kind:path?name=value&flag'; %XX stands for a byte).
  *   memory:   the tables live in this process; batch=RECORDS is the most records that a batch may change (100000)
  * Further kinds may be compiled in, or lie beside this library as modules, mcast6db/mcast6_store_<kind>.so.
- * Returns 0, or non-zero with the reason in mcast6_platform_error(): the URI is null or malformed, its kind or an option
- * is unknown, or a store is open already. Nothing changes then. */
+ * Returns 0, or non-zero with the reason in mcast6_platform_error(): the URI is null or malformed, its kind or an
+ * option is unknown, or a store is open already. Nothing changes then. */
 uint32_t mcast6_platform_open(const char *uri);
 
 /* Closes the store and drops what it held in this process. Open batches are aborted. No other thread may be inside the
  * engine. Nothing open: nothing happens.
- * Every engine handle becomes stale but those of cache objects and their cached root iterators, which serve the store that
- * is opened next: a cache object as soon as it is reset, a cached root iterator as soon as it is given a key. Until then
- * they answer MCAST6_DB_BAD_OPERATION, and MCAST6_DB_BAD_HANDLE while nothing is open. So a host that closes and opens
- * again releases no cache and resets nothing of its own. */
+ * Every engine handle becomes stale but those of cache objects and their cached root iterators, which serve the store
+ * that is opened next: a cache object as soon as it is reset, a cached root iterator as soon as it is given a key.
+ * Until then they answer MCAST6_DB_BAD_OPERATION, and MCAST6_DB_BAD_HANDLE while nothing is open. So a host that closes
+ * and opens again releases no cache and resets nothing of its own. */
 void mcast6_platform_close(void);
 
 /* Why this thread's last failed call failed, "" if none did: calls of this header and of engine.h and tables.h that
@@ -39,8 +39,8 @@ const char *mcast6_platform_error(void);
  *
  * _begin   MCAST6_DB_BATCH_OPEN: this thread has a batch open. Opens "memory:" when no store is open.
  * _commit  MCAST6_DB_NO_BATCH: this thread has none open; MCAST6_DB_BATCH_GONE: its store was closed since;
- *          MCAST6_DB_BATCH_LOST, MCAST6_DB_NO_MEMORY, MCAST6_DB_STORE_FAILED: nothing of the batch was stored. The batch
- *          is over in every case.
+ *          MCAST6_DB_BATCH_LOST, MCAST6_DB_NO_MEMORY, MCAST6_DB_STORE_FAILED: nothing of the batch was stored. The
+ *          batch is over in every case.
  * _abort   drops the batch; MCAST6_DB_NO_BATCH and MCAST6_DB_BATCH_GONE as above.
  *
  * A step that would change more records than the store's bound allows answers MCAST6_DB_BATCH_TOO_LARGE and is not
@@ -53,10 +53,10 @@ uint32_t mcast6_platform_abort(void);
  * all processes that open it see the same, and a batch takes them in like the tables. A name has 1 to 51 bytes.
  *
  * _set_link_name  gives an interface its name, or takes it away when 'name' is "". MCAST6_DB_BAD_LENGTH: too long.
- * _link_name      writes the name with a zero behind it. MCAST6_DB_NO_SUCH_RECORD: none; MCAST6_DB_BAD_LENGTH: 'size' is
- *                 too small; 52 is enough.
- * _link_index     finds an interface of that name. MCAST6_DB_NO_SUCH_RECORD: none. As in counts and iterators, the names
- *                 are those that are committed.
+ * _link_name      writes the name with a zero behind it. MCAST6_DB_NO_SUCH_RECORD: none; MCAST6_DB_BAD_LENGTH: 'size'
+ *                 is too small; 52 is enough.
+ * _link_index     finds an interface of that name. MCAST6_DB_NO_SUCH_RECORD: none. As in counts and iterators, the
+ *                 names are those that are committed.
  * _link_names     calls 'visit' with each name of the layer, until it returns non-zero; in no promised order. The names
  *                 are those that are committed.
  * MCAST6_DB_BAD_ARGUMENT: a null pointer, or a layer that is neither 2 nor 3. */

@@ -27,8 +27,8 @@ inline uint32_t load32(const std::byte* from) {
     return word;
 }
 
-// What the hashes of keys follow from, besides the keys. Groups and sources come from the network: nobody outside shall be
-// able to choose keys that collide.
+// What the hashes of keys follow from, besides the keys. Groups and sources come from the network: nobody outside shall
+// be able to choose keys that collide.
 struct HashSecrets {
     uint64_t seed;  // a factor: not 0
     uint64_t secret;
