@@ -14,16 +14,22 @@ namespace {
 using E = L2McBdEnableEntry;
 constexpr uint32_t kIpv6 = 2;  // addrType
 
-uint32_t readByKey(E* record) {
-    record->addrType = kIpv6;
-    return MCAST6_DB_ReadL2McBdEnable(record);
+E blankSwitch() {
+    E blank{};
+    blank.addrType = kIpv6;
+    return blank;
 }
+
+std::string nameOf(const E& key) { return fmt::format("bridge domain {} of VR {}", key.keyId2, key.keyId1); }
+
+const Filter<E> kVr = numberFilter("vr", "Virtual router", &E::keyId1);
+const Filter<E> kBd = interfaceFilter("bd", "Bridge domain: its number, or the bridge of the last import", &E::keyId2);
 
 // clang-format off
 const Table<E> kTable{
     .name = "bd-enable",
-    .databaseName = "l2mc6_bd_enable",
     .holds = "MLD snooping switches of bridge domains",
+    .operations = kernel::kL2Mc6BdEnable,
     .columns = {
         column("VR", "keyId1", &E::keyId1),
         column("BD", "keyId2", &E::keyId2, ColumnKind::kBridge),
@@ -35,38 +41,19 @@ const Table<E> kTable{
         column("WRITTEN (UTC)", "timeStampCreate", &E::timeStampCreate, ColumnKind::kTime),
         column("CONFIRMED (UTC)", "timeStampSmooth", &E::timeStampSmooth, ColumnKind::kTime),
     },
-    .filters = {
-        numberFilter("vr", "Virtual router", &E::keyId1),
-        interfaceFilter("bd", "Bridge domain: its number, or the bridge of the last import", &E::keyId2),
-    },
-    .queries = {
-        {"key", {"vr", "bd"}, nullptr, nullptr, nullptr, readByKey},
-        {"walk of the whole table", {},
-         [](const E&) { return MCAST6_DB_CreateL2McBdEnableIter(); }, MCAST6_DB_ReleaseL2McBdEnableIterator},
-    },
-    .step = MCAST6_DB_GetL2McBdEnableEntry,
-    .absentCodes = {MCAST6_DB_NO_RECORD},
-    .smoothVersion = &E::smoothVersion,
-    .remove = MCAST6_DB_DeleteL2McBdEnable,
+    .filters = {&kVr, &kBd},
+    .queries = {byKey<E>({&kVr, &kBd})},
     .layer = Layer::kLayer2,
-    .router = &E::keyId1,
+    .vr = &kVr,
+    .blank = blankSwitch(),
+    .nameOf = nameOf,
 };
 // clang-format on
-
-E keyOf(const Arguments& arguments) {
-    E key{};
-    key.keyId1 = arguments.number("vr", 0);
-    key.keyId2 = arguments.number("bd", 0);
-    key.addrType = kIpv6;
-    return key;
-}
-
-std::string nameOf(const E& key) { return fmt::format("bridge domain {} of VR {}", key.keyId2, key.keyId1); }
 
 // Writes a new entry; of one that is there, changes what was given and leaves the rest.
 void setEntry(Tool& tool, const Arguments& arguments) {
     if (arguments.has("on") == arguments.has("off")) throw UsageError("give one of --on and --off");
-    E record = keyOf(arguments);
+    E record = readKey(tool, kTable, arguments);
     record.mldVersion = 2;
     const std::string name = nameOf(record);
     const bool known = readRecord(kTable, &record);
@@ -80,7 +67,7 @@ void setEntry(Tool& tool, const Arguments& arguments) {
     if (code != MCAST6_DB_SUCCESS) throw libraryFailure(fmt::format("bd-enable: setting {}", name), code);
     if (!tool.settings.json) return printLine(fmt::format("bd-enable: {} {}", known ? "changed" : "added", name));
     JsonWriter json;
-    json.beginObject().member("table", kTable.databaseName).member("new", !known).endObject();
+    json.beginObject().member("table", kTable.operations.databaseName).member("new", !known).endObject();
     printLine(json.take());
 }
 
@@ -94,23 +81,13 @@ StoredTable bdEnableTable() {
 
 void addBdEnable(Commands& commands) {
     addTableCommands(commands, kTable);
-    const OptionSpec bridgeDomain = required(valueOption("bd", "N", "Bridge domain"));
-    const OptionSpec router = valueOption("vr", "N", "Virtual router, 0 unless given");
-    commands.push_back({"set",
-                        kTable.name,
-                        "Switch MLD snooping of a bridge domain on or off",
-                        {bridgeDomain, router, flagOption("on", "Snooping on"), flagOption("off", "Snooping off"),
-                         valueOption("mld-version", "1|2", "MLD version; 2 for a new entry unless given"),
-                         valueOption("smooth-version", "N", "Smooth version; 0 for a new entry unless given")},
+    commands.push_back({"set", kTable.name, "Switch MLD snooping of a bridge domain on or off",
+                        joined(keyOptions(kTable),
+                               {flagOption("on", "Snooping on"), flagOption("off", "Snooping off"),
+                                valueOption("mld-version", "1|2", "MLD version; 2 for a new entry unless given"),
+                                valueOption("smooth-version", "N", "Smooth version; 0 for a new entry unless given")}),
                         setEntry});
-    commands.push_back({"delete",
-                        kTable.name,
-                        "Delete the switch of one bridge domain",
-                        {bridgeDomain, router},
-                        [](Tool& tool, const Arguments& arguments) {
-                            const E key = keyOf(arguments);
-                            deleteRecord(tool, kTable, key, nameOf(key));
-                        }});
+    addDelete(commands, kTable);
 }
 
 }  // namespace mcast6::ctl

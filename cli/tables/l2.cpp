@@ -43,7 +43,8 @@ const StoredTables& l2Tables() {
 
 void addL2Tables(Commands& commands) {
     addL2Mfib(commands);
-    addLayer(commands, "l2", "layer-2", l2Tables);
+    addLayer(commands, Layer::kLayer2, "l2", "layer-2",
+             {valueOption("vr", "NAME|N", "Virtual router; of tables of VLANs the bridge, by number or name")});
 }
 
 }  // namespace mcast6::ctl

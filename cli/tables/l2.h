@@ -11,8 +11,10 @@
 #include "cli/options/command.h"
 #include "cli/tables/layer.h"
 #include "cli/tables/members.h"
+#include "cli/tables/stored_table.h"
 #include "cli/tables/table.h"
 #include "cli/tables/table_commands.h"
+#include "kernel/apply/layer2_tables.h"
 #include "kernel/apply/layer2_words.h"
 #include "mcast6_db/l2_egress.h"
 

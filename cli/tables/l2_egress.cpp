@@ -15,24 +15,35 @@ namespace {
 
 using E = L2Elb6Entry;
 
+const Filter<E> kVr = numberFilter("vr", "Virtual router", &E::vrId);
+const Filter<E> kBd =
+    needing(&kVr, interfaceFilter("bd", "Bridge domain, or the bridge (in VR 0 without --vr)", &E::bdId));
+const Filter<E> kBridge = interfaceFilter("vr", "Virtual router, or the bridge", &E::vrId);
+const Filter<E> kVlan = numberFilter("vlan", "VLAN", &E::vlanId);
+const Filter<E> kVrf = routingTableFilter("vrf", "VRF, the routing table's number, main, default or local", &E::vrfId);
+const Filter<E> kGroup = addressFilter("group", "Group", &E::groupAddr);
+const Filter<E> kSource = addressFilter("source", "Source; any or :: for the members of any source", &E::sourceAddr);
+const Filter<E> kOif = interfaceFilter("oif", "Outgoing interface", &E::outIfIndex);
+const Filter<E> kUserVlan = numberFilter("tag", "VLAN tag on the member's interface; 0: untagged", &E::userVlanId);
+const Filter<E> kTag = numberFilter("tag", "VLAN tag", &E::tagVid1);
+const Filter<E> kInnerTag = numberFilter("inner-tag", "Inner VLAN tag", &E::tagVid2);
+const Filter<E> kUnderlay = numberFilter("underlay", "IP version that carries the tunnel, 4 or 6", &E::vxlanByte);
+const Filter<E> kVni = numberFilter("vni", "VXLAN network", &E::vxlanWord1);
+const Filter<E> kPid = numberFilter("pid", "Process that wrote the member", &E::appSrcPid);
+
 // What a table has of its own: how it names its domain, what tells a member besides its interface, and its operations.
 struct Own {
     const char* name;
-    const char* databaseName;
     const char* holds;
+    kernel::TableOperations<E> operations;
     bool isVlan;
     uint8_t E::*protocol;
     std::vector<Column<E>> way;
-    std::vector<Filter<E>> wayFilters;
-    std::vector<std::string> keyEnd;  // the filters that end the key, after VR, domain, group and source
-    uint32_t (*read)(E*);
+    Filters<E> wayFilters;
+    Filters<E> keyEnd;  // the filters that end the key, after VR, domain, group and source
     Mcast6DbRes* (*openMembers)(const E& wanted);
     std::vector<Query<E>> further;  // the table's other indexes
     Mcast6DbRes* (*openInterface)(uint32_t ifIndex);
-    Mcast6DbRes* (*openAll)();
-    void (*release)(Mcast6DbRes*);
-    uint32_t (*step)(Mcast6DbRes*, E*);
-    uint32_t (*remove)(const E*);
 };
 
 std::vector<Column<E>> columnsOf(const Own& own) {
@@ -58,58 +69,45 @@ std::vector<Column<E>> columnsOf(const Own& own) {
     return columns;
 }
 
-std::vector<Filter<E>> filtersOf(const Own& own) {
-    std::vector<Filter<E>> filters;
-    if (own.isVlan) {
-        filters.push_back(interfaceFilter("vr", "Virtual router, or the bridge", &E::vrId));
-        filters.push_back(numberFilter("vlan", "VLAN", &E::vlanId));
-    } else {
-        filters.push_back(numberFilter("vr", "Virtual router", &E::vrId));
-        filters.push_back(
-            needing("vr", interfaceFilter("bd", "Bridge domain, or the bridge (in VR 0 without --vr)", &E::bdId)));
-    }
-    filters.push_back(numberFilter("vrf", "VRF", &E::vrfId));
-    filters.push_back(addressFilter("group", "Group", &E::groupAddr));
-    filters.push_back(addressFilter("source", "Source; any or :: for the members of any source", &E::sourceAddr));
-    filters.push_back(interfaceFilter("oif", "Outgoing interface", &E::outIfIndex));
-    filters.insert(filters.end(), own.wayFilters.begin(), own.wayFilters.end());
-    filters.push_back(numberFilter("pid", "Process that wrote the member", &E::appSrcPid));
-    return filters;
+// The filters that name an entry.
+Filters<E> entryOf(const Own& own) {
+    return own.isVlan ? Filters<E>{&kBridge, &kVlan, &kGroup, &kSource} : Filters<E>{&kVr, &kBd, &kGroup, &kSource};
+}
+
+Filters<E> filtersOf(const Own& own) {
+    const Filters<E> domain = own.isVlan ? Filters<E>{&kBridge, &kVlan} : Filters<E>{&kVr, &kBd};
+    return joined(joined(joined(domain, {&kVrf, &kGroup, &kSource, &kOif}), own.wayFilters), {&kPid});
 }
 
 std::vector<Query<E>> queriesOf(const Own& own) {
-    const std::vector<std::string> entry{"vr", own.isVlan ? "vlan" : "bd", "group", "source"};
-    std::vector<std::string> key = entry;
-    key.insert(key.end(), own.keyEnd.begin(), own.keyEnd.end());
+    const auto release = own.operations.release;
     std::vector<Query<E>> queries;
-    queries.push_back(byKey<E>(key, own.read));
-    queries.push_back({kMembersOfEntry, entry, own.openMembers, own.release});
+    queries.push_back(byKey<E>(joined(entryOf(own), own.keyEnd)));
+    queries.push_back(byEntry<E>(entryOf(own), own.openMembers, release));
     for (Query<E> query : own.further) {
-        query.release = own.release;
+        query.release = release;
         queries.push_back(query);
     }
     const auto open = own.openInterface;
     queries.push_back(
-        {"outgoing interface", {"oif"}, [open](const E& wanted) { return open(wanted.outIfIndex); }, own.release});
-    queries.push_back(wholeTable<E>(own.openAll, own.release));
+        {"outgoing interface", {&kOif}, [open](const E& wanted) { return open(wanted.outIfIndex); }, release});
     std::stable_sort(queries.begin(), queries.end(),
                      [](const auto& left, const auto& right) { return left.takes.size() > right.takes.size(); });
     return queries;
 }
 
 Table<E> tableOf(const Own& own) {
+    const EntryKind kind = own.isVlan ? EntryKind::kVlan : EntryKind::kBridgeDomain;
     return {.name = own.name,
-            .databaseName = own.databaseName,
             .holds = own.holds,
+            .operations = own.operations,
+            .entry = {kind, true, &E::vrId, own.isVlan ? &E::vlanId : &E::bdId, &E::groupAddr, &E::sourceAddr},
             .columns = columnsOf(own),
             .filters = filtersOf(own),
             .queries = queriesOf(own),
-            .step = own.step,
-            .absentCodes = {MCAST6_DB_NO_SUCH_RECORD},
-            .smoothVersion = &E::smoothVersion,
-            .remove = own.remove,
             .layer = Layer::kLayer2,
-            .router = own.isVlan ? nullptr : &E::vrId};
+            .vr = own.isVlan ? &kBridge : &kVr,
+            .vrIsBridge = own.isVlan};
 }
 
 template <Mcast6DbRes* (*kOpen)(const L2McBdElbKey*)>
@@ -124,11 +122,11 @@ Mcast6DbRes* openMembersOfVlan(const E& wanted) {
 }
 
 Query<E> byProcess(Mcast6DbRes* (*open)(const E*)) {
-    return {"source process", {"vr", "vrf", "pid"}, [open](const E& wanted) { return open(&wanted); }};
+    return {"source process", {&kVr, &kVrf, &kPid}, [open](const E& wanted) { return open(&wanted); }};
 }
 
 Query<E> byBridgeDomain(Mcast6DbRes* (*open)(uint32_t, uint32_t)) {
-    return {"VR and bridge domain", {"vr", "bd"}, [open](const E& wanted) { return open(wanted.vrId, wanted.bdId); }};
+    return {"VR and bridge domain", {&kVr, &kBd}, [open](const E& wanted) { return open(wanted.vrId, wanted.bdId); }};
 }
 
 Mcast6Ipv6Addr remoteOf(const E& record) {
@@ -141,11 +139,6 @@ std::vector<Column<E>> tunnelColumns() {
     return {column("UNDERLAY", "underlay", &E::vxlanByte), column("VNI", "vni", &E::vxlanWord1),
             column<E>("REMOTE", "remoteAddr", [](const E& record) -> Value { return addressText(remoteOf(record)); }),
             column("UDP", "udpPort", &E::vxlanWord2)};
-}
-
-std::vector<Filter<E>> tunnelFilters() {
-    return {numberFilter("underlay", "IP version that carries the tunnel, 4 or 6", &E::vxlanByte),
-            numberFilter("vni", "VXLAN network", &E::vxlanWord1)};
 }
 
 uint32_t countOfTunnel(const E& wanted, uint32_t* count) {
@@ -166,101 +159,89 @@ Mcast6DbRes* openTunnelOfEntry(const E& wanted) { return MCAST6_DB_CreateL2Mc6Vx
 // clang-format off
 const Table<E> kVlanMembers = tableOf({
     .name = "l2-elb",
-    .databaseName = "l2mc6_elb",
     .holds = "egress members of entries of VLANs",
+    .operations = kernel::kL2Mc6Elb,
     .isVlan = true,
     .protocol = &E::elbByte1,
     .way = {column("TAG", "userVlanId", &E::userVlanId)},
-    .wayFilters = {numberFilter("tag", "VLAN tag on the member's interface; 0: untagged", &E::userVlanId)},
-    .keyEnd = {"oif", "tag"},
-    .read = MCAST6_DB_ReadL2Elb6,
+    .wayFilters = {&kUserVlan},
+    .keyEnd = {&kOif, &kUserVlan},
     .openMembers = openMembersOfVlan,
     .further = {},
     .openInterface = MCAST6_DB_CreateL2Elb6IterByIfindex,
-    .openAll = MCAST6_DB_CreateL2Elb6Iter,
-    .release = MCAST6_DB_ReleaseL2Elb6Iterator,
-    .step = MCAST6_DB_GetL2Elb6Entry,
-    .remove = MCAST6_DB_DeleteL2Elb6,
 });
 
 const Table<E> kUntagged = tableOf({
     .name = "bd-untag-elb",
-    .databaseName = "l2mc6_bd_untag_elb",
     .holds = "untagged egress members of entries of bridge domains",
+    .operations = kernel::kL2Mc6BdUntagElb,
     .isVlan = false,
     .protocol = &E::elbByte1,
     .way = {},
     .wayFilters = {},
-    .keyEnd = {"oif"},
-    .read = MCAST6_DB_ReadL2McBdUntagElb,
+    .keyEnd = {&kOif},
     .openMembers = openMembersOfBridgeDomain<MCAST6_DB_CreateL2McBdUntagElbMcidIterator>,
     .further = {byProcess(MCAST6_DB_CreateL2McBdUntagElbIterBySrcPid)},
     .openInterface = MCAST6_DB_CreateL2McBdUntagElbIterByIfindex,
-    .openAll = MCAST6_DB_CreateL2BdUntagElbIter,
-    .release = MCAST6_DB_ReleaseL2BdUntagElbIter,
-    .step = MCAST6_DB_GetL2McBdUntagElbEntry,
-    .remove = MCAST6_DB_DeleteL2McBdUntagElb,
 });
 
 const Table<E> kTagged = tableOf({
     .name = "bd-tag-elb",
-    .databaseName = "l2mc6_bd_tag_elb",
     .holds = "tagged egress members of entries of bridge domains",
+    .operations = kernel::kL2Mc6BdTagElb,
     .isVlan = false,
     .protocol = &E::elbByte1,
     .way = {column("TAG", "tagVid1", &E::tagVid1), column("INNER TAG", "tagVid2", &E::tagVid2)},
-    .wayFilters = {numberFilter("tag", "VLAN tag", &E::tagVid1),
-                   numberFilter("inner-tag", "Inner VLAN tag", &E::tagVid2)},
-    .keyEnd = {"oif", "tag", "inner-tag"},
-    .read = MCAST6_DB_ReadL2McBdTagElb,
+    .wayFilters = {&kTag, &kInnerTag},
+    .keyEnd = {&kOif, &kTag, &kInnerTag},
     .openMembers = openMembersOfBridgeDomain<MCAST6_DB_CreateL2McBdTagElbMcidIter>,
     .further = {byProcess(MCAST6_DB_CreateL2McBdTagElbIterBySrcPid)},
     .openInterface = MCAST6_DB_CreateL2McBdTagElbIterByIfindex,
-    .openAll = MCAST6_DB_CreateL2BdTagElbIter,
-    .release = MCAST6_DB_ReleaseL2BdTagElbIter,
-    .step = MCAST6_DB_GetL2McBdTagElbEntry,
-    .remove = MCAST6_DB_DeleteL2McBdTagElb,
 });
 
 const Table<E> kVxlan = tableOf({
     .name = "bd-vxlan-elb",
-    .databaseName = "l2mc6_bd_vxlan_elb",
     .holds = "VXLAN egress members of entries of bridge domains",
+    .operations = kernel::kL2Mc6BdVxlanElb,
     .isVlan = false,
     .protocol = &E::vxlanFlag,
     .way = tunnelColumns(),
-    .wayFilters = tunnelFilters(),
-    .keyEnd = {"underlay", "vni"},
-    .read = MCAST6_DB_ReadL2Mc6BdVxlanElb,
+    .wayFilters = {&kUnderlay, &kVni},
+    .keyEnd = {&kUnderlay, &kVni},
     .openMembers = openMembersOfBridgeDomain<MCAST6_DB_CreateL2Mc6BdVxlanElbMcidIterator>,
-    .further = {{"tunnel in a bridge domain", {"vr", "bd", "underlay", "vni"}, openTunnelInBridgeDomain, nullptr, countOfTunnel},
-                {"tunnel", {"vr", "underlay", "vni"}, openTunnel},
+    .further = {{"tunnel in a bridge domain", {&kVr, &kBd, &kUnderlay, &kVni}, openTunnelInBridgeDomain, nullptr, countOfTunnel},
+                {"tunnel", {&kVr, &kUnderlay, &kVni}, openTunnel},
                 byBridgeDomain(MCAST_DB_CreateL2McBdVxlanElbIteratorByBd)},
     .openInterface = MCAST6_DB_CreateL2Mc6BdVxlanElbIteratorByIfindex,
-    .openAll = MCAST6_DB_CreateL2Mc6BdVxlanElbIter,
-    .release = MCAST6_DB_ReleaseL2Mc6BdVxlanElbIterator,
-    .step = MCAST6_DB_GetL2Mc6BdVxlanElbEntry,
-    .remove = MCAST6_DB_DeleteL2Mc6BdVxlanElb,
 });
 
 const Table<E> kVxlanSub = tableOf({
     .name = "bd-vxlan-sub-elb",
-    .databaseName = "l2mc6_bd_vxlan_sub_elb",
     .holds = "VXLAN egress members of entries of bridge domains that are bound to an interface",
+    .operations = {
+        .databaseName = "l2mc6_bd_vxlan_sub_elb",
+        .read = MCAST6_DB_ReadL2Mc6BdVxlanSubElb,
+        .absentCode = MCAST6_DB_NO_SUCH_RECORD,
+        .write = nullptr,
+        .restamp = nullptr,
+        .remove = MCAST6_DB_DeleteL2Mc6BdVxlanSubElb,
+        .merge = nullptr,
+        .smoothVersion = &E::smoothVersion,
+        .appSrcPid = &E::appSrcPid,
+        .vrId = &E::vrId,
+        .openAll = MCAST6_DB_CreateL2Mc6BdVxlanSubElbIter,
+        .step = MCAST6_DB_GetL2Mc6BdVxlanSubElbEntry,
+        .release = MCAST6_DB_ReleaseL2Mc6BdVxlanSubElbIterator,
+    },
     .isVlan = false,
     .protocol = &E::vxlanFlag,
     .way = tunnelColumns(),
-    .wayFilters = tunnelFilters(),
-    .keyEnd = {"underlay", "vni", "oif"},
-    .read = MCAST6_DB_ReadL2Mc6BdVxlanSubElb,
+    .wayFilters = {&kUnderlay, &kVni},
+    .keyEnd = {&kUnderlay, &kVni, &kOif},
     .openMembers = openMembersOfBridgeDomain<MCAST6_DB_CreateL2Mc6BdVxlanSubElbMcidIterator>,
-    .further = {{"tunnel of an entry", {"vr", "bd", "group", "source", "underlay", "vni"}, openTunnelOfEntry},
+    .further = {{"tunnel of an entry", {&kVr, &kBd, &kGroup, &kSource, &kUnderlay, &kVni}, openTunnelOfEntry},
                 byBridgeDomain(MCAST6_DB_CreateL2Mc6BdVxlanSubElbIteratorByBd)},
     .openInterface = MCAST6_DB_CreateL2Mc6BdVxlanSubElbIteratorByIfindex,
-    .openAll = MCAST6_DB_CreateL2Mc6BdVxlanSubElbIter,
-    .release = MCAST6_DB_ReleaseL2Mc6BdVxlanSubElbIterator,
-    .step = MCAST6_DB_GetL2Mc6BdVxlanSubElbEntry,
-    .remove = MCAST6_DB_DeleteL2Mc6BdVxlanSubElb,
 });
 // clang-format on
 

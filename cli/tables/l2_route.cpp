@@ -32,78 +32,68 @@ std::vector<Column<Record>> columnsOf(const std::vector<Column<Record>>& way) {
     return columns;
 }
 
+// The filters that the records of all three tables have.
 template <class Record>
-std::vector<Filter<Record>> filtersOf(const std::vector<Filter<Record>>& way) {
-    std::vector<Filter<Record>> filters{
-        numberFilter("vr", "Virtual router", &Record::vrId),
-        interfaceFilter("bd", "Bridge domain, or the bridge", &Record::rtKeyWord1),
-        interfaceFilter("port", "Port", &Record::rtKeyWord2),
-        numberFilter("vlan", "VLAN of which the port is a router port; 0: all of them", &Record::rtKeyValue),
-        numberFilter("vrf", "VRF", &Record::vrfId)};
-    filters.insert(filters.end(), way.begin(), way.end());
-    return filters;
-}
+struct PortFilters {
+    Filter<Record> vr = numberFilter("vr", "Virtual router", &Record::vrId);
+    Filter<Record> bd = interfaceFilter("bd", "Bridge domain, or the bridge", &Record::rtKeyWord1);
+    Filter<Record> port = interfaceFilter("port", "Port", &Record::rtKeyWord2);
+    Filter<Record> vlan =
+        numberFilter("vlan", "VLAN of which the port is a router port; 0: all of them", &Record::rtKeyValue);
+    Filter<Record> vrf =
+        routingTableFilter("vrf", "VRF, the routing table's number, main, default or local", &Record::vrfId);
+
+    Filters<Record> with(const Filters<Record>& way) const { return joined({&vr, &bd, &port, &vlan, &vrf}, way); }
+    Filters<Record> key(const Filters<Record>& end) const { return joined({&vr, &bd, &port, &vlan}, end); }
+};
+
+using Rt = L2McBdRtEntry;
+const PortFilters<Rt> kOf;
+const Filter<Rt> kTag = numberFilter("tag", "VLAN tag", &Rt::tagVid1);
+const Filter<Rt> kInnerTag = numberFilter("inner-tag", "Inner VLAN tag", &Rt::tagVid2);
+
+using Vx = L2McBdRtVxlanEntry;
+const PortFilters<Vx> kOfVxlan;
+const Filter<Vx> kVni = numberFilter("vni", "VXLAN network", &Vx::rtKeyWord3);
+const Filter<Vx> kPid = numberFilter("pid", "Process that wrote the entry", &Vx::appSrcPid);
 
 // clang-format off
-using Rt = L2McBdRtEntry;
 const Table<Rt> kUntagged{
     .name = "bd-untag-rt",
-    .databaseName = "l2mc6_bd_untag_rt",
     .holds = "untagged router ports of bridge domains",
+    .operations = kernel::kL2Mc6BdUntagRt,
     .columns = columnsOf<Rt>({}),
-    .filters = filtersOf<Rt>({}),
-    .queries = {
-        byKey<Rt>({"vr", "bd", "port", "vlan"}, MCAST6_DB_ReadL2McBdUntagRt),
-        wholeTable<Rt>(MCAST6_DB_CreateL2McBdUntagRtIter, MCAST6_DB_ReleaseL2McBdUntagRtIterator),
-    },
-    .step = MCAST6_DB_GetL2McBdUntagRtEntry,
-    .absentCodes = {MCAST6_DB_NO_RECORD},
-    .smoothVersion = &Rt::smoothVersion,
-    .remove = MCAST6_DB_DeleteL2McBdUntagRt,
+    .filters = kOf.with({}),
+    .queries = {byKey<Rt>(kOf.key({}))},
     .layer = Layer::kLayer2,
-    .router = &Rt::vrId,
+    .vr = &kOf.vr,
 };
 
 const Table<Rt> kTagged{
     .name = "bd-tag-rt",
-    .databaseName = "l2mc6_bd_tag_rt",
     .holds = "tagged router ports of bridge domains",
+    .operations = kernel::kL2Mc6BdTagRt,
     .columns = columnsOf<Rt>({column("TAG", "tagVid1", &Rt::tagVid1), column("INNER TAG", "tagVid2", &Rt::tagVid2)}),
-    .filters = filtersOf<Rt>({numberFilter("tag", "VLAN tag", &Rt::tagVid1),
-                              numberFilter("inner-tag", "Inner VLAN tag", &Rt::tagVid2)}),
-    .queries = {
-        byKey<Rt>({"vr", "bd", "port", "vlan", "tag", "inner-tag"}, MCAST6_DB_ReadL2McBdTagRt),
-        wholeTable<Rt>(MCAST6_DB_CreateL2McBdTagRtIter, MCAST6_DB_ReleaseL2McBdTagRtIterator),
-    },
-    .step = MCAST6_DB_GetL2McBdTagRtEntry,
-    .absentCodes = {MCAST6_DB_NO_RECORD},
-    .smoothVersion = &Rt::smoothVersion,
-    .remove = MCAST6_DB_DeleteL2McBdTagRt,
+    .filters = kOf.with({&kTag, &kInnerTag}),
+    .queries = {byKey<Rt>(kOf.key({&kTag, &kInnerTag}))},
     .layer = Layer::kLayer2,
-    .router = &Rt::vrId,
+    .vr = &kOf.vr,
 };
 
-using Vx = L2McBdRtVxlanEntry;
 const Table<Vx> kVxlan{
     .name = "bd-rt-vxlan",
-    .databaseName = "l2mc6_bd_rt_vxlan_elb",
     .holds = "router ports of bridge domains that are VXLAN tunnels",
+    .operations = kernel::kL2Mc6BdRtVxlanElb,
     .columns = columnsOf<Vx>({column("VNI", "vni", &Vx::rtKeyWord3), column(nullptr, "appSrcPid", &Vx::appSrcPid)}),
-    .filters = filtersOf<Vx>({numberFilter("vni", "VXLAN network", &Vx::rtKeyWord3),
-                              numberFilter("pid", "Process that wrote the entry", &Vx::appSrcPid)}),
+    .filters = kOfVxlan.with({&kVni, &kPid}),
     .queries = {
-        byKey<Vx>({"vr", "bd", "port", "vlan", "vni"}, MCAST6_DB_ReadL2Mc6BdRtVxlanElb),
-        {"source process", {"vr", "vrf", "pid"},
+        byKey<Vx>(kOfVxlan.key({&kVni})),
+        {"source process", {&kOfVxlan.vr, &kOfVxlan.vrf, &kPid},
          [](const Vx& wanted) { return MCAST6_DB_CreateL2Mc6BdRtVxlanElbIterBySrcPid(&wanted); },
          MCAST6_DB_ReleaseL2Mc6BdRtVxlanElbIterator},
-        wholeTable<Vx>(MCAST6_DB_CreateL2Mc6BdRtVxlanElbIter, MCAST6_DB_ReleaseL2Mc6BdRtVxlanElbIterator),
     },
-    .step = MCAST6_DB_GetL2Mc6BdRtVxlanElbEntry,
-    .absentCodes = {MCAST6_DB_NO_RECORD},
-    .smoothVersion = &Vx::smoothVersion,
-    .remove = MCAST6_DB_DeleteL2Mc6BdRtVxlanElb,
     .layer = Layer::kLayer2,
-    .router = &Vx::vrId,
+    .vr = &kOfVxlan.vr,
 };
 // clang-format on
 

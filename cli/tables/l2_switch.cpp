@@ -16,12 +16,26 @@ using enum kernel::VlanPortFlags;
 
 constexpr const char* kVrHelp = "Virtual router, or the bridge";
 
-// clang-format off
 using Global = MldGlobalEntry;
+const Filter<Global> kGlobalVr = interfaceFilter("vr", kVrHelp, &Global::keyId1);
+const Filter<Global> kGlobalKey2 = numberFilter("key2", "Second key word", &Global::keyId2);
+
+using Vlan = L2VlanEnableEntry;
+const Filter<Vlan> kVlanVr = interfaceFilter("vr", kVrHelp, &Vlan::keyId1);
+const Filter<Vlan> kVlanKey2 = numberFilter("key2", "Second key word", &Vlan::keyId2);
+const Filter<Vlan> kVlan = numberFilter("vlan", "VLAN", &Vlan::vlanId);
+
+using Port = VlanPortEntry;
+const Filter<Port> kPortVr = interfaceFilter("vr", kVrHelp, &Port::keyId1);
+const Filter<Port> kPortVlan = numberFilter("vlan", "VLAN", &Port::vlanId);
+const Filter<Port> kPortKey3 = numberFilter("key3", "Third key word", &Port::keyId3);
+const Filter<Port> kPort = interfaceFilter("port", "Port", &Port::keyId4);
+
+// clang-format off
 const Table<Global> kGlobal{
     .name = "mld-global",
-    .databaseName = "l2mc6_global_enable",
     .holds = "global MLD snooping switches",
+    .operations = kernel::kL2Mc6GlobalEnable,
     .columns = withStamps<Global>({
         column("VR", "keyId1", &Global::keyId1, ColumnKind::kBridge),
         column("KEY 2", "keyId2", &Global::keyId2),
@@ -30,27 +44,18 @@ const Table<Global> kGlobal{
         column("ERROR", "errCode", &Global::errCode),
         column(nullptr, "cfgWord1", &Global::cfgWord1),
     }, &Global::smoothVersion),
-    .filters = {
-        interfaceFilter("vr", kVrHelp, &Global::keyId1),
-        numberFilter("key2", "Second key word", &Global::keyId2),
-    },
-    .queries = {
-        byKey<Global>({"vr", "key2"}, MCAST6_DB_ReadMldGlobal),
-        wholeTable<Global>(MCAST6_DB_CreateMldGlbCfgIter, MCAST6_DB_ReleaseMldGlbCfgIter, MCAST6_DB_GetMldGlbCfgCount),
-    },
-    .step = MCAST6_DB_GetMldGlbEntry,
-    .absentCodes = {MCAST6_DB_NO_RECORD},
-    .smoothVersion = &Global::smoothVersion,
-    .remove = MCAST6_DB_RemoveMldGlobal,
+    .filters = {&kGlobalVr, &kGlobalKey2},
+    .queries = {byKey<Global>({&kGlobalVr, &kGlobalKey2})},
     .layer = Layer::kLayer2,
-    .router = nullptr,
+    .vr = &kGlobalVr,
+    .vrIsBridge = true,
+    .countAll = MCAST6_DB_GetMldGlbCfgCount,
 };
 
-using Vlan = L2VlanEnableEntry;
 const Table<Vlan> kVlans{
     .name = "vlan-enable",
-    .databaseName = "l2mc6_vlan_enable",
     .holds = "MLD snooping switches of VLANs",
+    .operations = kernel::kL2Mc6VlanEnable,
     .columns = withStamps<Vlan>({
         column("VR", "keyId1", &Vlan::keyId1, ColumnKind::kBridge),
         column("KEY 2", "keyId2", &Vlan::keyId2),
@@ -61,28 +66,17 @@ const Table<Vlan> kVlans{
         column("STATUS", "serviceStatus", &Vlan::serviceStatus),
         column("ERROR", "errCode", &Vlan::errCode),
     }, kVlanSmoothVersion),
-    .filters = {
-        interfaceFilter("vr", kVrHelp, &Vlan::keyId1),
-        numberFilter("key2", "Second key word", &Vlan::keyId2),
-        numberFilter("vlan", "VLAN", &Vlan::vlanId),
-    },
-    .queries = {
-        byKey<Vlan>({"vr", "key2", "vlan"}, MCAST6_DB_ReadL2VlanEnableCfg),
-        wholeTable<Vlan>(MCAST6_DB_CreateMldVlanCfgIter, MCAST6_DB_ReleaseMldVlanIter),
-    },
-    .step = MCAST6_DB_GetMldVlanEntry,
-    .absentCodes = {MCAST6_DB_NO_RECORD},
-    .smoothVersion = kVlanSmoothVersion,
-    .remove = MCAST6_DB_DelL2VlanEnableCfg,
+    .filters = {&kVlanVr, &kVlanKey2, &kVlan},
+    .queries = {byKey<Vlan>({&kVlanVr, &kVlanKey2, &kVlan})},
     .layer = Layer::kLayer2,
-    .router = nullptr,
+    .vr = &kVlanVr,
+    .vrIsBridge = true,
 };
 
-using Port = VlanPortEntry;
 const Table<Port> kPorts{
     .name = "vlan-port",
-    .databaseName = "l2mc6_vlan_port",
     .holds = "ports of VLANs",
+    .operations = kernel::kL2Mc6VlanPort,
     .columns = withStamps<Port>({
         column("VR", "keyId1", &Port::keyId1, ColumnKind::kBridge),
         column("VLAN", "vlanId", &Port::vlanId),
@@ -95,22 +89,11 @@ const Table<Port> kPorts{
         column("ERROR", "errCode", &Port::errCode),
         column(nullptr, "portAttr", &Port::portAttr),
     }, &Port::smoothVersion),
-    .filters = {
-        interfaceFilter("vr", kVrHelp, &Port::keyId1),
-        numberFilter("vlan", "VLAN", &Port::vlanId),
-        numberFilter("key3", "Third key word", &Port::keyId3),
-        interfaceFilter("port", "Port", &Port::keyId4),
-    },
-    .queries = {
-        byKey<Port>({"vr", "vlan", "key3", "port"}, MCAST6_DB_ReadVlanPort),
-        wholeTable<Port>(MCAST6_DB_CreateVlanPortIter, MCAST6_DB_ReleaseVlanPortIter),
-    },
-    .step = MCAST6_DB_GetVlanPortEntry,
-    .absentCodes = {MCAST6_DB_NO_RECORD},
-    .smoothVersion = &Port::smoothVersion,
-    .remove = MCAST6_DB_RemoveVlanPort,
+    .filters = {&kPortVr, &kPortVlan, &kPortKey3, &kPort},
+    .queries = {byKey<Port>({&kPortVr, &kPortVlan, &kPortKey3, &kPort})},
     .layer = Layer::kLayer2,
-    .router = nullptr,
+    .vr = &kPortVr,
+    .vrIsBridge = true,
 };
 // clang-format on
 

@@ -25,7 +25,8 @@ const StoredTables& l3Tables() {
 
 void addL3Tables(Commands& commands) {
     addL3Mfib(commands);
-    addLayer(commands, "l3", "layer-3", l3Tables);
+    const auto& filters = entryFilters<L3Mc6MfibEntry>();
+    addLayer(commands, Layer::kLayer3, "l3", "layer-3", {filters.vr.option, filters.vrf.option});
 }
 
 }  // namespace mcast6::ctl

@@ -10,21 +10,17 @@
 #include "cli/options/command.h"
 #include "cli/tables/layer.h"
 #include "cli/tables/members.h"
+#include "cli/tables/stored_table.h"
 #include "cli/tables/table.h"
 #include "cli/tables/table_commands.h"
+#include "kernel/apply/layer3_tables.h"
 #include "mcast6_db/l3_egress.h"
 #include "mcast6_db/l3mc6_mfib.h"
 #include "mcast6_db/l3mc6_register_elb.h"
 
 namespace mcast6::ctl {
 
-template <class Item>
-std::vector<Item> joined(std::vector<Item> items, const std::vector<Item>& further) {
-    items.insert(items.end(), further.begin(), further.end());
-    return items;
-}
-
-// The columns and filters that name an entry, and those of its members' table after them.
+// The columns that name an entry, and those of its members' table after them.
 template <class Record>
 std::vector<Column<Record>> entryColumns(const std::vector<Column<Record>>& further) {
     return joined(
@@ -33,34 +29,51 @@ std::vector<Column<Record>> entryColumns(const std::vector<Column<Record>>& furt
         further);
 }
 
+// The words of an entry in l3-mfib, and in a table of its members.
+inline constexpr EntryWords<L3Mc6MfibEntry> kRouteWords{EntryKind::kRoute,          false,
+                                                        &L3Mc6MfibEntry::vrId,      &L3Mc6MfibEntry::vrfId,
+                                                        &L3Mc6MfibEntry::groupAddr, &L3Mc6MfibEntry::sourceAddr};
+
 template <class Record>
-std::vector<Filter<Record>> entryFilters(const std::vector<Filter<Record>>& further) {
-    return joined({numberFilter("vr", "Virtual router", &Record::vrId),
-                   routingTableFilter("vrf", "VRF, the routing table's number, main or default (in VR 0 without --vr)",
-                                      &Record::vrfId, "vr"),
-                   addressFilter("group", "Group; any or :: for the entries of all groups", &Record::groupAddr),
-                   addressFilter("source", "Source; any or :: for the entries of any source", &Record::sourceAddr)},
-                  further);
+EntryWords<Record> memberOfRoute() {
+    return {EntryKind::kRoute, true, &Record::vrId, &Record::vrfId, &Record::groupAddr, &Record::sourceAddr};
 }
 
-// The filters that name an entry, and further ones.
-inline std::vector<std::string> ofEntry(const std::vector<std::string>& further = {}) {
-    return joined({"vr", "vrf", "group", "source"}, further);
+template <class Record>
+struct EntryFilters {
+    Filter<Record> vr = numberFilter("vr", "Virtual router", &Record::vrId);
+    Filter<Record> vrf = needing(
+        &vr, routingTableFilter("vrf", "VRF, the routing table's number, main, default or local (in VR 0 without --vr)",
+                                &Record::vrfId));
+    Filter<Record> group = addressFilter("group", "Group; any or :: for the entries of all groups", &Record::groupAddr);
+    Filter<Record> source =
+        addressFilter("source", "Source; any or :: for the entries of any source", &Record::sourceAddr);
+
+    EntryFilters() = default;
+    EntryFilters(const EntryFilters&) = delete;
+    EntryFilters& operator=(const EntryFilters&) = delete;
+
+    // The four that name an entry, and further ones.
+    Filters<Record> with(const Filters<Record>& further = {}) const {
+        return joined({&vr, &vrf, &group, &source}, further);
+    }
+};
+
+// One object for all tables of these records.
+template <class Record>
+const EntryFilters<Record>& entryFilters() {
+    static const EntryFilters<Record> kFilters;
+    return kFilters;
 }
 
 // Puts the key of an entry into another record that begins with it.
-template <class Entry, class Record>
-void nameEntry(const Entry& entry, Record& record) {
+template <class Record, class Entry>
+Record keyOf(const Entry& entry) {
+    Record record{};
     record.vrId = entry.vrId;
     record.vrfId = entry.vrfId;
     record.groupAddr = entry.groupAddr;
     record.sourceAddr = entry.sourceAddr;
-}
-
-template <class Record, class Entry>
-Record keyOf(const Entry& entry) {
-    Record record{};
-    nameEntry(entry, record);
     return record;
 }
 
@@ -71,10 +84,13 @@ bool hasForwardingEntry(L3Mc6MfibEntry key);
 template <class Record>
 StoredTable tableOfMembers(const Table<Record>& table) {
     StoredTable stored = storedTable(table);
-    if (table.remove == nullptr) return stored;
-    stored.smooth = [&table](uint32_t) {
-        return smoothStale(table, everything(table),
-                           [](const Record& record) { return !hasForwardingEntry(keyOf<L3Mc6MfibEntry>(record)); });
+    if (table.operations.remove == nullptr) return stored;
+    stored.smooth = [&table](const Smoothing& run) {
+        const auto isStale = [&](const Record& record) {
+            return run.isStale(table.entry.kind, table.entry.idOf(record)) ||
+                   !hasForwardingEntry(keyOf<L3Mc6MfibEntry>(record));
+        };
+        return smoothStale(table, select(run.tool, table, run.arguments), isStale, run.isDry);
     };
     return stored;
 }
@@ -85,11 +101,6 @@ StoredTable glbcfgTable();
 StoredTables l3InterfaceTables();
 StoredTables l3BridgeDomainTables();
 StoredTables mvpnTables();
-
-// For the import, which removes members there that a route does not have any more.
-const Table<L3Mc6RegOifEntry>& registerElbTable();
-const Table<L3Mc6ElbEntry>& l3ElbTable();
-const Table<L3Mc6ElbEntryExt>& l3VlanElbTable();
 
 // The members of forwarding entries, in the tables of a family, for one display.
 using L3Members = std::vector<MemberTable<L3Mc6MfibEntry>>;

@@ -18,25 +18,35 @@ namespace {
 
 using E = L3BdElb6Entry;
 
+constexpr uint32_t kLargestByte = 0xFF;  // what the tables store of bdElbAttr19
+
+const EntryFilters<E>& kOf = entryFilters<E>();
+const Filter<E> kBd =
+    needing(&kOf.vr, interfaceFilter("bd", "Bridge domain, or the bridge (in VR 0 without --vr)", &E::bdElbAttr4));
+const Filter<E> kOif = interfaceFilter("oif", "Outgoing interface", &E::bdElbAttr5);
+const Filter<E> kTag = numberFilter("tag", "VLAN tag", &E::bdElbAttr7);
+const Filter<E> kInnerTag = numberFilter("inner-tag", "Inner VLAN tag", &E::bdElbAttr8);
+const Filter<E> kTunnel = interfaceFilter("tunnel", "Tunnel", &E::tnlAttr2);
+const Filter<E> kUnderlay =
+    numberFilter("underlay", "IP version that carries the tunnel: 4, 6, or 0 for unknown", &E::tnlAttr3);
+const Filter<E> kTunnelKey = numberFilter("tunnel-key", "VXLAN network or GRE key; 0: none", &E::tnlAttr1);
+const Filter<E> kPid = numberFilter("pid", "Process that wrote the member", &E::appSrcPid);
+const Filter<E> kAttr19 = numberFilter("attr19", "Low byte of bdElbAttr19", &E::bdElbAttr19, kLargestByte);
+
 // What a table has of its own.
 struct Own {
     const char* name;
-    const char* databaseName;
     const char* holds;
+    kernel::TableOperations<E> operations;
     std::vector<Column<E>> way;
-    std::vector<Filter<E>> wayFilters;
-    std::vector<std::string> keyEnd;  // the filters that end the key, after VR, VRF, group and source
-    uint32_t (*read)(E*);
+    Filters<E> wayFilters;
+    Filters<E> keyEnd;  // the filters that end the key, after VR, VRF, group and source
     Mcast6DbRes* (*openAttribute)(const E*);
     Mcast6DbRes* (*openMembers)(const L3BdElb6VsgKey*);
     std::vector<Query<E>> further;  // indexes that not all three tables have
     Mcast6DbRes* (*openProcess)(const E*);
     Mcast6DbRes* (*openBridgeDomain)(uint32_t vrId, uint32_t bdId);
     Mcast6DbRes* (*openInterface)(uint32_t ifIndex);
-    Mcast6DbRes* (*openAll)();
-    void (*release)(Mcast6DbRes*);
-    uint32_t (*step)(Mcast6DbRes*, E*);
-    uint32_t (*remove)(const E*);
     uint32_t (*countFast)();
 };
 
@@ -51,18 +61,8 @@ std::vector<Column<E>> columnsOf(const Own& own) {
                    column(nullptr, "appSrcPid", &E::appSrcPid)});
 }
 
-std::vector<Filter<E>> filtersOf(const Own& own) {
-    constexpr uint32_t kLargestByte = 0xFF;  // what the tables store of bdElbAttr19
-    const std::vector<Filter<E>> filters = entryFilters<E>({
-        needing("vr", interfaceFilter("bd", "Bridge domain, or the bridge (in VR 0 without --vr)", &E::bdElbAttr4)),
-        interfaceFilter("oif", "Outgoing interface", &E::bdElbAttr5),
-    });
-    return joined(joined(filters, own.wayFilters),
-                  {numberFilter("pid", "Process that wrote the member", &E::appSrcPid),
-                   numberFilter("attr19", "Low byte of bdElbAttr19", &E::bdElbAttr19, kLargestByte)});
-}
-
 std::vector<Query<E>> queriesOf(const Own& own) {
+    const auto release = own.operations.release;
     const auto openMembers = [open = own.openMembers](const E& wanted) {
         const L3BdElb6VsgKey key{wanted.vrId, wanted.vrfId, wanted.groupAddr, wanted.sourceAddr};
         return open(&key);
@@ -71,45 +71,41 @@ std::vector<Query<E>> queriesOf(const Own& own) {
         return [open](const E& wanted) { return open(&wanted); };
     };
     std::vector<Query<E>> queries{
-        byKey<E>(ofEntry(own.keyEnd), own.read),
-        {"entry and attribute", ofEntry({"attr19"}), byRecord(own.openAttribute), own.release},
-        {kMembersOfEntry, ofEntry(), openMembers, own.release},
+        byKey<E>(kOf.with(own.keyEnd)),
+        {"entry and attribute", kOf.with({&kAttr19}), byRecord(own.openAttribute), release},
+        byEntry<E>(kOf.with(), openMembers, release),
     };
     for (Query<E> query : own.further) {
-        query.release = own.release;
+        query.release = release;
         queries.push_back(query);
     }
-    queries.push_back({"source process", {"vr", "vrf", "pid"}, byRecord(own.openProcess), own.release});
+    queries.push_back({"source process", {&kOf.vr, &kOf.vrf, &kPid}, byRecord(own.openProcess), release});
     queries.push_back({"VR and bridge domain",
-                       {"vr", "bd"},
+                       {&kOf.vr, &kBd},
                        [open = own.openBridgeDomain](const E& wanted) { return open(wanted.vrId, wanted.bdElbAttr4); },
-                       own.release});
+                       release});
     queries.push_back({"outgoing interface",
-                       {"oif"},
+                       {&kOif},
                        [open = own.openInterface](const E& wanted) { return open(wanted.bdElbAttr5); },
-                       own.release});
-    queries.push_back(wholeTable<E>(own.openAll, own.release));
+                       release});
     return queries;
 }
 
 Table<E> tableOf(const Own& own) {
     return {.name = own.name,
-            .databaseName = own.databaseName,
             .holds = own.holds,
+            .operations = own.operations,
+            .entry = memberOfRoute<E>(),
             .columns = columnsOf(own),
-            .filters = filtersOf(own),
+            .filters = joined(joined(kOf.with({&kBd, &kOif}), own.wayFilters), {&kPid, &kAttr19}),
             .queries = queriesOf(own),
-            .step = own.step,
-            .absentCodes = {MCAST6_DB_NO_SUCH_RECORD},
-            .smoothVersion = &E::smoothVersion,
-            .remove = own.remove,
             .layer = Layer::kLayer3,
-            .router = &E::vrId,
+            .vr = &kOf.vr,
             .countFast = own.countFast};
 }
 
 Query<E> byInterfaceOfVr(Mcast6DbRes* (*open)(uint32_t vrId, uint32_t ifIndex)) {
-    return {"VR and outgoing interface", {"vr", "oif"}, [open](const E& wanted) {
+    return {"VR and outgoing interface", {&kOf.vr, &kOif}, [open](const E& wanted) {
                 return open(wanted.vrId, wanted.bdElbAttr5);
             }};
 }
@@ -138,71 +134,67 @@ Mcast6DbRes* openTunnel(const E& wanted) {
 // clang-format off
 const Table<E> kTagged = tableOf({
     .name = "l3-bd-tag-elb",
-    .databaseName = "l3mc6_bd_tag_elb",
     .holds = "tagged members of layer-3 forwarding entries in bridge domains",
+    .operations = {
+        .databaseName = "l3mc6_bd_tag_elb",
+        .read = MCAST6_DB_ReadL3McBdTagElb,
+        .absentCode = MCAST6_DB_NO_SUCH_RECORD,
+        .write = nullptr,
+        .restamp = nullptr,
+        .remove = MCAST6_DB_DeleteL3McBdTagElb,
+        .merge = nullptr,
+        .smoothVersion = &E::smoothVersion,
+        .appSrcPid = &E::appSrcPid,
+        .vrId = &E::vrId,
+        .openAll = MCAST6_DB_CreateL3McBdTagElbAllIter,
+        .step = MCAST6_DB_GetL3McBdTagElbEntry,
+        .release = MCAST6_DB_ReleaseL3McBdTagElbIterator,
+    },
     .way = {column("TAG", "bdElbAttr7", &E::bdElbAttr7), column("INNER TAG", "bdElbAttr8", &E::bdElbAttr8)},
-    .wayFilters = {numberFilter("tag", "VLAN tag", &E::bdElbAttr7),
-                   numberFilter("inner-tag", "Inner VLAN tag", &E::bdElbAttr8)},
-    .keyEnd = {"bd", "oif", "tag", "inner-tag"},
-    .read = MCAST6_DB_ReadL3McBdTagElb,
+    .wayFilters = {&kTag, &kInnerTag},
+    .keyEnd = {&kBd, &kOif, &kTag, &kInnerTag},
     .openAttribute = MCAST6_DB_CreateL3McBdTagElbMfibIter,
     .openMembers = MCAST6_DB_CreateL3McBdTagElbCreateVSGIterator,
     .further = {byInterfaceOfVr(MCAST6_DB_CreateL3McBdTagElbIterByVrIdIfIndex)},
     .openProcess = MCAST6_DB_CreateL3McBdTagElbIterBySrcPid,
     .openBridgeDomain = MCAST6_DB_CreateL3McBdTagElbVrBdIter,
     .openInterface = MCAST6_DB_CreateL3McBdTagElbIterByIfIndex,
-    .openAll = MCAST6_DB_CreateL3McBdTagElbAllIter,
-    .release = MCAST6_DB_ReleaseL3McBdTagElbIterator,
-    .step = MCAST6_DB_GetL3McBdTagElbEntry,
-    .remove = MCAST6_DB_DeleteL3McBdTagElb,
     .countFast = MCAST6_DB_GetL3McBdTagElbCountFast,
 });
 
 const Table<E> kUntagged = tableOf({
     .name = "l3-bd-untag-elb",
-    .databaseName = "l3mc6_bd_untag_elb",
     .holds = "untagged members of layer-3 forwarding entries in bridge domains",
+    .operations = kernel::kL3Mc6BdUntagElb,
     .way = {},
     .wayFilters = {},
-    .keyEnd = {"bd", "oif"},
-    .read = MCAST6_DB_ReadL3McBdUntagElb,
+    .keyEnd = {&kBd, &kOif},
     .openAttribute = MCAST6_DB_CreateL3McBdUntagElbMfibIter,
     .openMembers = MCAST6_DB_CreateL3McBdUntagElbCreateVSGIterator,
     .further = {byInterfaceOfVr(MCAST6_DB_CreateL3McBdUntagElbIterByVrIdIfIndex)},
     .openProcess = MCAST6_DB_CreateL3McBdUntagElbIterBySrcPid,
     .openBridgeDomain = MCAST6_DB_CreateL3McBdUntagElbVrBdIter,
     .openInterface = MCAST6_DB_CreateL3McBdUntagElbIfindexIter,
-    .openAll = MCAST6_DB_CreateL3McBdUntagElbAllIter,
-    .release = MCAST6_DB_ReleaseL3McBdUntagElbIterator,
-    .step = MCAST6_DB_GetL3McBdUntagElbEntry,
-    .remove = MCAST6_DB_DeleteL3McBdUntagElb,
     .countFast = MCAST6_DB_GetL3McBdUntagElbCountFast,
 });
 
 const Table<E> kTunnels = tableOf({
     .name = "l3-bd-tnl-elb",
-    .databaseName = "l3mc6_bd_tnl_elb",
     .holds = "members of layer-3 forwarding entries behind tunnels",
+    .operations = kernel::kL3Mc6BdTnlElb,
     .way = {column("TUNNEL", "tnlAttr2", &E::tnlAttr2, ColumnKind::kInterface),
             column("UNDERLAY", "tnlAttr3", &E::tnlAttr3),
             column("TUNNEL KEY", "tnlAttr1", &E::tnlAttr1),
             column<E>("REMOTE", "tnlAttr5", remoteValue),
             column("UDP", "tnlAttr4", &E::tnlAttr4)},
-    .wayFilters = {interfaceFilter("tunnel", "Tunnel", &E::tnlAttr2),
-                   numberFilter("underlay", "IP version that carries the tunnel: 4, 6, or 0 for unknown", &E::tnlAttr3),
-                   numberFilter("tunnel-key", "VXLAN network or GRE key; 0: none", &E::tnlAttr1)},
-    .keyEnd = {"bd", "tunnel", "underlay"},
-    .read = MCAST6_DB_ReadL3McBdTnlElb,
+    .wayFilters = {&kTunnel, &kUnderlay, &kTunnelKey},
+    .keyEnd = {&kBd, &kTunnel, &kUnderlay},
     .openAttribute = MCAST6_DB_CreateL3McBdTnlElbMfibIter,
     .openMembers = MCAST6_DB_CreateL3McBdTnlElbCreateVSGIterator,
-    .further = {{"tunnel in a bridge domain", {"vr", "bd", "tunnel", "underlay"}, openTunnel}},
+    .further = {{"tunnel in a bridge domain", {&kOf.vr, &kBd, &kTunnel, &kUnderlay}, openTunnel}},
     .openProcess = MCAST6_DB_CreateL3McBdTnlElbIterBySrcPid,
     .openBridgeDomain = MCAST6_DB_CreateL3McBdTnlElbVrBdIter,
     .openInterface = MCAST6_DB_CreateL3McBdTnlElbIterByIfIndex,
-    .openAll = MCAST6_DB_CreateL3McBdTnlElbAllIter,
-    .release = MCAST6_DB_ReleaseL3McBdTnlElbIterator,
-    .step = MCAST6_DB_GetL3McBdTnlElbEntry,
-    .remove = MCAST6_DB_DeleteL3McBdTnlElb,
     .countFast = MCAST6_DB_GetL3McBdTnlElbCountFast,
 });
 // clang-format on
@@ -236,7 +228,7 @@ void addBridgeDomainMembers(const Tool& tool, L3Members& members) {
             return {wayOf(*table, member, linksOf(tool, *table, member))};
         };
         members.push_back(
-            memberTable<Entry, E>(tool, *table, membersByQuery<Entry, E>(*table, nameEntry), {&E::bdElbAttr5, way}));
+            memberTable<Entry, E>(tool, *table, membersByQuery(kRouteWords, *table), {&E::bdElbAttr5, way}));
     }
 }
 

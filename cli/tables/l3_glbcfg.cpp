@@ -14,17 +14,17 @@ uint32_t countOfVrf(const E& wanted, uint32_t* count) {
     return MCAST6_DB_SUCCESS;
 }
 
-Filter<E> typeFilter() {
-    Filter<E> filter = numberFilter("type", "Address type; 2 is IPv6", &E::cfgKeyC);
-    filter.otherwise = "2";
-    return filter;
-}
+const Filter<E> kVr = numberFilter("vr", "Virtual router", &E::cfgKeyA);
+const Filter<E> kVrf = needing(
+    &kVr, routingTableFilter("vrf", "VRF, the routing table's number, main, default or local (in VR 0 without --vr)",
+                             &E::cfgKeyB));
+const Filter<E> kType = usually("2", numberFilter("type", "Address type; 2 is IPv6", &E::cfgKeyC));
 
 // clang-format off
 const Table<E> kTable{
     .name = "glbcfg",
-    .databaseName = "l3mc6_glbcfg",
     .holds = "layer-3 global configurations",
+    .operations = kernel::kL3Mc6GlbCfg,
     .columns = withStamps<E>({
         column("VR", "cfgKeyA", &E::cfgKeyA),
         column("VRF", "cfgKeyB", &E::cfgKeyB),
@@ -35,24 +35,16 @@ const Table<E> kTable{
         column(nullptr, "cfgWord6", &E::cfgWord6),
         column(nullptr, "cfgWord7", &E::cfgWord7),
     }, &E::smoothVersion),
-    .filters = {
-        numberFilter("vr", "Virtual router", &E::cfgKeyA),
-        routingTableFilter("vrf", "VRF, the routing table's number, main or default (in VR 0 without --vr)", &E::cfgKeyB, "vr"),
-        typeFilter(),
-    },
+    .filters = {&kVr, &kVrf, &kType},
     .queries = {
-        byKey<E>({"vr", "vrf", "type"}, MCAST6_DB_ReadGlbCfg),
-        {"VR and VRF", {"vr", "vrf"},
+        byKey<E>({&kVr, &kVrf, &kType}),
+        {"VR and VRF", {&kVr, &kVrf},
          [](const E& wanted) { return MCAST6_DB_CreateGlbCfgIteratorByHashKey(wanted.cfgKeyA, wanted.cfgKeyB); },
          MCAST6_DB_ReleaseGlbCfgIterator, countOfVrf},
-        wholeTable<E>(MCAST6_DB_CreateGlbCfgIter, MCAST6_DB_ReleaseGlbCfgIterator, MCAST6_DB_GetGlbCfgCount),
     },
-    .step = MCAST6_DB_GetGlbCfgEntry,
-    .absentCodes = {MCAST6_DB_NO_SUCH_RECORD},
-    .smoothVersion = &E::smoothVersion,
-    .remove = MCAST6_DB_DeleteGlbCfg,
     .layer = Layer::kLayer3,
-    .router = &E::cfgKeyA,
+    .vr = &kVr,
+    .countAll = MCAST6_DB_GetGlbCfgCount,
 };
 // clang-format on
 

@@ -2,9 +2,8 @@
 // of their records has a smooth version.
 #include <fmt/format.h>
 
-#include <array>
-#include <map>
 #include <memory>
+#include <unordered_map>
 
 #include "cli/tables/l3.h"
 #include "kernel/apply/forwarding_process.h"
@@ -29,15 +28,6 @@ constexpr uint32_t kLargestVlan = 0xFFFF;
 constexpr uint32_t kLargestByte = 0xFF;
 
 constexpr const char* kOutgoingHelp = "Outgoing interface";
-constexpr const char* kFlagAHelp = "Low byte of elbFlagA";
-
-// elbFlagD where it belongs to the key.
-template <class Record>
-Filter<Record> flagDFilter() {
-    Filter<Record> filter = numberFilter("flag-d", "elbFlagD", &Record::elbFlagD);
-    filter.otherwise = "1";
-    return filter;
-}
 
 std::string instanceText(const Register& record) {
     switch (record.instType) {
@@ -77,11 +67,40 @@ Mcast6DbRes* openVlanOfEntry(const Vlan& wanted) {
     return newResource([&](Mcast6DbRes* resource) { return MCAST6_DB_CreateVlanElbScanIterator(&wanted, resource); });
 }
 
+Mcast6DbRes* openMembersOfEntry(const Plain& wanted) { return MCAST6_DB_CreateL3ElbMfibIteratorExt(&wanted); }
+
+Query<Plain> byEntryAndFlag(const Filters<Plain>& takes) {
+    Query<Plain> query = byEntry<Plain>(takes, openMembersOfEntry, MCAST6_DB_ReleaseL3ElbIterator);
+    query.count = [](const Plain& wanted, uint32_t* count) { return MCAST6_DB_GetOutIfNum(&wanted, count); };
+    return query;
+}
+
+const EntryFilters<Register>& kOfRegister = entryFilters<Register>();
+const Filter<Register> kRegisterOif = interfaceFilter("oif", kOutgoingHelp, &Register::outIfIndex);
+const Filter<Register> kInstType =
+    numberFilter("inst-type", "Kind of instance: 0 VLAN, 1 bridge domain, 2 none", &Register::instType);
+const Filter<Register> kInstId =
+    interfaceFilter("inst-id", "VLAN, or bridge domain: its number or the bridge", &Register::instId);
+const Filter<Register> kAttrC = numberFilter("attr-c", "regAttrC", &Register::regAttrC);
+
+const EntryFilters<Plain>& kOfPlain = entryFilters<Plain>();
+const Filter<Plain> kPlainOif = interfaceFilter("oif", kOutgoingHelp, &Plain::outIfIndex);
+const Filter<Plain> kPlainFlagD = usually("1", numberFilter("flag-d", "elbFlagD", &Plain::elbFlagD));
+const Filter<Plain> kFlagA = numberFilter("flag-a", "Low byte of elbFlagA", &Plain::elbFlagA, kLargestByte);
+
+// Of both tables below.
+const EntryFilters<Vlan>& kOfVlan = entryFilters<Vlan>();
+const Filter<Vlan> kOif = interfaceFilter("oif", kOutgoingHelp, &Vlan::outIfIndex);
+const Filter<Vlan> kVlan = numberFilter("vlan", "VLAN", &Vlan::instId, kLargestVlan);
+const Filter<Sub> kSubif = interfaceFilter("subif", "Sub-interface", &Sub::subIfIndex);
+const Filter<Sub> kFlagD = usually("1", numberFilter("flag-d", "elbFlagD", &Sub::elbFlagD));
+
 // clang-format off
 const Table<Register> kRegisters{
     .name = "l3-register-elb",
-    .databaseName = "l3mc6_register_elb",
     .holds = "register interfaces of layer-3 forwarding entries",
+    .operations = kernel::kL3Mc6RegisterElb,
+    .entry = memberOfRoute<Register>(),
     .columns = withStamps(entryColumns<Register>({
         column("OIF", "outIfIndex", &Register::outIfIndex, ColumnKind::kInterface),
         column<Register>("INSTANCE", "instance", instanceValue),
@@ -89,71 +108,65 @@ const Table<Register> kRegisters{
         column(nullptr, "instId", &Register::instId),
         column(nullptr, "regAttrC", &Register::regAttrC),
     })),
-    .filters = entryFilters<Register>({
-        interfaceFilter("oif", kOutgoingHelp, &Register::outIfIndex),
-        numberFilter("inst-type", "Kind of instance: 0 VLAN, 1 bridge domain, 2 none", &Register::instType),
-        numberFilter("inst-id", "VLAN or bridge domain", &Register::instId),
-        numberFilter("attr-c", "regAttrC", &Register::regAttrC),
-    }),
+    .filters = kOfRegister.with({&kRegisterOif, &kInstType, &kInstId, &kAttrC}),
     .queries = {
-        {"entry and attribute", ofEntry({"attr-c"}), openRegistersOfEntry, MCAST6_DB_ReleaseL3mcRegOifIterator},
-        byKey<Register>(ofEntry(), MCAST6_DB_ReadRegistOif),
-        {"instance", {"inst-type", "inst-id"},
+        {"entry and attribute", kOfRegister.with({&kAttrC}), openRegistersOfEntry, MCAST6_DB_ReleaseL3mcRegOifIterator},
+        byKeyOfEntry<Register>(kOfRegister.with()),
+        {"instance", {&kInstType, &kInstId},
          [](const Register& wanted) { return MCAST6_DB_CreateL3mcRegOifVlanIterator(&wanted); },
          MCAST6_DB_ReleaseL3mcRegOifIterator},
-        {"outgoing interface", {"oif"},
+        {"outgoing interface", {&kRegisterOif},
          [](const Register& wanted) { return MCAST6_DB_CreateL3mcRegOifIfIndexIterator(wanted.outIfIndex); },
          MCAST6_DB_ReleaseL3mcRegOifIterator},
-        wholeTable<Register>(MCAST6_DB_CreateL3mcRegOifAllIterator, MCAST6_DB_ReleaseL3mcRegOifIterator),
     },
-    .step = MCAST6_DB_GetL3mcRegOifEntry,
-    .absentCodes = {MCAST6_DB_NO_RECORD},
-    .smoothVersion = nullptr,
-    .remove = MCAST6_DB_DeleteRegistOif,
     .layer = Layer::kLayer3,
-    .router = &Register::vrId,
+    .vr = &kOfRegister.vr,
 };
 
 const Table<Plain> kPlains{
     .name = "l3-elb",
-    .databaseName = "l3mc6_elb",
     .holds = "outgoing interfaces of layer-3 forwarding entries",
+    .operations = kernel::kL3Mc6Elb,
+    .entry = memberOfRoute<Plain>(),
     .columns = withStamps(entryColumns<Plain>({
         column("OIF", "outIfIndex", &Plain::outIfIndex, ColumnKind::kInterface),
         column("VLAN", "instId", &Plain::instId),
         column("FLAG D", "elbFlagD", &Plain::elbFlagD),
         column("FLAG A", "elbFlagA", &Plain::elbFlagA),
     })),
-    .filters = entryFilters<Plain>({
-        interfaceFilter("oif", kOutgoingHelp, &Plain::outIfIndex),
-        flagDFilter<Plain>(),
-        numberFilter("flag-a", kFlagAHelp, &Plain::elbFlagA, kLargestByte),
-    }),
+    .filters = kOfPlain.with({&kPlainOif, &kPlainFlagD, &kFlagA}),
     .queries = {
-        byKey<Plain>(ofEntry({"oif", "flag-d"}), MCAST6_DB_ReadL3Elb),
-        {kMembersOfEntry, ofEntry({"flag-a"}),
-         [](const Plain& wanted) { return MCAST6_DB_CreateL3ElbMfibIteratorExt(&wanted); },
-         MCAST6_DB_ReleaseL3ElbIterator,
-         [](const Plain& wanted, uint32_t* count) { return MCAST6_DB_GetOutIfNum(&wanted, count); }},
-        {"fast scan of an entry", ofEntry({"flag-d"}), openForwarding, MCAST6_DB_ReleaseL3ElbIterator, nullptr, nullptr,
-         [](const Plain& wanted) { return wanted.elbFlagD == kForwards; }},
-        {"outgoing interface", {"oif"},
+        byKey<Plain>(kOfPlain.with({&kPlainOif, &kPlainFlagD})),
+        byEntryAndFlag(kOfPlain.with({&kFlagA})),
+        {.name = "fast scan of an entry", .takes = kOfPlain.with({&kPlainFlagD}), .open = openForwarding,
+         .release = MCAST6_DB_ReleaseL3ElbIterator,
+         .serves = [](const Plain& wanted) { return wanted.elbFlagD == kForwards; }},
+        {"outgoing interface", {&kPlainOif},
          [](const Plain& wanted) { return MCAST6_DB_CreateL3ElbIfindexIterator(wanted.outIfIndex); },
          MCAST6_DB_ReleaseL3ElbIterator},
-        wholeTable<Plain>(MCAST6_DB_CreateL3ElbAllIterator, MCAST6_DB_ReleaseL3ElbIterator),
     },
-    .step = MCAST6_DB_GetL3ElbEntry,
-    .absentCodes = {MCAST6_DB_NO_SUCH_RECORD},
-    .smoothVersion = nullptr,
-    .remove = kernel::removeOutgoingInterface,
     .layer = Layer::kLayer3,
-    .router = &Plain::vrId,
+    .vr = &kOfPlain.vr,
+    .memberByte = &Plain::elbFlagA,
 };
 
 const Table<Sub> kSubs{
     .name = "l3-sub-elb",
-    .databaseName = "l3mc6_sub_elb",
     .holds = "VLAN sub-interfaces that layer-3 forwarding entries go out by",
+    .operations = {
+        .databaseName = "l3mc6_sub_elb",
+        .read = MCAST6_DB_ReadL3SubElb,
+        .absentCode = MCAST6_DB_NO_SUCH_RECORD,
+        .write = nullptr,
+        .restamp = nullptr,
+        .remove = nullptr,
+        .merge = nullptr,
+        .vrId = &Sub::vrId,
+        .openAll = MCAST6_DB_CreateL3SubElbAllIterator,
+        .step = MCAST6_DB_GetL3SubElbEntry,
+        .release = MCAST6_DB_ReleaseL3SubElbIterator,
+    },
+    .entry = memberOfRoute<Sub>(),
     .columns = withStamps(entryColumns<Sub>({
         column("OIF", "outIfIndex", &Sub::outIfIndex, ColumnKind::kInterface),
         column("SUBIF", "subIfIndex", &Sub::subIfIndex, ColumnKind::kInterface),
@@ -161,59 +174,42 @@ const Table<Sub> kSubs{
         column("FLAG D", "elbFlagD", &Sub::elbFlagD),
         column(nullptr, "elbFlagA", &Sub::elbFlagA),
     })),
-    .filters = entryFilters<Sub>({
-        interfaceFilter("oif", kOutgoingHelp, &Sub::outIfIndex),
-        interfaceFilter("subif", "Sub-interface", &Sub::subIfIndex),
-        numberFilter("vlan", "VLAN", &Sub::instId, kLargestVlan),
-        flagDFilter<Sub>(),
-    }),
+    .filters = kOfVlan.with({&kOif, &kSubif, &kVlan, &kFlagD}),
     .queries = {
-        byKey<Sub>(ofEntry({"subif", "vlan", "flag-d"}), MCAST6_DB_ReadL3SubElb),
-        {"outgoing interface of an entry", ofEntry({"oif", "flag-d"}),
+        byKey<Sub>(kOfVlan.with({&kSubif, &kVlan, &kFlagD})),
+        {"outgoing interface of an entry", kOfVlan.with({&kOif, &kFlagD}),
          [](const Sub& wanted) { return MCAST6_DB_CreateL3mcVlanAllMemIterator(&wanted); },
          MCAST6_DB_ReleaseL3SubElbIterator},
-        {"VLAN", {"vlan"},
+        {"VLAN", {&kVlan},
          [](const Sub& wanted) { return MCAST6_DB_CreateL3mcVlanScanIterater(static_cast<uint16_t>(wanted.instId)); },
          MCAST6_DB_ReleaseL3SubElbIterator},
-        wholeTable<Sub>(MCAST6_DB_CreateL3SubElbAllIterator, MCAST6_DB_ReleaseL3SubElbIterator),
     },
-    .step = MCAST6_DB_GetL3SubElbEntry,
-    .absentCodes = {MCAST6_DB_NO_SUCH_RECORD},
-    .smoothVersion = nullptr,
-    .remove = nullptr,
     .layer = Layer::kLayer3,
-    .router = &Sub::vrId,
+    .vr = &kOfVlan.vr,
 };
 
 const Table<Vlan> kVlans{
     .name = "l3-vlan-elb",
-    .databaseName = "l3mc6_vlan_elb",
     .holds = "VLAN members of layer-3 forwarding entries",
+    .operations = kernel::kL3Mc6VlanElb,
+    .entry = memberOfRoute<Vlan>(),
     .columns = withStamps(entryColumns<Vlan>({
         column("OIF", "outIfIndex", &Vlan::outIfIndex, ColumnKind::kInterface),
         column("VLAN", "instId", &Vlan::instId),
         column(nullptr, "elbFlagD", &Vlan::elbFlagD),
         column(nullptr, "elbFlagA", &Vlan::elbFlagA),
     })),
-    .filters = entryFilters<Vlan>({
-        interfaceFilter("oif", kOutgoingHelp, &Vlan::outIfIndex),
-        numberFilter("vlan", "VLAN", &Vlan::instId, kLargestVlan),
-    }),
+    .filters = kOfVlan.with({&kOif, &kVlan}),
     .queries = {
-        byKey<Vlan>(ofEntry({"oif", "vlan"}), MCAST6_DB_ReadVlanElb),
-        {"VLAN of an entry", ofEntry({"vlan"}), openVlanOfEntry, releaseResource<MCAST6_DB_ReleaseVlanElbStatObject>},
-        {kMembersOfEntry, ofEntry(), openVlansOfEntry, MCAST6_DB_ReleaseVlanElbIterator},
-        {"outgoing interface", {"oif"},
+        byKey<Vlan>(kOfVlan.with({&kOif, &kVlan})),
+        {"VLAN of an entry", kOfVlan.with({&kVlan}), openVlanOfEntry, releaseResource<MCAST6_DB_ReleaseVlanElbStatObject>},
+        byEntry<Vlan>(kOfVlan.with(), openVlansOfEntry, MCAST6_DB_ReleaseVlanElbIterator),
+        {"outgoing interface", {&kOif},
          [](const Vlan& wanted) { return MCAST6_DB_CreateVlanElbOutIfIterator(wanted.outIfIndex); },
          MCAST6_DB_ReleaseVlanElbIterator},
-        wholeTable<Vlan>(MCAST6_DB_CreateVlanElbAllIterator, MCAST6_DB_ReleaseVlanElbIterator),
     },
-    .step = MCAST6_DB_GetVlanElbEntry,
-    .absentCodes = {MCAST6_DB_NO_RECORD},
-    .smoothVersion = nullptr,
-    .remove = MCAST6_DB_RemoveVlanElb,
     .layer = Layer::kLayer3,
-    .router = &Vlan::vrId,
+    .vr = &kOfVlan.vr,
 };
 // clang-format on
 
@@ -223,30 +219,20 @@ class GroupedByEntry {
 public:
     explicit GroupedByEntry(const Table<Record>& table) : table_(table) {}
 
-    const std::vector<Record>& of(const L3Mc6MfibEntry& entry) {
+    const std::vector<Record>& of(const EntryId& entry) {
         if (!walked_) {
             walk(table_, everything(table_),
-                 [this](const Record& record) { groups_[wordsOf(record)].push_back(record); });
+                 [this](const Record& record) { groups_[table_.entry.idOf(record)].push_back(record); });
         }
         walked_ = true;
         static const std::vector<Record> kNone;
-        const auto found = groups_.find(wordsOf(entry));
+        const auto found = groups_.find(entry);
         return found == groups_.end() ? kNone : found->second;
     }
 
 private:
-    using Words = std::array<uint32_t, 10>;
-
-    template <class Named>
-    static Words wordsOf(const Named& named) {
-        const auto& group = named.groupAddr.word;
-        const auto& source = named.sourceAddr.word;
-        return {named.vrId, named.vrfId, group[0],  group[1],  group[2],
-                group[3],   source[0],   source[1], source[2], source[3]};
-    }
-
     const Table<Record>& table_;
-    std::map<Words, std::vector<Record>> groups_;
+    std::unordered_map<EntryId, std::vector<Record>, EntryIdHash> groups_;
     bool walked_ = false;
 };
 
@@ -256,19 +242,15 @@ StoredTables l3InterfaceTables() {
     return {tableOfMembers(kRegisters), tableOfMembers(kPlains), tableOfMembers(kSubs), tableOfMembers(kVlans)};
 }
 
-const Table<Register>& registerElbTable() { return kRegisters; }
-const Table<Plain>& l3ElbTable() { return kPlains; }
-const Table<Vlan>& l3VlanElbTable() { return kVlans; }
-
 void addInterfaceMembers(const Tool& tool, L3Members& members) {
     using Entry = L3Mc6MfibEntry;
     using Way = std::vector<std::string>;
     const auto plain = [](const Plain&) -> Way { return {"plain"}; };
-    members.push_back(memberTable<Entry, Plain>(tool, kPlains, membersByQuery<Entry, Plain>(kPlains, nameEntry),
-                                                {&Plain::outIfIndex, plain}));
+    members.push_back(
+        memberTable<Entry, Plain>(tool, kPlains, membersByQuery(kRouteWords, kPlains), {&Plain::outIfIndex, plain}));
     const auto grouped = [groups = std::make_shared<GroupedByEntry<Sub>>(kSubs)](
                              const Entry& entry, const std::function<void(const Sub&)>& visit) {
-        for (const Sub& member : groups->of(entry)) visit(member);
+        for (const Sub& member : groups->of(kRouteWords.idOf(entry))) visit(member);
     };
     const auto sub = [&tool](const Sub& member) -> Way {
         const ColumnHead head{"", "subIfIndex", ColumnKind::kInterface};
@@ -278,14 +260,14 @@ void addInterfaceMembers(const Tool& tool, L3Members& members) {
     };
     members.push_back(memberTable<Entry, Sub>(tool, kSubs, grouped, {&Sub::outIfIndex, sub}));
     const auto vlan = [](const Vlan& member) -> Way { return {fmt::format("VLAN {}", member.instId)}; };
-    members.push_back(memberTable<Entry, Vlan>(tool, kVlans, membersByQuery<Entry, Vlan>(kVlans, nameEntry),
-                                               {&Vlan::outIfIndex, vlan}));
+    members.push_back(
+        memberTable<Entry, Vlan>(tool, kVlans, membersByQuery(kRouteWords, kVlans), {&Vlan::outIfIndex, vlan}));
     const auto registers = [](const Register& member) -> Way {
         const std::string instance = instanceText(member);
         return {instance.empty() ? "register" : "register, " + instance};
     };
-    members.push_back(memberTable<Entry, Register>(
-        tool, kRegisters, membersByQuery<Entry, Register>(kRegisters, nameEntry), {&Register::outIfIndex, registers}));
+    members.push_back(memberTable<Entry, Register>(tool, kRegisters, membersByQuery(kRouteWords, kRegisters),
+                                                   {&Register::outIfIndex, registers}));
 }
 
 }  // namespace mcast6::ctl

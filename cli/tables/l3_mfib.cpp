@@ -14,7 +14,7 @@ namespace {
 using E = L3Mc6MfibEntry;
 constexpr uint32_t kHashConflict = 5;  // attr23, the error code
 
-Query<E> byType(const char* name, uint32_t queryType, std::vector<std::string> takes) {
+Query<E> byType(const char* name, uint32_t queryType, const Filters<E>& takes) {
     const auto open = [=](const E& wanted) {
         return newResource(
             [&](Mcast6DbRes* resource) { return MCAST6_DB_CreateL3MfibFwdIter(resource, queryType, &wanted); });
@@ -22,34 +22,40 @@ Query<E> byType(const char* name, uint32_t queryType, std::vector<std::string> t
     const auto count = [=](const E& wanted, uint32_t* matches) {
         return MCAST6_DB_GetL3MfibFwdMatchNum(&wanted, matches, queryType);
     };
-    return {fmt::format("{} (query type {})", name, queryType), std::move(takes), open,
+    return {fmt::format("{} (query type {})", name, queryType), takes, open,
             releaseResource<MCAST6_DB_ReleaseL3MfibObject>, count};
 }
 
-Query<E> byErrorCode() {
-    const auto open = [](const E& wanted) {
-        return newResource(
-            [&](Mcast6DbRes* resource) { return MCAST6_DB_CreateL3MfibIterByErrCode(wanted.vrId, resource); });
-    };
-    return {
-        "error code",
-        {"vr", "conflicts"},
-        open,
-        releaseResource<MCAST6_DB_ReleaseL3MfibObject>,
-        [](const E& wanted, uint32_t* count) { return MCAST6_DB_GetL3MfibHashConflictTotalNum(wanted.vrId, count); }};
+uint32_t countConflicts(const E& wanted, uint32_t* count) {
+    return MCAST6_DB_GetL3MfibHashConflictTotalNum(wanted.vrId, count);
 }
 
-Filter<E> conflictFilter() {
-    return {flagOption("conflicts", "The entries with error code 5, a hash conflict (in VR 0 without --vr)"),
-            [](E& wanted, const std::string&, const LinkScope&) { wanted.attr23 = kHashConflict; },
-            [](const E& record, const E& wanted) { return record.attr23 == wanted.attr23; }, false, "vr"};
+Mcast6DbRes* openConflicts(const E& wanted) {
+    return newResource(
+        [&](Mcast6DbRes* resource) { return MCAST6_DB_CreateL3MfibIterByErrCode(wanted.vrId, resource); });
 }
+
+std::string nameOf(const E& entry) {
+    return fmt::format("source {}, group {} in VR {}, VRF {}", addressText(entry.sourceAddr),
+                       addressText(entry.groupAddr), entry.vrId, entry.vrfId);
+}
+
+const Filter<E>& kVr = entryFilters<E>().vr;
+const Filter<E>& kVrf = entryFilters<E>().vrf;
+const Filter<E>& kGroup = entryFilters<E>().group;
+const Filter<E>& kSource = entryFilters<E>().source;
+const Filter<E> kIif = interfaceFilter("iif", "Incoming interface", &E::inIfIndex);
+const Filter<E> kRegif = interfaceFilter("regif", "Register interface", &E::regIfIndex);
+const Filter<E> kConflicts =
+    needing(&kVr, valueFilter("conflicts", "The entries with error code 5, a hash conflict (in VR 0 without --vr)",
+                              &E::attr23, kHashConflict));
 
 // clang-format off
 const Table<E> kTable{
     .name = "l3-mfib",
-    .databaseName = "l3mc6_mfib",
     .holds = "layer-3 multicast forwarding entries",
+    .operations = kernel::kL3Mc6Mfib,
+    .entry = kRouteWords,
     .columns = {
         column("VR", "vrId", &E::vrId),
         column("VRF", "vrfId", &E::vrfId),
@@ -62,53 +68,29 @@ const Table<E> kTable{
         column("CONFIRMED (UTC)", "timeStampSmooth", &E::timeStampSmooth, ColumnKind::kTime),
         column(nullptr, "appSrcPid", &E::appSrcPid),
     },
-    .filters = {
-        numberFilter("vr", "Virtual router", &E::vrId),
-        routingTableFilter("vrf", "VRF, the routing table's number, main or default (in VR 0 without --vr)", &E::vrfId, "vr"),
-        addressFilter("group", "Group; any or :: for the entries of all groups", &E::groupAddr),
-        addressFilter("source", "Source; any or :: for the entries of any source", &E::sourceAddr),
-        interfaceFilter("iif", "Incoming interface", &E::inIfIndex),
-        interfaceFilter("regif", "Register interface", &E::regIfIndex),
-        conflictFilter(),
-    },
+    .filters = {&kVr, &kVrf, &kGroup, &kSource, &kIif, &kRegif, &kConflicts},
     .queries = {
-        {"key", {"vr", "vrf", "group", "source"}, nullptr, nullptr, nullptr, MCAST6_DB_ReadL3Mfib},
-        byErrorCode(),
-        byType("group and incoming interface", L3_MFIB_QUERY_GROUP_INTERFACE, {"vr", "vrf", "group", "iif"}),
-        byType("source and incoming interface", L3_MFIB_QUERY_SOURCE_INTERFACE, {"vr", "vrf", "source", "iif"}),
-        byType("register interface and group", L3_MFIB_QUERY_REG_INTERFACE_GROUP, {"vr", "vrf", "regif", "group"}),
-        byType("register interface and source", L3_MFIB_QUERY_REG_INTERFACE_SOURCE, {"vr", "vrf", "regif", "source"}),
-        byType("group", L3_MFIB_QUERY_GROUP, {"vr", "vrf", "group"}),
-        byType("source", L3_MFIB_QUERY_SOURCE, {"vr", "vrf", "source"}),
-        byType("register interface", L3_MFIB_QUERY_REG_INTERFACE, {"vr", "vrf", "regif"}),
-        byType("incoming interface", L3_MFIB_QUERY_INTERFACE, {"vr", "vrf", "iif"}),
-        {"incoming interface in any VR and VRF", {"iif"},
+        byKey<E>({&kVr, &kVrf, &kGroup, &kSource}),
+        {"error code", {&kVr, &kConflicts}, openConflicts, releaseResource<MCAST6_DB_ReleaseL3MfibObject>, countConflicts},
+        byType("group and incoming interface", L3_MFIB_QUERY_GROUP_INTERFACE, {&kVr, &kVrf, &kGroup, &kIif}),
+        byType("source and incoming interface", L3_MFIB_QUERY_SOURCE_INTERFACE, {&kVr, &kVrf, &kSource, &kIif}),
+        byType("register interface and group", L3_MFIB_QUERY_REG_INTERFACE_GROUP, {&kVr, &kVrf, &kRegif, &kGroup}),
+        byType("register interface and source", L3_MFIB_QUERY_REG_INTERFACE_SOURCE, {&kVr, &kVrf, &kRegif, &kSource}),
+        byType("group", L3_MFIB_QUERY_GROUP, {&kVr, &kVrf, &kGroup}),
+        byType("source", L3_MFIB_QUERY_SOURCE, {&kVr, &kVrf, &kSource}),
+        byType("register interface", L3_MFIB_QUERY_REG_INTERFACE, {&kVr, &kVrf, &kRegif}),
+        byType("incoming interface", L3_MFIB_QUERY_INTERFACE, {&kVr, &kVrf, &kIif}),
+        {"incoming interface in any VR and VRF", {&kIif},
          [](const E& wanted) { return MCAST6_DB_CreateL3MfibIterByIfIndex(wanted.inIfIndex); },
          MCAST6_DB_ReleaseL3MfibIter},
-        byType("VR and VRF", L3_MFIB_QUERY_VR_VRF, {"vr", "vrf"}),
-        {"walk of the whole table", {},
-         [](const E&) { return MCAST6_DB_CreateL3MfibIter(); }, MCAST6_DB_ReleaseL3MfibIter,
-         [](const E&, uint32_t* count) { return MCAST6_DB_GetL3MfibCnt(count); }},
+        byType("VR and VRF", L3_MFIB_QUERY_VR_VRF, {&kVr, &kVrf}),
     },
-    .step = MCAST6_DB_GetL3MfibEntry,
-    .absentCodes = {MCAST6_DB_NO_SUCH_RECORD},
-    .smoothVersion = &E::smoothVersion,
-    .remove = MCAST6_DB_DeleteL3Mfib,
     .layer = Layer::kLayer3,
-    .router = &E::vrId,
+    .vr = &kVr,
+    .countAll = MCAST6_DB_GetL3MfibCnt,
+    .nameOf = nameOf,
 };
 // clang-format on
-
-void deleteEntry(Tool& tool, const Arguments& arguments) {
-    E key{};
-    key.vrId = arguments.number("vr", 0);
-    key.vrfId = arguments.routingTable("vrf", kMainTable);
-    key.groupAddr = readAddress("group", arguments.text("group"));
-    key.sourceAddr = readAddress("source", arguments.text("source"));
-    deleteRecord(tool, kTable, key,
-                 fmt::format("source {}, group {} in VR {}, VRF {}", addressText(key.sourceAddr),
-                             addressText(key.groupAddr), key.vrId, key.vrfId));
-}
 
 // The columns of the table, without the times: a line of members has no room for them.
 std::vector<const Column<E>*> columnsBesideMembers() {
@@ -127,7 +109,7 @@ void showWithMembers(const Tool& tool, const Arguments& arguments) {
         for (const Column<E>* shown : columns) texts.push_back(cellText(shown->head, shown->value(entry), links));
         return texts;
     };
-    EntryTitles titles{{}, {"MEMBER", "TABLE", "WAY"}, kTable.databaseName};
+    EntryTitles titles{{}, {"MEMBER", "TABLE", "WAY"}, kTable.operations.databaseName};
     for (const Column<E>* shown : columns) titles.entry.emplace_back(shown->head.title);
     L3Members members;
     addInterfaceMembers(tool, members);
@@ -153,14 +135,7 @@ void addL3Mfib(Commands& commands) {
     options.push_back(flagOption("members", "The egress members of all kinds under each entry"));
     commands.push_back({"show", kTable.name, fmt::format("Show {}", kTable.holds), options, showAsAsked});
     addCountAndSmooth(commands, kTable);
-    commands.push_back(
-        {"delete",
-         kTable.name,
-         "Delete one forwarding entry",
-         {required(valueOption("group", "ADDRESS", "Group; any or ::")),
-          required(valueOption("source", "ADDRESS", "Source; any or ::")),
-          valueOption("vr", "N", "Virtual router, 0 unless given"), valueOption("vrf", "N", "VRF, main unless given")},
-         deleteEntry});
+    addDelete(commands, kTable);
 }
 
 }  // namespace mcast6::ctl

@@ -27,6 +27,16 @@ Filter<E> lowByteFilter() {
     return filter;
 }
 
+const EntryFilters<E>& kOf = entryFilters<E>();
+const Filter<E> kWord1 = numberFilter("word1", "tunnelWord1, a VNI", &E::tunnelWord1);
+const Filter<E> kWord2 = numberFilter("word2", "tunnelWord2", &E::tunnelWord2);
+const Filter<E> kWord3 = numberFilter("word3", "tunnelWord3", &E::tunnelWord3);
+const Filter<E> kWord4 = lowByteFilter();
+const Filter<E> kPid = numberFilter("pid", "Process that wrote the member", &E::appSrcPid);
+const Filter<E> kOif = interfaceFilter("oif", "Outgoing interface", &E::outIfIndex);
+const Filter<E> kSubKey = numberFilter("sub-key", "subKeyWord", &E::subKeyWord);
+const Filter<E> kL2If = interfaceFilter("l2if", "Layer-2 interface", &E::l2IfIndex);
+
 uint32_t countOfTunnel(const E& wanted, uint32_t* count) {
     const L3McMvpnVsgKey key{{wanted.vrId, wanted.vrfId, wanted.tunnelWord2, wanted.tunnelWord3}};
     return MCAST6_DB_GetL3McBdMvpnTnlElbCountByTnlVsg(&key, count);
@@ -54,8 +64,23 @@ Mcast6DbRes* openMembers(const E& wanted) {
 // clang-format off
 const Table<E> kTunnels{
     .name = "mvpn-tnl-elb",
-    .databaseName = "l3mc6_mvpn_tnl_elb",
     .holds = "MVPN tunnel members of layer-3 forwarding entries",
+    .operations = {
+        .databaseName = "l3mc6_mvpn_tnl_elb",
+        .read = MCAST6_DB_ReadL3McMvpnTnlElb,
+        .absentCode = MCAST6_DB_NO_RECORD,
+        .write = nullptr,
+        .restamp = nullptr,
+        .remove = MCAST6_DB_DeleteL3McMvpnTnlElb,
+        .merge = nullptr,
+        .smoothVersion = &E::smoothVersion,
+        .appSrcPid = &E::appSrcPid,
+        .vrId = &E::vrId,
+        .openAll = MCAST6_DB_CreateL3McMvpnTnlElbAllIter,
+        .step = MCAST6_DB_GetL3McMvpnTnlElbEntry,
+        .release = MCAST6_DB_ReleaseL3McMvpnTnlElbIterator,
+    },
+    .entry = memberOfRoute<E>(),
     .columns = withRest(entryColumns<E>({
         column("WORD 1", "tunnelWord1", &E::tunnelWord1),
         column("WORD 2", "tunnelWord2", &E::tunnelWord2),
@@ -67,70 +92,65 @@ const Table<E> kTunnels{
         column("WORD 8", "tunnelWord8", &E::tunnelWord8),
         column("WORD 9", "tunnelWord9", &E::tunnelWord9),
     })),
-    .filters = entryFilters<E>({
-        numberFilter("word1", "tunnelWord1, a VNI", &E::tunnelWord1),
-        numberFilter("word2", "tunnelWord2", &E::tunnelWord2),
-        numberFilter("word3", "tunnelWord3", &E::tunnelWord3),
-        lowByteFilter(),
-        numberFilter("pid", "Process that wrote the member", &E::appSrcPid),
-    }),
+    .filters = kOf.with({&kWord1, &kWord2, &kWord3, &kWord4, &kPid}),
     .queries = {
-        byKey<E>(ofEntry(), MCAST6_DB_ReadL3McMvpnTnlElb),
-        {"tunnel", {"vr", "vrf", "word2", "word3"}, openTunnel, MCAST6_DB_ReleaseL3McMvpnTnlElbIterator, countOfTunnel},
-        {"tunnel id", {"vr", "vrf", "word2", "word4"}, openTunnelId, MCAST6_DB_ReleaseL3McMvpnTnlElbIterator},
-        {"VNI", {"vr", "vrf", "word1"}, openVni, MCAST6_DB_ReleaseL3McMvpnTnlElbIterator},
-        {"source process", {"vr", "vrf", "pid"},
+        byKeyOfEntry<E>(kOf.with()),
+        {"tunnel", {&kOf.vr, &kOf.vrf, &kWord2, &kWord3}, openTunnel, MCAST6_DB_ReleaseL3McMvpnTnlElbIterator, countOfTunnel},
+        {"tunnel id", {&kOf.vr, &kOf.vrf, &kWord2, &kWord4}, openTunnelId, MCAST6_DB_ReleaseL3McMvpnTnlElbIterator},
+        {"VNI", {&kOf.vr, &kOf.vrf, &kWord1}, openVni, MCAST6_DB_ReleaseL3McMvpnTnlElbIterator},
+        {"source process", {&kOf.vr, &kOf.vrf, &kPid},
          [](const E& wanted) { return MCAST6_DB_CreateL3McMvpnTnlElbIterBySrcPid(&wanted); },
          MCAST6_DB_ReleaseL3McMvpnTnlElbIterator},
-        {"VR and VRF", {"vr", "vrf"},
+        {"VR and VRF", {&kOf.vr, &kOf.vrf},
          [](const E& wanted) { return MCAST6_DB_CreateL3McMvpnTnlElbIterByVrfId(wanted.vrId, wanted.vrfId); },
          MCAST6_DB_ReleaseL3McMvpnTnlElbIterator},
-        wholeTable<E>(MCAST6_DB_CreateL3McMvpnTnlElbAllIter, MCAST6_DB_ReleaseL3McMvpnTnlElbIterator),
     },
-    .step = MCAST6_DB_GetL3McMvpnTnlElbEntry,
-    .absentCodes = {MCAST6_DB_NO_RECORD},
-    .smoothVersion = &E::smoothVersion,
-    .remove = MCAST6_DB_DeleteL3McMvpnTnlElb,
     .layer = Layer::kLayer3,
-    .router = &E::vrId,
+    .vr = &kOf.vr,
     .countFast = MCAST6_DB_GetL3McMvpnTnlElbCountFast,
 };
 
 const Table<E> kSubs{
     .name = "mvpn-tnl-subelb",
-    .databaseName = "l3mc6_mvpn_tnl_subelb",
     .holds = "MVPN tunnel members of layer-3 forwarding entries that are bound to an interface",
+    .operations = {
+        .databaseName = "l3mc6_mvpn_tnl_subelb",
+        .read = MCAST6_DB_ReadL3McMvpnTnlSubElb,
+        .absentCode = MCAST6_DB_NO_RECORD,
+        .write = nullptr,
+        .restamp = nullptr,
+        .remove = MCAST6_DB_DeleteL3McMvpnTnlSubElb,
+        .merge = nullptr,
+        .smoothVersion = &E::smoothVersion,
+        .appSrcPid = &E::appSrcPid,
+        .vrId = &E::vrId,
+        .openAll = MCAST6_DB_CreateL3McMvpnTnlSubElbAllIter,
+        .step = MCAST6_DB_GetNextL3McMvpnTnlSubElb,
+        .release = MCAST6_DB_ReleaseL3McMvpnTnlSubElbIterator,
+    },
+    .entry = memberOfRoute<E>(),
     .columns = withRest(entryColumns<E>({
         column("OIF", "outIfIndex", &E::outIfIndex, ColumnKind::kInterface),
         column("SUB KEY", "subKeyWord", &E::subKeyWord),
         column("L2 IF", "l2IfIndex", &E::l2IfIndex, ColumnKind::kInterface),
         column("ERROR", "errCode", &E::errCode),
     })),
-    .filters = entryFilters<E>({
-        interfaceFilter("oif", "Outgoing interface", &E::outIfIndex),
-        numberFilter("sub-key", "subKeyWord", &E::subKeyWord),
-        interfaceFilter("l2if", "Layer-2 interface", &E::l2IfIndex),
-    }),
+    .filters = kOf.with({&kOif, &kSubKey, &kL2If}),
     .queries = {
-        byKey<E>(ofEntry({"oif", "sub-key"}), MCAST6_DB_ReadL3McMvpnTnlSubElb),
-        {kMembersOfEntry, ofEntry(), openMembers, MCAST6_DB_ReleaseL3McMvpnTnlSubElbIterator},
-        {"VR and VRF", {"vr", "vrf"},
+        byKey<E>(kOf.with({&kOif, &kSubKey})),
+        byEntry<E>(kOf.with(), openMembers, MCAST6_DB_ReleaseL3McMvpnTnlSubElbIterator),
+        {"VR and VRF", {&kOf.vr, &kOf.vrf},
          [](const E& wanted) { return MCAST6_DB_CreateL3McMvpnTnlSubElbIterByVrVrf(wanted.vrId, wanted.vrfId); },
          MCAST6_DB_ReleaseL3McMvpnTnlSubElbIterator},
-        {"outgoing interface", {"oif"},
+        {"outgoing interface", {&kOif},
          [](const E& wanted) { return MCAST6_DB_CreateL3McMvpnTnlSubElbIterByIfIndex(wanted.outIfIndex); },
          MCAST6_DB_ReleaseL3McMvpnTnlSubElbIterator},
-        {"layer-2 interface", {"l2if"},
+        {"layer-2 interface", {&kL2If},
          [](const E& wanted) { return MCAST6_DB_CreateL3McMvpnTnlSubElbIterByL2IfIndex(wanted.l2IfIndex); },
          MCAST6_DB_ReleaseL3McMvpnTnlSubElbIterator},
-        wholeTable<E>(MCAST6_DB_CreateL3McMvpnTnlSubElbAllIter, MCAST6_DB_ReleaseL3McMvpnTnlSubElbIterator),
     },
-    .step = MCAST6_DB_GetNextL3McMvpnTnlSubElb,
-    .absentCodes = {MCAST6_DB_NO_RECORD},
-    .smoothVersion = &E::smoothVersion,
-    .remove = MCAST6_DB_DeleteL3McMvpnTnlSubElb,
     .layer = Layer::kLayer3,
-    .router = &E::vrId,
+    .vr = &kOf.vr,
 };
 // clang-format on
 
@@ -145,15 +165,13 @@ void addMvpnMembers(const Tool& tool, L3Members& members) {
         const std::string way = fmt::format("MVPN tunnel {} {}", member.tunnelWord2, member.tunnelWord3);
         return {member.tunnelWord1 == 0 ? way : fmt::format("{}, VNI {}", way, member.tunnelWord1)};
     };
-    members.push_back(
-        memberTable<Entry, E>(tool, kTunnels, membersByQuery<Entry, E>(kTunnels, nameEntry), {nullptr, tunnel}));
+    members.push_back(memberTable<Entry, E>(tool, kTunnels, membersByQuery(kRouteWords, kTunnels), {nullptr, tunnel}));
     const auto sub = [&tool](const E& member) -> Way {
         const ColumnHead head{"", "l2IfIndex", ColumnKind::kInterface};
         const RouterLinks& links = linksOf(tool, kSubs, member);
         return {fmt::format("MVPN tunnel, layer-2 interface {}", cellText(head, uint64_t{member.l2IfIndex}, links))};
     };
-    members.push_back(
-        memberTable<Entry, E>(tool, kSubs, membersByQuery<Entry, E>(kSubs, nameEntry), {&E::outIfIndex, sub}));
+    members.push_back(memberTable<Entry, E>(tool, kSubs, membersByQuery(kRouteWords, kSubs), {&E::outIfIndex, sub}));
 }
 
 }  // namespace mcast6::ctl

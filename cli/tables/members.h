@@ -10,13 +10,11 @@
 
 #include "cli/options/command.h"
 #include "cli/output/output.h"
+#include "cli/tables/stored_table.h"
 #include "cli/tables/table.h"
 #include "cli/tables/table_commands.h"
 
 namespace mcast6::ctl {
-
-// The name of the query that finds the members of one entry, in tables whose key names more than an entry.
-constexpr const char* kMembersOfEntry = "entry";
 
 // Lines: an entry, and its members under it.
 class EntryText {
@@ -46,20 +44,12 @@ struct MemberTable {
 template <class Entry, class Record>
 using MemberWalk = std::function<void(const Entry& entry, const std::function<void(const Record&)>& visit)>;
 
-// The query of 'table' that finds the members of one entry: the one by this name, or else the key.
-template <class Record>
-const Query<Record>& membersQuery(const Table<Record>& table) {
-    const auto found = std::find_if(table.queries.begin(), table.queries.end(),
-                                    [](const Query<Record>& query) { return query.name == kMembersOfEntry; });
-    return found == table.queries.end() ? keyQuery(table) : *found;
-}
-
-// The members that it finds. 'nameEntry' puts the key of an entry into a record.
+// The members that a query of 'table' finds, for entries of 'entries'.
 template <class Entry, class Record>
-MemberWalk<Entry, Record> membersByQuery(const Table<Record>& table, void (*nameEntry)(const Entry&, Record&)) {
-    return [&table, nameEntry](const Entry& entry, const std::function<void(const Record&)>& visit) {
-        Selection<Record> selection{{}, &membersQuery(table), {}};
-        nameEntry(entry, selection.wanted);
+MemberWalk<Entry, Record> membersByQuery(const EntryWords<Entry>& entries, const Table<Record>& table) {
+    return [&entries, &table](const Entry& entry, const std::function<void(const Record&)>& visit) {
+        Selection<Record> selection{table.blank, membersQuery(table)};
+        table.entry.put(entries.idOf(entry), selection.wanted);
         walk(table, selection, visit);
     };
 }
@@ -92,7 +82,7 @@ MemberTable<Entry> memberTable(const Tool& tool, const Table<Record>& table, Mem
     };
     const auto addObjects = [&tool, &table, walkMembers](const Entry& entry, JsonWriter& json) {
         walkMembers(entry, [&](const Record& member) {
-            json.beginObject().member("table", table.databaseName);
+            json.beginObject().member("table", table.operations.databaseName);
             writeRecord(tool, json, table, member);
             json.endObject();
         });
@@ -125,7 +115,7 @@ void showEntriesAsJson(const Tool& tool, const Arguments& arguments, const Entry
     for (const EntrySource<Entry>& source : sources) {
         walk(source.table, select(tool, source.table, arguments), [&](const Entry& entry) {
             json.beginObject();
-            if (titles.databaseName == nullptr) json.member("table", source.table.databaseName);
+            if (titles.databaseName == nullptr) json.member("table", source.table.operations.databaseName);
             writeRecord(tool, json, source.table, entry);
             if (!titles.member.empty()) {
                 json.beginArray("members");

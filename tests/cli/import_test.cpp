@@ -179,7 +179,8 @@ TEST(Reimport, restamps_what_is_kept_and_smoothing_deletes_what_vanished) {
     std::map<uint64_t, uint64_t> versions;
     for (const Json& entry : all.at(2).at("entries")) ++versions[entry.at("smoothVersion")];
     EXPECT_EQ(versions, (std::map<uint64_t, uint64_t>{{1, 2}, {2, 10}}));
-    const Json smoothed = {{"table", "l3mc6_mfib"}, {"version", 2}, {"before", 12}, {"deleted", 2}, {"after", 10}};
+    const Json smoothed = {{"table", "l3mc6_mfib"}, {"version", 2}, {"before", 12},
+                           {"deleted", 2},          {"after", 10},  {"membersDeleted", 5}};
     EXPECT_EQ(all.at(3), smoothed);
     std::set<std::string> left;
     for (const Json& entry : all.at(4).at("entries")) {

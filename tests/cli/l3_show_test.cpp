@@ -355,7 +355,8 @@ TEST(L3Smooth, deletes_what_the_last_import_does_not_have) {
 
 TEST(L3Smooth, deletes_members_without_version_with_their_entry) {
     const Outcome outcome = runScript(
-        importKinds() + "delete l3-mfib --group ff0e::7:1 --source 2001:db8:1::a1\nsmooth l3 --version 0\ncount l3\n",
+        importKinds() +
+            "delete l3-mfib --group ff0e::7:1 --source 2001:db8:1::a1 --keep-members\nsmooth l3 --version 0\ncount l3\n",
         {"--json"});
     ASSERT_EQ(outcome.exitCode, 0) << outcome.err;
     const std::vector<Json> all = documents(outcome.out);

@@ -149,7 +149,7 @@ TEST(Stats, of_an_idle_process_are_empty) {
 }
 
 // 11 routes: one object for each write; one each for the two counts, and for the two looks into the empty table; of the
-// smoothing, one for each of two deletions, two counts and a walk.
+// smoothing, one for each of two deletions, two counts and two walks.
 TEST(Stats, count_what_an_import_did) {
     const Outcome outcome =
         runScript(importLine("small") + "smooth l3-mfib --version 1 --vrf 100\nstats\n", {"--json"});
@@ -158,7 +158,7 @@ TEST(Stats, count_what_an_import_did) {
     EXPECT_EQ(stats.at("errorStatistics"), Json::array());
     for (const uint64_t id : {151U, 152U}) {
         ASSERT_NE(byId(stats.at("counters"), id), nullptr) << id;
-        EXPECT_EQ(byId(stats.at("counters"), id)->at("count"), 11 + 2 + 2 + 5) << id;
+        EXPECT_EQ(byId(stats.at("counters"), id)->at("count"), 11 + 2 + 2 + 6) << id;
         EXPECT_EQ(byId(stats.at("counters"), id)->at("name").get<std::string>().find("l3mc6_mfib"), 0U);
     }
     // Of every table: what was made was released.

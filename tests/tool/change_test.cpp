@@ -2,7 +2,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <set>
 #include <string>
+#include <vector>
 
 #include "tests/tool/model.h"
 
@@ -40,9 +42,11 @@ TEST_F(FilledTables, lose_the_one_record_of_a_key) {
             std::erase_if(given, [&](const auto& part) {
                 return facts.unless.contains(part.first) && facts.unless.at(part.first) == part.second;
             });
+            Json expected{{"table", facts.databaseName}, {"deleted", 1}};
+            if (facts.areEntries()) expected["membersDeleted"] = removeMembers(tables, {table.rows.back()});
             table.rows.pop_back();
             const Answer answer = ask("delete", facts.name, given);
-            EXPECT_EQ(answer.document, (Json{{"table", facts.databaseName}, {"deleted", 1}})) << answer.failure;
+            EXPECT_EQ(answer.document, expected) << answer.failure;
             expectAnswered(table, {});
             expectAnswered(table, key);
             EXPECT_TRUE(ask("delete", facts.name, key).failure.starts_with(facts.name + ": no entry for "));
@@ -51,73 +55,134 @@ TEST_F(FilledTables, lose_the_one_record_of_a_key) {
     expectAll();
 }
 
-// Smooths and compares; returns how many went.
-size_t expectSmoothed(FilledTable& table, uint32_t version, const Given& filters) {
+// The rows that go.
+std::vector<Row> stale(const FilledTable& table, uint32_t version, const Given& filters) {
+    std::vector<Row> rows = table.picked(filters);
+    std::erase_if(rows, [&](const Row& row) { return row.version >= version; });
+    return rows;
+}
+
+// Asks what would go, smooths and compares; returns how many went.
+size_t expectSmoothed(std::vector<FilledTable>& tables, FilledTable& table, uint32_t version, const Given& filters) {
     const TableFacts& facts = *table.facts;
+    const Given given = joined(filters, {{"version", std::to_string(version)}});
     const size_t before = table.picked(filters).size();
-    std::vector<Row> stale = table.picked(filters);
-    std::erase_if(stale, [&](const Row& row) { return row.version >= version; });
-    for (const Row& row : stale) {
+    const std::vector<Row> gone = stale(table, version, filters);
+    Json expected{{"table", facts.databaseName},
+                  {"version", version},
+                  {"before", before},
+                  {"deleted", gone.size()},
+                  {"after", before - gone.size()}};
+    const std::vector<FilledTable> untouched = tables;
+    if (facts.areEntries()) expected["membersDeleted"] = removeMembers(tables, gone);
+    Answer dry = ask("smooth", facts.name, joined(given, {{"dry-run", ""}}));
+    EXPECT_EQ(differences(linesOf(dry.document.at("entries")), linesOf(gone)), "");
+    dry.document.erase("entries");
+    EXPECT_EQ(dry.document, joined(expected, {{"dryRun", true}})) << dry.failure;
+    for (const FilledTable& other : untouched) {
+        if (facts.areEntries() || other.facts == table.facts) expectAnswered(other, {});
+    }
+    for (const Row& row : gone) {
         table.remove([&](const Row& other) { return table.keyOf(other) == table.keyOf(row); });
     }
-    const Answer answer = ask("smooth", facts.name, joined(filters, {{"version", std::to_string(version)}}));
-    EXPECT_EQ(answer.document, (Json{{"table", facts.databaseName},
-                                     {"version", version},
-                                     {"before", before},
-                                     {"deleted", stale.size()},
-                                     {"after", before - stale.size()}}))
-        << answer.failure;
+    const Answer answer = ask("smooth", facts.name, given);
+    EXPECT_EQ(answer.document, expected) << answer.failure;
     expectAnswered(table, {});
-    return stale.size();
+    return gone.size();
 }
 
 TEST_F(FilledTables, are_smoothed_by_version_and_filters) {
     for (FilledTable& table : tables) {
         if (!table.facts->hasVersion) continue;
         SCOPED_TRACE(table.facts->name);
-        EXPECT_EQ(expectSmoothed(table, 0, {}), 0U);
+        EXPECT_EQ(expectSmoothed(tables, table, 0, {}), 0U);
         // What one filter picks, each filter in turn.
         const auto stale =
             std::find_if(table.rows.begin(), table.rows.end(), [](const Row& row) { return row.version == 0; });
         ASSERT_NE(stale, table.rows.end());
         const Given filters = stale->filters;
-        EXPECT_GT(expectSmoothed(table, 1, {{"vr", filters.at("vr")}}), 0U);
+        EXPECT_GT(expectSmoothed(tables, table, 1, {{"vr", filters.at("vr")}}), 0U);
         for (const auto& [name, text] : filters) {
-            if (text != kNotPicked) expectSmoothed(table, 1, {{name, text}});
+            if (text != kNotPicked) expectSmoothed(tables, table, 1, {{name, text}});
         }
-        EXPECT_GT(expectSmoothed(table, 2, {}), 0U);
-        EXPECT_GT(expectSmoothed(table, 3, {}), 0U);
+        EXPECT_GT(expectSmoothed(tables, table, 2, {}), 0U);
+        EXPECT_GT(expectSmoothed(tables, table, 3, {}), 0U);
         EXPECT_TRUE(table.rows.empty());
     }
     expectAll();
 }
 
-TEST_F(FilledTables, are_smoothed_with_their_layer) {
-    const FilledTable& routes = tableNamed("l3-mfib");
-    for (const uint32_t version : {0U, 2U, 3U}) {
-        size_t orphans = 0;
-        Json expected = Json::array();
-        for (FilledTable& table : tables) {
-            if (!table.facts->isOfLayer3() || (!table.facts->hasVersion && !table.facts->isDeletable)) continue;
-            const size_t before = table.rows.size();
-            const size_t deleted = table.remove([&](const Row& row) {
-                if (table.facts->hasVersion) return row.version < version;
-                return std::none_of(routes.rows.begin(), routes.rows.end(),
-                                    [&](const Row& route) { return isOfEntry(row, route); });
-            });
-            orphans += table.facts->hasVersion ? 0 : deleted;
-            expected.push_back({{"table", table.facts->databaseName},
-                                {"before", before},
-                                {"deleted", deleted},
-                                {"after", table.rows.size()}});
+// The tables of layer 3 that smooth l3 smooths.
+bool isSmoothed(const TableFacts& facts) { return facts.isOfLayer3() && (facts.hasVersion || facts.isDeletable); }
+
+// What smooth l3 takes away from 'tables', by the rows that 'filters' pick; the entries that go take their members along.
+Json smoothLayer(std::vector<FilledTable>& tables, uint32_t version, const Given& filters) {
+    FilledTable& routes = tables.at(0);
+    EXPECT_EQ(routes.facts->name, "l3-mfib");
+    const std::vector<Row> gone = stale(routes, version, filters);
+    const auto isOfAny = [](const Row& row, const std::vector<Row>& entries) {
+        return std::any_of(entries.begin(), entries.end(), [&](const Row& entry) { return isOfEntry(row, entry); });
+    };
+    Json expected = Json::array();
+    for (FilledTable& table : tables) {
+        const TableFacts& facts = *table.facts;
+        if (!isSmoothed(facts)) continue;
+        const std::vector<Row> picked = table.picked(filters);
+        std::set<Given> keys;
+        for (const Row& row : picked) {
+            const bool isMember = !facts.areEntries() && facts.name != "glbcfg";
+            const bool goes = facts.hasVersion ? row.version < version : !isOfAny(row, routes.rows);
+            if (goes || (isMember && isOfAny(row, gone))) keys.insert(table.keyOf(row));
         }
-        const Answer answer = ask("smooth", "l3", {{"version", std::to_string(version)}});
+        table.remove([&](const Row& row) { return keys.contains(table.keyOf(row)); });
+        expected.push_back({{"table", facts.databaseName},
+                            {"before", picked.size()},
+                            {"deleted", keys.size()},
+                            {"after", picked.size() - keys.size()}});
+    }
+    return expected;
+}
+
+TEST_F(FilledTables, are_smoothed_with_their_layer) {
+    for (const uint32_t version : {0U, 1U, 2U, 3U}) {
+        const std::vector<FilledTable> untouched = tables;
+        const Json expected = smoothLayer(tables, version, {});
+        const Given given{{"version", std::to_string(version)}};
+        const Answer dry = ask("smooth", "l3", joined(given, {{"dry-run", ""}}));
+        EXPECT_EQ(dry.document, (Json{{"version", version}, {"tables", expected}, {"dryRun", true}})) << dry.failure;
+        for (const FilledTable& table : untouched) expectAnswered(table, {});
+        const Answer answer = ask("smooth", "l3", given);
         EXPECT_EQ(answer.document, (Json{{"version", version}, {"tables", expected}})) << answer.failure;
-        EXPECT_GT(orphans, 0U);
         expectAll();
     }
     EXPECT_TRUE(tableNamed("l3-elb").rows.empty());
     EXPECT_FALSE(tableNamed("l3-sub-elb").rows.empty());
+}
+
+TEST_F(FilledTables, are_smoothed_and_counted_by_router_and_routing_table) {
+    for (const Given& filters : {Given{{"vr", "1"}}, Given{{"vrf", "main"}}, Given{{"vr", "0"}, {"vrf", "100"}}}) {
+        Given picking = filters;  // as the rows have it
+        if (filters.contains("vrf") && filters.at("vrf") == "main") picking["vrf"] = "254";
+        Json counts = Json::array();
+        for (const FilledTable& table : tables) {
+            if (!table.facts->isOfLayer3()) continue;
+            counts.push_back({{"table", table.facts->databaseName}, {"count", table.picked(picking).size()}});
+        }
+        EXPECT_EQ(ask("count", "l3", filters).document, (Json{{"tables", counts}}));
+        const Json expected = smoothLayer(tables, 2, picking);
+        const Answer answer = ask("smooth", "l3", joined(filters, {{"version", "2"}}));
+        EXPECT_EQ(answer.document, (Json{{"version", 2}, {"tables", expected}})) << answer.failure;
+        expectAll();
+    }
+}
+
+TEST_F(FilledTables, keep_the_members_of_a_deleted_entry_when_asked) {
+    FilledTable& routes = tableNamed("l3-mfib");
+    const Given key = routes.keyOf(routes.rows.back());
+    routes.rows.pop_back();
+    const Answer answer = ask("delete", "l3-mfib", joined(key, {{"keep-members", ""}}));
+    EXPECT_EQ(answer.document, (Json{{"table", "l3mc6_mfib"}, {"deleted", 1}, {"membersDeleted", 0}}));
+    expectAll();
 }
 
 }  // namespace

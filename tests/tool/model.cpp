@@ -76,6 +76,18 @@ bool isOfEntry(const Row& row, const Row& entry) {
                        [&](const std::string& name) { return row.filters.at(name) == entry.filters.at(name); });
 }
 
+size_t removeMembers(std::vector<FilledTable>& tables, const std::vector<Row>& entries) {
+    size_t removed = 0;
+    for (FilledTable& table : tables) {
+        const TableFacts& facts = *table.facts;
+        if (!facts.isOfLayer3() || facts.areEntries() || facts.name == "glbcfg" || !facts.isDeletable) continue;
+        removed += table.remove([&](const Row& row) {
+            return std::any_of(entries.begin(), entries.end(), [&](const Row& entry) { return isOfEntry(row, entry); });
+        });
+    }
+    return removed;
+}
+
 Lines linesOf(const std::vector<Row>& rows) {
     Lines lines;
     for (const Row& row : rows) lines.insert(row.shown.dump());
@@ -115,7 +127,12 @@ std::string expectAnswered(const FilledTable& table, const Given& given) {
     EXPECT_EQ(shown.document.at("table"), table.facts->databaseName);
     EXPECT_EQ(differences(linesOf(shown.document.at("entries")), linesOf(expected)), "");
     EXPECT_EQ(counted.document, (Json{{"table", table.facts->databaseName}, {"count", expected.size()}}));
-    EXPECT_EQ(counted.told, shown.told);
+    std::string told = shown.told;
+    if (const size_t place = told.find("walk of the whole table\n");
+        table.facts->countsAll && place != std::string::npos) {
+        told.replace(place, 4, "count");
+    }
+    EXPECT_EQ(counted.told, told);
     return shown.told;
 }
 

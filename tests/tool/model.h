@@ -31,6 +31,9 @@ struct FilledTable {
 // 'row' belongs to the forwarding entry of 'entry', or is one with its key.
 bool isOfEntry(const Row& row, const Row& entry);
 
+// Takes the members of these forwarding entries away that can be deleted, and returns how many.
+size_t removeMembers(std::vector<FilledTable>& tables, const std::vector<Row>& entries);
+
 using Lines = std::multiset<std::string>;
 
 Lines linesOf(const std::vector<Row>& rows);

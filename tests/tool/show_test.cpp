@@ -40,9 +40,10 @@ TEST_P(EachTable, has_the_filters_of_its_records) {
     std::set<std::string> counted = filters;
     if (GetParam().countsFast) counted.insert("fast");
     EXPECT_EQ(optionsOf("count", name), counted);
-    filters.insert("version");
+    filters.insert({"version", "dry-run"});
     EXPECT_EQ(optionsOf("smooth", name), GetParam().hasVersion ? filters : std::set<std::string>());
-    const std::set<std::string> key(GetParam().key.begin(), GetParam().key.end());
+    std::set<std::string> key(GetParam().key.begin(), GetParam().key.end());
+    if (GetParam().areEntries()) key.insert("keep-members");
     EXPECT_EQ(optionsOf("delete", name), GetParam().isDeletable ? key : std::set<std::string>());
 }
 

@@ -60,8 +60,11 @@ struct TableFacts {
     bool hasVersion = true;
     bool isDeletable = true;
     bool countsFast = false;
-    bool replaces = true;  // on a write of a key that is there
+    bool countsAll = false;  // the whole table, without a walk
+    bool replaces = true;    // on a write of a key that is there
 
+    // Its records are forwarding entries, whose members go with them.
+    bool areEntries() const { return databaseName.ends_with("_mfib"); }
     bool isOfLayer3() const { return databaseName.starts_with("l3mc6_"); }
 };
 void PrintTo(const TableFacts& facts, std::ostream* out);
