@@ -1,5 +1,5 @@
-// A command of the tool as data: what is typed, its options, and what runs. The command line is made from a list of these,
-// so that a new table or import adds its own to the list and nothing else.
+// A command of the tool as data: what is typed, its options, and what runs. The command line is made from a list of
+// these, so that a new table or import adds its own to the list and nothing else.
 #pragma once
 
 #include <cstdint>
@@ -68,8 +68,8 @@ uint32_t readNumber(const std::string& option, const std::string& text, uint32_t
 uint32_t readRoutingTable(const std::string& option, const std::string& text);
 Mcast6Ipv6Addr readAddress(const std::string& option, const std::string& text);
 
-// Where options look the names of interfaces up: in the links of one VR. While the names of one VR alone are known, they
-// stand for their indexes in all VRs.
+// Where options look the names of interfaces up: in the links of one VR. While the names of one VR alone are known,
+// they stand for their indexes in all VRs.
 struct LinkScope {
     const LinkNames& names;
     Layer layer;

@@ -1,7 +1,8 @@
 // What the tool's descriptions of the layer-2 tables share, and the list of them.
 //
 // Linux numbers VLANs for each bridge, the tables for each virtual router. The tool therefore takes a bridge as bridge
-// domain of VR 0, and as the VR of its VLANs; both numbers are the bridge's interface index. docs/bridge-import.md tells more.
+// domain of VR 0, and as the VR of its VLANs; both numbers are the bridge's interface index. docs/bridge-import.md
+// tells more.
 #pragma once
 
 #include <cstdint>

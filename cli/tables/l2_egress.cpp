@@ -1,5 +1,5 @@
-// l2-elb, bd-untag-elb, bd-tag-elb, bd-vxlan-elb, bd-vxlan-sub-elb: the egress members of layer-2 forwarding entries. One
-// record serves all five tables; each description below holds what its table has of its own.
+// l2-elb, bd-untag-elb, bd-tag-elb, bd-vxlan-elb, bd-vxlan-sub-elb: the egress members of layer-2 forwarding entries.
+// One record serves all five tables; each description below holds what its table has of its own.
 #include <fmt/format.h>
 
 #include "cli/tables/l2.h"
@@ -209,7 +209,8 @@ const Table<E> kVxlan = tableOf({
     .wayFilters = {&kUnderlay, &kVni},
     .keyEnd = {&kUnderlay, &kVni},
     .openMembers = openMembersOfBridgeDomain<MCAST6_DB_CreateL2Mc6BdVxlanElbMcidIterator>,
-    .further = {{"tunnel in a bridge domain", {&kVr, &kBd, &kUnderlay, &kVni}, openTunnelInBridgeDomain, nullptr, countOfTunnel},
+    .further = {{"tunnel in a bridge domain", {&kVr, &kBd, &kUnderlay, &kVni}, openTunnelInBridgeDomain, nullptr,
+                 countOfTunnel},
                 {"tunnel", {&kVr, &kUnderlay, &kVni}, openTunnel},
                 byBridgeDomain(MCAST_DB_CreateL2McBdVxlanElbIteratorByBd)},
     .openInterface = MCAST6_DB_CreateL2Mc6BdVxlanElbIteratorByIfindex,

@@ -141,8 +141,8 @@ const Table<E> kVlans = tableOf({
 });
 // clang-format on
 
-// Those tables that have all filters that were given: with --bd there is no question of VLANs. A name in --vr is that of a
-// bridge, which entries of VLANs have as their VR.
+// Those tables that have all filters that were given: with --bd there is no question of VLANs. A name in --vr is that
+// of a bridge, which entries of VLANs have as their VR.
 std::vector<const Table<E>*> tablesOf(const Arguments& arguments) {
     const bool isBridge = arguments.has(kVr.name()) && !parseNumber(arguments.text(kVr.name()));
     std::vector<const Table<E>*> tables;

@@ -1,6 +1,6 @@
 // bd-untag-rt, bd-tag-rt, bd-rt-vxlan: the router ports of bridge domains. The tool takes rtKeyWord1 as bridge domain,
-// rtKeyWord2 as interface, rtKeyValue as the VLAN that the port is a router port of (0: all of them), rtKeyWord3 as VXLAN
-// network and rtAttr as the kind of router port.
+// rtKeyWord2 as interface, rtKeyValue as the VLAN that the port is a router port of (0: all of them), rtKeyWord3 as
+// VXLAN network and rtAttr as the kind of router port.
 #include "cli/tables/l2.h"
 #include "mcast6_db/l2mc6_bd_rt_vxlan_elb.h"
 #include "mcast6_db/l2mc6_bd_tag_rt.h"

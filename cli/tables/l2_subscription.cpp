@@ -1,5 +1,5 @@
-// bd-flowstat and flowstat: the flow-statistics subscriptions of bridge domains and of VLANs. The tool takes keyId1 as VR,
-// keyId2 as bridge domain or VLAN, flowAddr1 as group and flowAddr2 as source.
+// bd-flowstat and flowstat: the flow-statistics subscriptions of bridge domains and of VLANs. The tool takes keyId1 as
+// VR, keyId2 as bridge domain or VLAN, flowAddr1 as group and flowAddr2 as source.
 #include <fmt/format.h>
 
 #include "cli/tables/l2.h"
@@ -78,7 +78,8 @@ const Table<E> kVlans{
         .step = MCAST6_DB_GetL2FlowStatSubEntry,
         .release = MCAST6_DB_ReleaseL2FlowStatSubIter,
     },
-    .columns = columnsOf({column("VR", "keyId1", &E::keyId1, ColumnKind::kBridge), column("VLAN", "keyId2", &E::keyId2)}),
+    .columns = columnsOf({column("VR", "keyId1", &E::keyId1, ColumnKind::kBridge),
+                          column("VLAN", "keyId2", &E::keyId2)}),
     .filters = {&kBridge, &kVlan, &kGroup, &kSource, &kPid, &kWord3},
     .queries = {byKey<E>({&kBridge, &kVlan, &kGroup, &kSource})},
     .layer = Layer::kLayer2,

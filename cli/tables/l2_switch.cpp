@@ -1,5 +1,5 @@
-// mld-global, vlan-enable, vlan-port: the MLD snooping switches of VRs and VLANs, and the ports of VLANs. The tool takes
-// keyId1 as VR in all three, keyId4 of a port as its interface, and leaves keyId2 and keyId3 0.
+// mld-global, vlan-enable, vlan-port: the MLD snooping switches of VRs and VLANs, and the ports of VLANs. The tool
+// takes keyId1 as VR in all three, keyId4 of a port as its interface, and leaves keyId2 and keyId3 0.
 #include "cli/tables/l2.h"
 #include "kernel/apply/layer2_words.h"
 #include "mcast6_db/l2mc6_global_enable.h"
@@ -82,7 +82,9 @@ const Table<Port> kPorts{
         column("VLAN", "vlanId", &Port::vlanId),
         column("KEY 3", "keyId3", &Port::keyId3),
         column("PORT", "portIfIndex", &Port::keyId4, ColumnKind::kInterface),
-        column<Port>("EGRESS", "egress", [](const Port& record) -> Value { return (record.portAttr & kUntaggedPort) != 0 ? "untagged" : "tagged"; }),
+        column<Port>("EGRESS", "egress", [](const Port& record) -> Value {
+            return (record.portAttr & kUntaggedPort) != 0 ? "untagged" : "tagged";
+        }),
         column<Port>("PVID", "pvid", [](const Port& record) -> Value { return (record.portAttr & kPvidPort) != 0; }),
         column("ROUTER", "mcastRouter", &Port::cfgWord1),
         column("STATUS", "serviceStatus", &Port::serviceStatus),

@@ -1,5 +1,5 @@
-// What the tool's descriptions of the layer-3 tables share. All but the global configuration hold forwarding entries or members
-// of them: a record begins with VR, VRF, group and source.
+// What the tool's descriptions of the layer-3 tables share. All but the global configuration hold forwarding entries or
+// members of them: a record begins with VR, VRF, group and source.
 #pragma once
 
 #include <cstdint>
@@ -80,7 +80,8 @@ Record keyOf(const Entry& entry) {
 // Whether l3-mfib has the entry of this key. Throws Failure.
 bool hasForwardingEntry(L3Mc6MfibEntry key);
 
-// A table whose records have no smooth version: it is smoothed by deleting the members of entries that l3-mfib does not have.
+// A table whose records have no smooth version: it is smoothed by deleting the members of entries that l3-mfib does not
+// have.
 template <class Record>
 StoredTable tableOfMembers(const Table<Record>& table) {
     StoredTable stored = storedTable(table);

@@ -1,7 +1,7 @@
-// l3-bd-tag-elb, l3-bd-untag-elb, l3-bd-tnl-elb: the members of layer-3 forwarding entries in bridge domains. One record serves
-// all three tables. The tool takes bdElbAttr4 as bridge domain, bdElbAttr5 as outgoing interface, bdElbAttr7 and bdElbAttr8 as
-// tags; of a tunnel tnlAttr2 as its interface, tnlAttr3 as IP version of its ends, tnlAttr1 as VXLAN network or GRE key, tnlAttr4
-// as UDP port and tnlAttr5 as its far end.
+// l3-bd-tag-elb, l3-bd-untag-elb, l3-bd-tnl-elb: the members of layer-3 forwarding entries in bridge domains. One
+// record serves all three tables. The tool takes bdElbAttr4 as bridge domain, bdElbAttr5 as outgoing interface,
+// bdElbAttr7 and bdElbAttr8 as tags; of a tunnel tnlAttr2 as its interface, tnlAttr3 as IP version of its ends,
+// tnlAttr1 as VXLAN network or GRE key, tnlAttr4 as UDP port and tnlAttr5 as its far end.
 #include <arpa/inet.h>
 #include <fmt/format.h>
 

@@ -1,5 +1,5 @@
-// glbcfg: the layer-3 global configuration. The tool takes the key's three words as VR, VRF and address type, and cfgWord3 as
-// the switch of multicast routing.
+// glbcfg: the layer-3 global configuration. The tool takes the key's three words as VR, VRF and address type, and
+// cfgWord3 as the switch of multicast routing.
 #include "cli/tables/l3.h"
 #include "mcast6_db/l3mc6_glbcfg.h"
 #include "mcast6_platform/engine.h"

@@ -1,5 +1,5 @@
-// l3-register-elb, l3-elb, l3-sub-elb, l3-vlan-elb: the members of layer-3 forwarding entries that go out by an interface. None
-// of their records has a smooth version.
+// l3-register-elb, l3-elb, l3-sub-elb, l3-vlan-elb: the members of layer-3 forwarding entries that go out by an
+// interface. None of their records has a smooth version.
 #include <fmt/format.h>
 
 #include <memory>
@@ -202,7 +202,8 @@ const Table<Vlan> kVlans{
     .filters = kOfVlan.with({&kOif, &kVlan}),
     .queries = {
         byKey<Vlan>(kOfVlan.with({&kOif, &kVlan})),
-        {"VLAN of an entry", kOfVlan.with({&kVlan}), openVlanOfEntry, releaseResource<MCAST6_DB_ReleaseVlanElbStatObject>},
+        {"VLAN of an entry", kOfVlan.with({&kVlan}), openVlanOfEntry,
+         releaseResource<MCAST6_DB_ReleaseVlanElbStatObject>},
         byEntry<Vlan>(kOfVlan.with(), openVlansOfEntry, MCAST6_DB_ReleaseVlanElbIterator),
         {"outgoing interface", {&kOif},
          [](const Vlan& wanted) { return MCAST6_DB_CreateVlanElbOutIfIterator(wanted.outIfIndex); },

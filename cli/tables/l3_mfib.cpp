@@ -71,7 +71,8 @@ const Table<E> kTable{
     .filters = {&kVr, &kVrf, &kGroup, &kSource, &kIif, &kRegif, &kConflicts},
     .queries = {
         byKey<E>({&kVr, &kVrf, &kGroup, &kSource}),
-        {"error code", {&kVr, &kConflicts}, openConflicts, releaseResource<MCAST6_DB_ReleaseL3MfibObject>, countConflicts},
+        {"error code", {&kVr, &kConflicts}, openConflicts, releaseResource<MCAST6_DB_ReleaseL3MfibObject>,
+         countConflicts},
         byType("group and incoming interface", L3_MFIB_QUERY_GROUP_INTERFACE, {&kVr, &kVrf, &kGroup, &kIif}),
         byType("source and incoming interface", L3_MFIB_QUERY_SOURCE_INTERFACE, {&kVr, &kVrf, &kSource, &kIif}),
         byType("register interface and group", L3_MFIB_QUERY_REG_INTERFACE_GROUP, {&kVr, &kVrf, &kRegif, &kGroup}),

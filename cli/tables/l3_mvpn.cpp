@@ -1,6 +1,6 @@
-// mvpn-tnl-elb and mvpn-tnl-subelb: the MVPN tunnel members of layer-3 forwarding entries, and those that are bound to an
-// interface. One record serves both tables. The library names tunnelWord1 a VNI, tunnelWord2 with tunnelWord3 a tunnel and
-// tunnelWord2 with the low byte of tunnelWord4 a tunnel id; the tool goes no further.
+// mvpn-tnl-elb and mvpn-tnl-subelb: the MVPN tunnel members of layer-3 forwarding entries, and those that are bound to
+// an interface. One record serves both tables. The library names tunnelWord1 a VNI, tunnelWord2 with tunnelWord3 a
+// tunnel and tunnelWord2 with the low byte of tunnelWord4 a tunnel id; the tool goes no further.
 #include <fmt/format.h>
 
 #include "cli/tables/l3.h"
@@ -95,7 +95,8 @@ const Table<E> kTunnels{
     .filters = kOf.with({&kWord1, &kWord2, &kWord3, &kWord4, &kPid}),
     .queries = {
         byKeyOfEntry<E>(kOf.with()),
-        {"tunnel", {&kOf.vr, &kOf.vrf, &kWord2, &kWord3}, openTunnel, MCAST6_DB_ReleaseL3McMvpnTnlElbIterator, countOfTunnel},
+        {"tunnel", {&kOf.vr, &kOf.vrf, &kWord2, &kWord3}, openTunnel, MCAST6_DB_ReleaseL3McMvpnTnlElbIterator,
+         countOfTunnel},
         {"tunnel id", {&kOf.vr, &kOf.vrf, &kWord2, &kWord4}, openTunnelId, MCAST6_DB_ReleaseL3McMvpnTnlElbIterator},
         {"VNI", {&kOf.vr, &kOf.vrf, &kWord1}, openVni, MCAST6_DB_ReleaseL3McMvpnTnlElbIterator},
         {"source process", {&kOf.vr, &kOf.vrf, &kPid},

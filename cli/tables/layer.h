@@ -46,8 +46,8 @@ struct StoredTable {
     std::function<void(Smoothing&)> collect;
     // Deletes what is stale. Empty: nothing in it can be smoothed.
     std::function<SmoothCounts(const Smoothing&)> smooth;
-    // Deletes the members of the entries that go, and returns how many; and those of one entry. Empty: there are none, or
-    // they cannot be deleted.
+    // Deletes the members of the entries that go, and returns how many; and those of one entry. Empty: there are none,
+    // or they cannot be deleted.
     std::function<uint64_t(const Smoothing&)> smoothMembers;
     std::function<uint64_t(const EntryId&)> deleteMembers;
     std::function<void(Commands&)> addCommands;
@@ -67,8 +67,8 @@ uint64_t deleteMembers(Layer layer, EntryKind kind, const EntryId& id);
 OptionSpec versionOption();
 OptionSpec dryRunOption();
 
-// The commands of each table, and count and smooth of all of them. 'name' is typed ("l2"), 'title' stands in help texts,
-// 'filters' are options that all tables have as filters.
+// The commands of each table, and count and smooth of all of them. 'name' is typed ("l2"), 'title' stands in help
+// texts, 'filters' are options that all tables have as filters.
 void addLayer(Commands& commands, Layer layer, const char* name, const char* title,
               const std::vector<OptionSpec>& filters);
 

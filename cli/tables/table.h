@@ -1,7 +1,7 @@
 // What the tool knows of one table, as data: its columns, the filters of its displays and the queries that the library
-// offers for them. What imports use of a table as well, its operations, comes from kernel/apply. Filters are objects that
-// tables and queries refer to, so that a wrong name does not compile; wiringFaults() finds what the compiler cannot.
-// The generic commands over a table are in table_commands.h.
+// offers for them. What imports use of a table as well, its operations, comes from kernel/apply. Filters are objects
+// that tables and queries refer to, so that a wrong name does not compile; wiringFaults() finds what the compiler
+// cannot. The generic commands over a table are in table_commands.h.
 #pragma once
 
 #include <cstdint>
@@ -53,8 +53,8 @@ Column<Record> column(const char* title, const char* name, Value (*value)(const 
     return {{title, name}, value};
 }
 
-// Appends the version, where the record has one, and the times. The times are read where they lie, which is not always at a
-// multiple of their size.
+// Appends the version, where the record has one, and the times. The times are read where they lie, which is not always
+// at a multiple of their size.
 template <class Record>
 std::vector<Column<Record>> withStamps(std::vector<Column<Record>> columns, uint32_t Record::*smoothVersion = nullptr) {
     if (smoothVersion != nullptr) columns.push_back(column("VERSION", "smoothVersion", smoothVersion));
@@ -158,9 +158,9 @@ std::vector<Item> joined(std::vector<Item> items, const std::vector<Item>& furth
     return items;
 }
 
-// A way to the records of some filters; the tool itself applies the filters that a query does not take. The key finds one
-// record by the table's operation; the others have 'open' and 'release', and 'count' where the library counts without
-// walking.
+// A way to the records of some filters; the tool itself applies the filters that a query does not take. The key finds
+// one record by the table's operation; the others have 'open' and 'release', and 'count' where the library counts
+// without walking.
 template <class Record>
 struct Query {
     std::string name;
@@ -208,8 +208,8 @@ template <class Record>
 struct Table {
     const char* name;   // "l3-mfib", as typed
     const char* holds;  // what its records are, for help texts
-    // Names, codes and functions. Those that display and deletion need not, such as 'write', may be null; so may 'remove':
-    // then there is no command delete.
+    // Names, codes and functions. Those that display and deletion need not, such as 'write', may be null; so may
+    // 'remove': then there is no command delete.
     kernel::TableOperations<Record> operations;
     EntryWords<Record> entry = {};
     std::vector<Column<Record>> columns;
@@ -223,8 +223,8 @@ struct Table {
     uint32_t (*countFast)() = nullptr;
     Record blank = {};                                      // what a key has besides its filters
     std::string (*nameOf)(const Record& record) = nullptr;  // a record in messages; null: by the filters of its key
-    // Besides the entry, the query for its members wants a value of this member, which may be any of a byte; null: it finds
-    // them all at once.
+    // Besides the entry, the query for its members wants a value of this member, which may be any of a byte; null: it
+    // finds them all at once.
     uint32_t Record::*memberByte = nullptr;
 };
 

@@ -69,9 +69,9 @@ uint32_t routerOf(const Table<Record>& table, const Arguments& arguments) {
     return table.vrIsBridge ? 0 : arguments.number(table.vr->name(), 0);
 }
 
-// The VR whose names the given filters use. Without --vr it is the one that has all the names; where other VRs have names
-// too, their interfaces of the same numbers are others, and --vr joins the filters. Throws Failure when several VRs have the
-// names.
+// The VR whose names the given filters use. Without --vr it is the one that has all the names; where other VRs have
+// names too, their interfaces of the same numbers are others, and --vr joins the filters. Throws Failure when several
+// VRs have the names.
 template <class Record>
 uint32_t chooseRouter(const Tool& tool, const Table<Record>& table, const Arguments& arguments, Filters<Record>& given,
                       Record& wanted) {
@@ -268,7 +268,8 @@ void removeRecord(const Table<Record>& table, const Record& record, const std::s
     if (code != MCAST6_DB_SUCCESS) throw libraryFailure(fmt::format("{}: {}", table.name, doing), code);
 }
 
-// Deletes the records of the selection that 'isStale' picks, and returns how many; a dry run only counts them. Throws Failure.
+// Deletes the records of the selection that 'isStale' picks, and returns how many; a dry run only counts them. Throws
+// Failure.
 template <class Record, class IsStale>
 uint64_t deleteStale(const Table<Record>& table, const Selection<Record>& selection, IsStale isStale,
                      bool isDry = false) {
@@ -351,8 +352,8 @@ void smoothTable(const Tool& tool, const Table<Record>& table, const Arguments& 
     printLine("");
 }
 
-// Deletes the record with the key of 'record', which 'name' tells in messages; a record that is not there is a failure. The
-// members of an entry go first, unless they are kept.
+// Deletes the record with the key of 'record', which 'name' tells in messages; a record that is not there is a failure.
+// The members of an entry go first, unless they are kept.
 template <class Record>
 void deleteRecord(const Tool& tool, const Table<Record>& table, Record record, const std::string& name,
                   bool keepsMembers) {

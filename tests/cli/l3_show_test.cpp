@@ -1,4 +1,5 @@
-// show, count, smooth and delete of the layer-3 tables, with the filters that their iterators offer, and the members of routes.
+// show, count, smooth and delete of the layer-3 tables, with the filters that their iterators offer, and the members of
+// routes.
 #include <gtest/gtest.h>
 
 #include <fstream>

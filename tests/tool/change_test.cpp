@@ -115,7 +115,8 @@ TEST_F(FilledTables, are_smoothed_by_version_and_filters) {
 // The tables of layer 3 that smooth l3 smooths.
 bool isSmoothed(const TableFacts& facts) { return facts.isOfLayer3() && (facts.hasVersion || facts.isDeletable); }
 
-// What smooth l3 takes away from 'tables', by the rows that 'filters' pick; the entries that go take their members along.
+// What smooth l3 takes away from 'tables', by the rows that 'filters' pick; the entries that go take their members
+// along.
 Json smoothLayer(std::vector<FilledTable>& tables, uint32_t version, const Given& filters) {
     FilledTable& routes = tables.at(0);
     EXPECT_EQ(routes.facts->name, "l3-mfib");

@@ -97,8 +97,8 @@ std::set<std::string> wordsOf(const std::string& text) {
     return {std::istream_iterator<std::string>(stream), {}};
 }
 
-// What was told names a query of the table, all of whose filters were given, and leaves the others to the tool. Returns the
-// query's name.
+// What was told names a query of the table, all of whose filters were given, and leaves the others to the tool. Returns
+// the query's name.
 std::string expectTold(const TableFacts& facts, const Given& given, const std::string& told) {
     const std::string start = "mcast6ctl: " + facts.name + ": query by ";
     const std::string rest = "; the tool itself filters by ";
