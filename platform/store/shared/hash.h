@@ -1,5 +1,5 @@
-// A hash table of 32-bit references in a region: entries in one array in ascending order of their hashes, with gaps, each
-// at its home or shortly after it. The memory store's table (memory/slot_hash.h) tells the idea.
+// A hash table of 32-bit references in a region: entries in one array in ascending order of their hashes, with gaps,
+// each at its home or shortly after it. The memory store's table (memory/slot_hash.h) tells the idea.
 //
 // It knows the hash of what a reference stands for, not the thing itself: whoever looks for something compares what the
 // hash finds. Searches may meet a change under way; all else is the writer's.

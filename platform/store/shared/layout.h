@@ -19,7 +19,7 @@ namespace mcast6::store::shared {
 
 inline constexpr uint32_t kFormat = 1;
 inline constexpr uint64_t kLogAt = uint64_t{64} << 10;
-inline constexpr uint64_t kHeapAt = uint64_t{64} << 20;
+inline constexpr uint64_t kHeapAt = uint64_t{256} << 20;
 // References have a bit to spare, which tells sets of slots from slots.
 inline constexpr uint64_t kMostHeap = (uint64_t{1} << 31) * kUnit;
 inline constexpr size_t kTables = 64;

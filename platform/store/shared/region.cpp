@@ -22,7 +22,7 @@ constexpr size_t kMostLogOfTake = 128;
 // A log that is longer than this goes back to the system after the change.
 constexpr uint64_t kKeptLog = uint64_t{4} << 20;
 // Free blocks from this size on go back to the system, but for their first page.
-constexpr size_t kPunched = size_t{64} << 10;
+constexpr size_t kPunched = size_t{16} << 10;
 
 // How long a writer pauses when a reader asked for it, in microseconds.
 constexpr useconds_t kWay = 50;
@@ -269,23 +269,28 @@ Ref Region::take(size_t size) {
     const size_t whole = sizeOfClass(sizeClass);
     const Header& head = header();
     const Ref free = head.freeBlocks[sizeClass];
-    if (free == 0) {
-        const uint64_t from = head.heapUsed;
-        if (from + whole > head.heapBacked) growHeap(whole);
-        set(head.heapUsed, from + whole);
-        return static_cast<Ref>(from / kUnit);
-    }
+    if (free == 0 || !isBacked(free, whole)) return takeFromEnd(whole);
     const FreeBlock& block = view().at<FreeBlock>(free);
-    if (block.isPunched != 0) {
-        const Pages pages = pagesOf(free, whole);
-        if (pages.size != 0 && !back(pages.from, pages.size)) throw NoRoom{};
-        set(head.punchedBytes, head.punchedBytes - pages.size);
-    }
+    if (block.isPunched != 0) set(head.punchedBytes, head.punchedBytes - pagesOf(free, whole).size);
     set(head.freeBlocks[sizeClass], block.next);
     set(head.freeBytes, head.freeBytes - whole);
     // Its first words are about to be overwritten: they belong to the list if this is undone.
     log(&block, sizeof block);
     return free;
+}
+
+// Whether a free block has all its memory, or gets it now.
+bool Region::isBacked(Ref free, size_t size) {
+    if (view().at<FreeBlock>(free).isPunched == 0) return true;
+    const Pages pages = pagesOf(free, size);
+    return pages.size == 0 || back(pages.from, pages.size);
+}
+
+Ref Region::takeFromEnd(size_t size) {
+    const uint64_t from = header().heapUsed;
+    if (from + size > header().heapBacked) growHeap(size);
+    set(header().heapUsed, from + size);
+    return static_cast<Ref>(from / kUnit);
 }
 
 void Region::give(Ref block, size_t size) { given.push_back({block, classFor(size)}); }
@@ -315,6 +320,7 @@ void Region::undo() {
     setLogUsed(0);
     std::atomic_signal_fence(std::memory_order_seq_cst);
     given.clear();
+    punchable.clear();
 }
 
 void Region::undoCopy(std::byte* copy, uint64_t size, uint64_t length, uint64_t entries) {

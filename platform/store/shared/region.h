@@ -1,10 +1,10 @@
-// A region: the memory that tables lie in, in a file that every process maps or in memory of this process alone, with the
-// undo log that makes every change whole.
+// A region: the memory that tables lie in, in a file that every process maps or in memory of this process alone, with
+// the undo log that makes every change whole.
 //
 // The idea: everything in the region is read through const references, which lead into a mapping that cannot be written
-// to. What changes goes through the functions below. set(), write() and move() put the old bytes into the log before they
-// change them; init(), fill() and zero() are for blocks that this very change has taken, which nobody can reach when it
-// is undone. There is no third way: a block that is unreachable now may have been in use when the change began.
+// to. What changes goes through the functions below. set(), write() and move() put the old bytes into the log before
+// they change them; init(), fill() and zero() are for blocks that this very change has taken, which nobody can reach
+// when it is undone. There is no third way: a block that is unreachable now may have been in use when the change began.
 //
 // A change ends by commit(), whose one store that counts sets the length of the log to zero, or by undo(), which copies
 // the old bytes back from the log's end. When its process is killed in the middle, the log is still there, and whoever
@@ -48,7 +48,7 @@ public:
     // laid out like a file and must outlive the region.
     void adopt(std::byte* copy, uint64_t size);
 
-    // Maps a file of up to 'limit' bytes; the file is the region's from here on. False, with errno: it cannot be mapped.
+    // Maps a file of up to 'limit' bytes, which is the region's from here on. False, with errno: it cannot be mapped.
     bool mapFile(int descriptor, uint64_t limit, bool mayWrite);
 
     // Makes an empty region in new memory or a new file of nothing but zeros, and the lock.
@@ -178,6 +178,8 @@ private:
     void setLogUsed(uint64_t length) {
         std::atomic_ref<uint64_t>(writableHeader().logUsed).store(length, std::memory_order_relaxed);
     }
+    bool isBacked(Ref free, size_t size);
+    Ref takeFromEnd(size_t size);
     void growLog(size_t size);
     void growHeap(uint64_t size);
     bool back(uint64_t from, uint64_t size);

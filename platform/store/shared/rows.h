@@ -1,8 +1,8 @@
 // The records of a table, each in a cell that a 32-bit slot names. A record keeps its slot for life.
 //
-// Cells lie in slabs of kCells, each with a bitmap of its live cells. The directory names the slabs and tells which have
-// room; a slab without memory is one that has. New records take the lowest free slot, so that the upper slabs run empty
-// when the table shrinks; an empty slab is given back, but for one that is kept for the next record.
+// Cells lie in slabs of kCells, each with a bitmap of its live cells. The directory names the slabs and tells which
+// have room; a slab without memory is one that has. New records take the lowest free slot, so that the upper slabs run
+// empty when the table shrinks; an empty slab is given back, but for one that is kept for the next record.
 #pragma once
 
 #include <cstdint>

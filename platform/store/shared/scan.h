@@ -1,8 +1,8 @@
 // Scans of the shared store.
 //
-// A position is the slot served last, and the key in a sorted walk: plain numbers in the scan's own memory. Nothing of a
-// scan lies in the region, so nothing is left behind when its process dies, and nothing has to be told when records come
-// and go: sets and tables are walked by ascending slots, which records keep for life.
+// A position is the slot served last, and the key in a sorted walk: plain numbers in the scan's own memory. Nothing of
+// a scan lies in the region, so nothing is left behind when its process dies, and nothing has to be told when records
+// come and go: sets and tables are walked by ascending slots, which records keep for life.
 //
 // A scan copies a few records ahead and serves them while the table's sequence number stands still: one record first,
 // then twice as many each time. A change voids what was copied; the scan goes on behind the record that it served last.

@@ -2,8 +2,8 @@
 // head; insert() and erase() say where that is now.
 //
 // A set has one of three forms. A few slots are one block, some more a directory of leaves (see sorted.h). Where a set
-// holds a good part of the table's slots it is a bitmap, in chunks of kChunk bits that a directory names by their number:
-// then to find a slot, to add one and to take one out costs the same few words at any size.
+// holds a good part of the table's slots it is a bitmap, in chunks of kChunk bits that a directory names by their
+// number: then to find a slot, to add one and to take one out costs the same few words at any size.
 //
 // A scan's position in a set is the slot it served last: a plain number, which stays right whatever comes and goes.
 #pragma once

@@ -1,8 +1,8 @@
 // An ordered list of items of one size, in blocks of a region. It is known by the reference of its head, which may move
 // when the list grows or shrinks: insert() and erase() say where it is now.
 //
-// A short list is one block of items. A long one is a directory, the first item and the reference of each leaf, and leaves
-// that are a quarter full at least, but for the last. Items that come in ascending order fill their leaves.
+// A short list is one block of items. A long one is a directory, the first item and the reference of each leaf, and
+// leaves that are a quarter full at least, but for the last. Items that come in ascending order fill their leaves.
 //
 // Reading may meet a change under way; all else is the writer's.
 #pragma once

@@ -1,8 +1,8 @@
 // What readers see of a region: bytes that a writer may be changing at this very moment.
 //
-// A reader takes no lock. It looks at a sequence number before and after, and believes what it read only when the number
-// stood still. In between it may meet anything: so every reference is compared with the end of what is readable, every
-// loop has a bound, and what cannot be right ends the attempt with Torn.
+// A reader takes no lock. It looks at a sequence number before and after, and believes what it read only when the
+// number stood still. In between it may meet anything: so every reference is compared with the end of what is readable,
+// every loop has a bound, and what cannot be right ends the attempt with Torn.
 //
 // Words that a writer may be changing are read by peek() and copied by copyOut(). Both are plain loads, except for the
 // thread sanitizer, which is told that they are meant.
