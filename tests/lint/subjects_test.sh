@@ -12,7 +12,8 @@ fail() {
 }
 
 # A repository of its own, whatever the settings of whoever runs this.
-export GIT_CONFIG_GLOBAL=/dev/null GIT_CONFIG_SYSTEM=/dev/null
+touch "$work/config"
+export GIT_CONFIG_GLOBAL=$work/config GIT_CONFIG_SYSTEM=$work/config
 unset GIT_DIR GIT_WORK_TREE GIT_INDEX_FILE
 export GIT_AUTHOR_NAME=a GIT_AUTHOR_EMAIL=a@example.net GIT_COMMITTER_NAME=a GIT_COMMITTER_EMAIL=a@example.net
 git init -q "$work/repository"
