@@ -1,5 +1,5 @@
-// The names of interfaces, as imports read them from captured link lists. A link list is that of one router: its names hold
-// for one VR, and for the layer whose tables the import filled.
+// The names of interfaces, as imports read them from captured link lists. A link list is that of one router: its names
+// hold for one VR, and for the layer whose tables the import filled.
 #pragma once
 
 #include <cstdint>

@@ -18,8 +18,8 @@ enum MemberFlags : uint32_t {
     kOffload = 64,      // in switching hardware
 };
 
-// Of l2mc6_vlan_enable, which has no smooth version of its own: the fifth word lies where the switch of a bridge domain has
-// its smooth version.
+// Of l2mc6_vlan_enable, which has no smooth version of its own: the fifth word lies where the switch of a bridge domain
+// has its smooth version.
 inline constexpr uint32_t L2VlanEnableEntry::*kVlanMldVersion = &L2VlanEnableEntry::cfgWord3;
 inline constexpr uint32_t L2VlanEnableEntry::*kVlanQuerier = &L2VlanEnableEntry::cfgWord4;
 inline constexpr uint32_t L2VlanEnableEntry::*kVlanSmoothVersion = &L2VlanEnableEntry::cfgWord5;

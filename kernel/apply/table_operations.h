@@ -1,4 +1,5 @@
-// What the tool does with one table, whatever its records are: names, codes and operations, once for imports and displays alike.
+// What the tool does with one table, whatever its records are: names, codes and operations, once for imports and
+// displays alike.
 // layer2_tables.h and layer3_tables.h hold one of these for each table that an import writes.
 #pragma once
 
@@ -26,21 +27,22 @@ struct TableOperations {
     // Removes the record with this key.
     uint32_t (*remove)(const Record* record);
 
-    // Puts what the kernel tells into a stored record of the same key; the host's own members stay. Returns whether anything
-    // changed.
+    // Puts what the kernel tells into a stored record of the same key; the host's own members stay. Returns whether
+    // anything changed.
     bool (*merge)(const Record& told, Record& stored);
 
     uint32_t Record::*smoothVersion = nullptr;  // null: the record has none
     uint32_t Record::*appSrcPid = nullptr;      // the process that wrote it; null: the record has none
     uint32_t Record::*vrId = nullptr;           // null: the record belongs to no VR
 
-    // All records: an iterator, null when it could not be made; its next record (MCAST6_DB_NO_RECORD at the end); its end.
+    // All records: an iterator, null when it could not be made; its next record (MCAST6_DB_NO_RECORD at the end); its
+    // end.
     Mcast6DbRes* (*openAll)();
     uint32_t (*step)(Mcast6DbRes* iterator, Record* record);
     void (*release)(Mcast6DbRes* iterator);
 
-    // An iterator over the members of the entry that 'member' names, stepped and released as above. Null: there is none, or
-    // the key of the entry is the whole key, so that 'read' finds the one member.
+    // An iterator over the members of the entry that 'member' names, stepped and released as above. Null: there is
+    // none, or the key of the entry is the whole key, so that 'read' finds the one member.
     Mcast6DbRes* (*openMembers)(const Record* member) = nullptr;
 };
 

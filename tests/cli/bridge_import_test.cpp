@@ -267,9 +267,9 @@ TEST(BridgeImport, replaces_what_changed_and_leaves_what_vanished_to_smooth) {
     EXPECT_EQ(all[3].at("entries").at(0).at("protocol"), 4);
 }
 
-constexpr const char* kBridge =
-    R"({"ifindex":9,"ifname":"br","linkinfo":{"info_kind":"bridge","info_data":{"mcast_snooping":1,"vlan_filtering":%FILTERS%,)"
-    R"("mcast_vlan_snooping":1,"mcast_mld_version":2}}})";
+constexpr const char* kBridge = R"({"ifindex":9,"ifname":"br","linkinfo":{"info_kind":"bridge",)"
+                                R"("info_data":{"mcast_snooping":1,"vlan_filtering":%FILTERS%,)"
+                                R"("mcast_vlan_snooping":1,"mcast_mld_version":2}}})";
 
 std::string bridge(bool filters) {
     std::string text = kBridge;
@@ -298,7 +298,8 @@ TEST(BridgeImport, tells_tagged_members_and_router_ports_from_untagged_ones) {
     const std::string links =
         bridge(false) + "," + port(2, "plain") + "," +
         R"({"ifindex":3,"ifname":"e.5","master":"br","link":"e","linkinfo":{"info_kind":"vlan","info_data":{"id":5}}},)"
-        R"({"ifindex":4,"ifname":"e.5.6","master":"br","link":"e.5","linkinfo":{"info_kind":"vlan","info_data":{"id":6}}},)" +
+        R"({"ifindex":4,"ifname":"e.5.6","master":"br","link":"e.5",)"
+        R"("linkinfo":{"info_kind":"vlan","info_data":{"id":6}}},)" +
         port(5, "one") + "," + port(6, "several") + "," + port(7, "both");
     const std::string vlans =
         R"([{"ifname":"one","vlans":[{"vlan":70}]},{"ifname":"several","vlans":[{"vlan":10,"vlanEnd":12}]},)"

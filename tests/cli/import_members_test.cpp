@@ -161,8 +161,8 @@ TEST(ImportedMembers, go_to_the_table_of_their_kind_of_link) {
         {{"cfgKeyA", 0}, {"cfgKeyB", 254}, {"cfgKeyC", 2}, {"cfgWord3", 1}, {"glbVersion", 1}, {"smoothVersion", 7}});
 }
 
-// In the later capture the first route lost a VLAN device and a tunnel, the second one gained a bridge, and the any-source
-// route is gone.
+// In the later capture the first route lost a VLAN device and a tunnel, the second one gained a bridge, and the
+// any-source route is gone.
 TEST(ReimportedMembers, follow_the_capture) {
     const Outcome outcome = runScript(kindsLine("kinds", "--smooth-version 1") +
                                           kindsLine("kinds-later", "--smooth-version 2") + "smooth l3 --version 2\n" +
