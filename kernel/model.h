@@ -1,5 +1,5 @@
-// What a Linux kernel tells of its multicast state, as plain values: whether they come from a capture or from the kernel itself is
-// seen nowhere here. Links are named by their index; 0 is none.
+// What a Linux kernel tells of its multicast state, as plain values: whether they come from a capture or from the
+// kernel itself is seen nowhere here. Links are named by their index; 0 is none.
 #pragma once
 
 #include <cstdint>

@@ -1,5 +1,5 @@
-// mcast6imports: processor time and memory of an import of many routes, beside those of `jq length` on the same capture and
-// the memory of the store that it fills.
+// mcast6imports: processor time and memory of an import of many routes, beside those of `jq length` on the same capture
+// and the memory of the store that it fills.
 #include <fcntl.h>
 #include <sys/resource.h>
 #include <sys/wait.h>

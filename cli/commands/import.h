@@ -1,5 +1,5 @@
-// What every import shares: what its end tells the caller of the tool, the failures of the kernel's library as the tool's, and a
-// bar of progress.
+// What every import shares: what its end tells the caller of the tool, the failures of the kernel's library as the
+// tool's, and a bar of progress.
 #pragma once
 
 #include <cstdint>

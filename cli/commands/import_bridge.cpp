@@ -1,5 +1,5 @@
-// import bridge: the captured state of bridges that snoop MLD into the layer-2 tables. docs/bridge-import.md tells how its
-// attributes map.
+// import bridge: the captured state of bridges that snoop MLD into the layer-2 tables. docs/bridge-import.md tells how
+// its attributes map.
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -119,7 +119,8 @@ public:
     }
 
 private:
-    // Checks a list; of the groups, which may be many, what else is told of the bridges is kept, for it comes before them.
+    // Checks a list; of the groups, which may be many, what else is told of the bridges is kept, for it comes before
+    // them.
     void open(Captures capture) {
         const CaptureKind& kind = kCaptureKinds[capture];
         const std::string& path = files_.paths[capture];

@@ -1,4 +1,5 @@
-// import mroute: the kernel's IPv6 multicast routes into the layer-3 tables. docs/mcast6ctl.md tells how a route's members map.
+// import mroute: the kernel's IPv6 multicast routes into the layer-3 tables. docs/mcast6ctl.md tells how a route's
+// members map.
 #include <fmt/format.h>
 
 #include <optional>

@@ -17,7 +17,8 @@ public:
     // 'links' outlives this and has the links that are named below.
     BridgeTables(const LinkTable& links, uint32_t smoothVersion);
 
-    // Each is one group of steps, and throws TableError. How a port sends is known once its memberships of VLANs were brought.
+    // Each is one group of steps, and throws TableError. How a port sends is known once its memberships of VLANs were
+    // brought.
     void bridge(const Link& bridge);
     void vlan(const Vlan& vlan);
     void vlanPort(const VlanPort& membership);

@@ -146,8 +146,8 @@ void RouteTables::bringMember(const Entry& entry, const Link& link, Fate fateOfE
     applier_.bring(*kTable, kMake(entry, link, links_), mayBeStored ? Stored::kMaybe : Stored::kNo);
 }
 
-// Removes the members that the route does not have any more. Those of an entry that is new can only be left from one that was
-// deleted without them.
+// Removes the members that the route does not have any more. Those of an entry that is new can only be left from one
+// that was deleted without them.
 template <auto kTable, auto kMake>
 void RouteTables::removeVanished(const Entry& entry, const Route& route, Fate fateOfEntry) {
     if (fateOfEntry == Fate::kNew ? !applier_.heldAny(*kTable) : !applier_.mayHoldAny(*kTable)) return;

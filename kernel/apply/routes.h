@@ -12,17 +12,17 @@ namespace mcast6::kernel {
 
 class RouteTables {
 public:
-    // All records belong to the VR. 'links', which outlives this, tells the kinds of outgoing interfaces; one that it does not have
-    // is a plain interface.
+    // All records belong to the VR. 'links', which outlives this, tells the kinds of outgoing interfaces; one that it
+    // does not have is a plain interface.
     RouteTables(const LinkTable& links, uint32_t vrId, uint32_t smoothVersion);
 
-    // One group of steps: the configuration of the VRF when this is its first route, the forwarding entry, and its members,
-    // each in the table of its kind of link. The tables whose records have no smooth version hold just these members of the
-    // route afterwards; the others keep what 'smooth' deletes. A route that cannot forward brings its VRF's configuration
-    // alone. Returns the fate of the forwarding entry. Throws TableError.
+    // One group of steps: the configuration of the VRF when this is its first route, the forwarding entry, and its
+    // members, each in the table of its kind of link. The tables whose records have no smooth version hold just these
+    // members of the route afterwards; the others keep what 'smooth' deletes. A route that cannot forward brings its
+    // VRF's configuration alone. Returns the fate of the forwarding entry. Throws TableError.
     //
-    // 'isFirst': no route with the same table, source and group was given before. Then nothing is looked up in tables that were
-    // empty before the first route.
+    // 'isFirst': no route with the same table, source and group was given before. Then nothing is looked up in tables
+    // that were empty before the first route.
     Fate route(const Route& route, bool isFirst = false);
 
     TableChanges changes() const { return applier_.changes(); }

@@ -11,8 +11,8 @@ struct StoredVersion {
     uint32_t smoothVersion;
 };
 
-// The first record of the layer-3 tables found in the VR, or of the layer-2 tables, that has a higher version than this. Throws
-// TableError.
+// The first record of the layer-3 tables found in the VR, or of the layer-2 tables, that has a higher version than
+// this. Throws TableError.
 std::optional<StoredVersion> newerRoutes(uint32_t vrId, uint32_t smoothVersion);
 std::optional<StoredVersion> newerBridges(uint32_t smoothVersion);
 

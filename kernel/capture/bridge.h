@@ -28,8 +28,8 @@ struct VlanRange {
 // The VLANs of an entry, mostly one.
 VlanRange readVlanRange(const Json& vlan);
 
-// What an entry of `bridge vlan global show` tells of a VLAN of the bridge 'bridge'; what one of `bridge vlan show` tells of a
-// membership of the port 'port'. The VLANs are those of readVlanRange.
+// What an entry of `bridge vlan global show` tells of a VLAN of the bridge 'bridge'; what one of `bridge vlan show`
+// tells of a membership of the port 'port'. The VLANs are those of readVlanRange.
 Vlan readVlan(const Json& vlan, std::string_view bridge, const LinkList& links);
 VlanPort readVlanPort(const Json& vlan, std::string_view port, const LinkList& links);
 

@@ -20,8 +20,8 @@ std::string shownJson(const Json& value);
 // The member of this name, the last of several; null: there is none, or 'entry' is no object.
 const Json* findMember(const Json& entry, std::string_view name);
 
-// Members of 'entry'. They throw Refused: the entry is no object, or the member is missing or of another type. Texts live as
-// long as the entry.
+// Members of 'entry'. They throw Refused: the entry is no object, or the member is missing or of another type. Texts
+// live as long as the entry.
 bool hasMember(const Json& entry, const char* name);
 std::string_view textMember(const Json& entry, const char* name);
 uint32_t numberMember(const Json& entry, const char* name);

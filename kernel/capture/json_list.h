@@ -1,6 +1,6 @@
-// A capture as the list that it is, entry by entry. It is read twice: first all of it is checked, so that a text that is cut off
-// or wrong brings nothing at all, then its entries are delivered. Memory is bounded by the largest entry, which may have
-// kLargestEntry bytes of text and be nested kDeepest levels deep, the list itself among them.
+// A capture as the list that it is, entry by entry. It is read twice: first all of it is checked, so that a text that
+// is cut off or wrong brings nothing at all, then its entries are delivered. Memory is bounded by the largest entry,
+// which may have kLargestEntry bytes of text and be nested kDeepest levels deep, the list itself among them.
 #pragma once
 
 #include <cstdint>
@@ -37,7 +37,8 @@ public:
     // Whether the input was a lone "[".
     bool wasLoneBracket() const { return loneBracket_; }
 
-    // Delivers what was checked. An entry is delivered after its rows, without them. Values live until the call returns.
+    // Delivers what was checked. An entry is delivered after its rows, without them. Values live until the call
+    // returns.
     void read(const Visit& atEntry, const Visit& atRow = {});
 
 private:

@@ -20,11 +20,12 @@ public:
 
     const LinkTable& links() const { return links_; }
 
-    // Whether the capture has the details of links: without `-d`, VLANs, bridges and tunnels look like plain interfaces.
+    // Whether the capture has the details of links: without `-d`, VLANs, bridges and tunnels look like plain
+    // interfaces.
     bool isDetailed() const { return detailed_ || links_.empty(); }
 
-    // The link of this name, which the member 'member' of an entry gives. Throw Refused when there is none, it is no bridge, or
-    // no port of 'bridge'.
+    // The link of this name, which the member 'member' of an entry gives. Throw Refused when there is none, it is no
+    // bridge, or no port of 'bridge'.
     const Link& named(const char* member, std::string_view name) const;
     const Link& bridgeNamed(const char* member, std::string_view name) const;
     const Link& portNamed(const char* member, std::string_view name, const Link& bridge) const;

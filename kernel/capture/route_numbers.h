@@ -1,5 +1,5 @@
-// Which entry of a capture had a route first. Exact, and small beside what the same routes take in the tables: 40 bytes for a
-// route, and 16 to 32 for finding it.
+// Which entry of a capture had a route first. Exact, and small beside what the same routes take in the tables: 40 bytes
+// for a route, and 16 to 32 for finding it.
 #pragma once
 
 #include <cstdint>
@@ -12,7 +12,8 @@ namespace mcast6::kernel {
 
 class RouteNumbers {
 public:
-    // The number of the entry that had the table, source and group of 'route' before; 0 when none had, and then this is the one.
+    // The number of the entry that had the table, source and group of 'route' before; 0 when none had, and then this is
+    // the one.
     uint64_t firstOf(const Route& route, uint64_t number);
 
 private:

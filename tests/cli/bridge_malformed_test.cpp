@@ -11,7 +11,8 @@ namespace {
 
 constexpr const char* kLinks =
     R"([{"ifindex":1,"ifname":"br","linkinfo":{"info_kind":"bridge","info_data":{"mcast_snooping":1}}},)"
-    R"({"ifindex":2,"ifname":"p","master":"br"},{"ifindex":3,"ifname":"q","master":"br"},{"ifindex":4,"ifname":"stray"}])";
+    R"({"ifindex":2,"ifname":"p","master":"br"},{"ifindex":3,"ifname":"q","master":"br"},)"
+    R"({"ifindex":4,"ifname":"stray"}])";
 constexpr const char* kGood = R"({"dev":"br","port":"p","grp":"ff0e::1","state":"temp","flags":[]})";
 constexpr const char* kLast = R"({"dev":"br","port":"q","grp":"ff0e::2","state":"temp","flags":[]})";
 

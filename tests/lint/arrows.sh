@@ -28,7 +28,8 @@ allowedFor() {
     esac
 }
 
-# The file of this tree that FILE means by NAME, with .in if a build makes it from that; nothing for a header from elsewhere.
+# The file of this tree that FILE means by NAME, with .in if a build makes it from that; nothing for a header from
+# elsewhere.
 resolve() {
     local file=$1 name=$2 base
     for base in "${file%/*}/" "" include/ platform/include/; do
