@@ -172,10 +172,11 @@ TEST_F(File, NamesAreNamesAndPathsArePaths) {
         EXPECT_EQ(shared::pathOf(name, reason), "");
         EXPECT_NE(reason, "") << name;
     }
-    file.options.path = "/no/such/directory/store";
-    EXPECT_NE(refusal().find("/no/such/directory/store: cannot be opened"), std::string::npos);
-    file.options.path = "/dev/null";
+    ASSERT_EQ(mkfifo(file.options.path.c_str(), 0600), 0);
     EXPECT_NE(refusal().find("no regular file"), std::string::npos);
+    file.remove();
+    file.options.path += "/no/such/directory";
+    EXPECT_NE(refusal().find("/no/such/directory: cannot be opened"), std::string::npos);
 }
 
 // Bytes of a finished file at random: a reader answers something or fails, and comes back.
