@@ -182,7 +182,9 @@ double timeOf(const F& f) {
 
 TEST_F(Stopped, ReadersSeeTheStateBeforeAndGoOn) {
     bool isInside = false;
-    for (int attempt = 0; attempt < 20 && !isInside; ++attempt) {
+    for (int attempt = 0; attempt < 100 && !isInside; ++attempt) {
+        // Those of attempts that came too early or too late are none of this one's.
+        const uint64_t recoveries = store->recoveries();
         Child writer([this] { writeAndStop(); });
         ASSERT_TRUE(writer.isStopped());
         isInside = shared::peek(store->regionForTests().header().logUsed) > 0;
@@ -203,7 +205,7 @@ TEST_F(Stopped, ReadersSeeTheStateBeforeAndGoOn) {
             std::printf("beside a stopped writer a count took %.3f ms\n", milliseconds);
             // The writer may have committed some rounds before it was stopped: every round ends in the same state.
             EXPECT_EQ(seen, digest(*reader));
-            EXPECT_EQ(store->regionForTests().header().recoveries, 0U);
+            EXPECT_EQ(store->recoveries(), recoveries);
             EXPECT_GT(counted, 0U);
         }
         const uint64_t seen = digest(*reading);
@@ -214,7 +216,7 @@ TEST_F(Stopped, ReadersSeeTheStateBeforeAndGoOn) {
         uint64_t counted = 0;
         const double milliseconds = timeOf([&] { ASSERT_EQ(store->count(kOddTable, counted), Answer::done); });
         std::printf("a look that recovers took %.3f ms\n", milliseconds);
-        EXPECT_EQ(store->recoveries(), 1U);
+        EXPECT_EQ(store->recoveries(), recoveries + 1);
         EXPECT_EQ(store->check(), "");
         EXPECT_EQ(digest(*store), seen);
         EXPECT_EQ(digest(*reading), seen);
