@@ -151,7 +151,9 @@ Answer SharedStore::erase(uint32_t table, const std::byte* key) {
     return answer;
 }
 
-Answer SharedStore::get(uint32_t table, const std::byte* key, std::byte* row) {
+Answer SharedStore::get(uint32_t table, const std::byte* key, std::byte* row) { return read(table, key, row); }
+
+Answer SharedStore::read(uint32_t table, const std::byte* key, std::byte* row) {
     const Table& from = *tables[table];
     if (!from.primaryShape().accepts(key)) return Answer::absent;
     const uint32_t hash = from.primaryShape().hash(key);
@@ -211,7 +213,7 @@ Answer SharedStore::begin(std::unique_ptr<Transaction>& transaction) {
 }
 
 Answer SharedStore::readCommitted(uint32_t table, const std::byte* key, std::byte* row) {
-    return SharedStore::get(table, key, row);
+    return read(table, key, row);
 }
 
 Answer SharedStore::countCommitted(uint32_t table, uint64_t& records) { return SharedStore::count(table, records); }
