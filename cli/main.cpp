@@ -1,4 +1,7 @@
 // mcast6ctl: imports captured state into the tables, and shows, counts and ages what they hold.
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <exception>
 #include <string>
 #include <vector>
@@ -28,8 +31,18 @@ ExitCode run(const std::vector<std::string>& words) {
     return tool.outcome;
 }
 
-int report(const char* message, int exitCode) {
-    complain(message);
+// Standard streams that the caller closed become ones that can be neither read nor written: a file or a store opened in
+// their place would get what is meant for them.
+void holdStandardStreams() {
+    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        if (fcntl(stream, F_GETFD) != -1) continue;
+        // The lowest free number, which is this one.
+        open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+    }
+}
+
+int report(const std::string& message, const std::vector<std::string>& notes, int exitCode) {
+    complain(message, notes);
     if (exitCode == kWrongUsage) complain("`mcast6ctl --help` and `mcast6ctl COMMAND --help` tell what there is");
     return exitCode;
 }
@@ -37,13 +50,14 @@ int report(const char* message, int exitCode) {
 }  // namespace
 
 int main(int count, char** texts) {
+    holdStandardStreams();
     int exitCode = kDone;
     try {
         exitCode = run({texts + 1, texts + count});
     } catch (const Failure& failure) {
-        exitCode = report(failure.what(), failure.exitCode());
+        exitCode = report(failure.what(), failure.notes(), failure.exitCode());
     } catch (const std::exception& error) {
-        exitCode = report(error.what(), kFailed);
+        exitCode = report(error.what(), {}, kFailed);
     }
     mcast6_platform_close();
     return exitCode;

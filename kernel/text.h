@@ -28,7 +28,12 @@ std::optional<uint32_t> parseRoutingTable(std::string_view text);
 // Seconds since 1970 as "2026-03-31 09:05:00" (UTC); "-" for 0.
 std::string timeText(uint64_t seconds);
 
-// Text from a file as a message or a table can show it: control characters as \xNN.
+// Whether a terminal can be given 'text' as it is: valid UTF-8 without control characters, characters that change the
+// direction of writing, line separators and invisible ones.
+bool isPrintable(std::string_view text);
+
+// 'text' as a message or a table can show it. An ASCII control character and a byte that is not valid UTF-8 become \xNN,
+// another character that is not printable \uNNNN or \UNNNNNNNN. What is printable, the result included, stays as it is.
 std::string printable(std::string_view text);
 
 // The same of a value in a message, where a long one is cut after 80 characters: "abc... (70000 characters)".

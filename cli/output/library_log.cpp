@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "cli/failure.h"
+#include "cli/output/output.h"
 #include "mcast6_db/context.h"
 #include "mcast6_platform/engine.h"
 
@@ -25,10 +26,7 @@ __attribute__((format(printf, 3, 4))) void logLine(uint32_t level, uint32_t logI
     va_start(arguments, format);
     std::vsnprintf(line, sizeof line, format, arguments);
     va_end(arguments);
-    if (printLines) {
-        std::fflush(stdout);
-        fmt::print(stderr, "log level {} id 0x{:08X}: {}\n", level, logId, line);
-    }
+    if (printLines) printNote(fmt::format("log level {} id 0x{:08X}: {}", level, logId, line));
     if (keptLines.size() == kLinesKept) keptLines.erase(keptLines.begin());
     keptLines.emplace_back(line);
 }
@@ -64,9 +62,10 @@ const char* meaning(uint32_t code) {
     }
 }
 
-std::string withLogLines(std::string message) {
-    for (const std::string& line : takeLibraryLog()) message += "\n  library: " + line;
-    return message;
+Failure withLogLines(const std::string& message) {
+    std::vector<std::string> notes = takeLibraryLog();
+    for (std::string& note : notes) note.insert(0, "library: ");
+    return Failure(message, kFailed, std::move(notes));
 }
 
 }  // namespace
@@ -81,9 +80,9 @@ void printLibraryLog(bool print) { printLines = print; }
 std::vector<std::string> takeLibraryLog() { return std::exchange(keptLines, {}); }
 
 Failure libraryFailure(const std::string& operation, uint32_t code) {
-    return Failure(withLogLines(fmt::format("{} answered {} ({})", operation, code, meaning(code))));
+    return withLogLines(fmt::format("{} answered {} ({})", operation, code, meaning(code)));
 }
 
-Failure libraryFailure(const std::string& operation) { return Failure(withLogLines(operation + " failed")); }
+Failure libraryFailure(const std::string& operation) { return withLogLines(operation + " failed"); }
 
 }  // namespace mcast6::ctl

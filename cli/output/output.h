@@ -1,4 +1,6 @@
 // What commands print on standard output: aligned tables for people, or with --json one document a line for programs.
+// Text from files and command lines may be given as it is: cells, lines and messages are escaped here (printable() in
+// kernel/text.h), and JSON is valid UTF-8.
 #pragma once
 
 #include <cstdint>
@@ -48,7 +50,7 @@ private:
     bool first_ = true;
 };
 
-// Lines of aligned cells; a column of numbers is aligned on the right.
+// Lines of aligned cells, as UTF-8; a column of numbers is aligned on the right.
 class TextTable {
 public:
     explicit TextTable(std::vector<std::string> titles);
@@ -93,12 +95,15 @@ private:
     uint64_t rows_ = 0;
 };
 
-// Writes to standard output. finishOutput throws Failure when any of it was lost.
-void print(std::string_view text);
+// Writes to standard output. finishOutput throws Failure when any of it was lost, print when the command was interrupted.
+void print(std::string_view text);  // as it is
 void printLine(std::string_view text);
+void flushOutput();
 void finishOutput();
 
-// A line on standard error, after everything that standard output was given before.
-void complain(std::string_view line);
+// A line on standard error, after everything that standard output was given before, and its notes, each on a line below.
+void complain(std::string_view line, const std::vector<std::string>& notes = {});
+// The same without the tool's name.
+void printNote(std::string_view line);
 
 }  // namespace mcast6::ctl

@@ -41,13 +41,14 @@ std::string shellWord(const std::string& word) {
 
 }  // namespace
 
-Outcome run(const std::vector<std::string>& words, const std::string& input, const std::string& directory) {
+Outcome run(const std::vector<std::string>& words, const std::string& input, const std::string& directory,
+            const std::string& redirections) {
     const fs::path in = writeFile("stdin", input);
     const fs::path out = scratch() / "stdout";
     const fs::path err = scratch() / "stderr";
     std::string command = "cd " + shellWord(directory) + " && " + shellWord(MCAST6_CTL);
     for (const std::string& word : words) command += " " + shellWord(word);
-    command += " <" + shellWord(in) + " >" + shellWord(out) + " 2>" + shellWord(err);
+    command += " <" + shellWord(in) + " >" + shellWord(out) + " 2>" + shellWord(err) + " " + redirections;
     const int status = std::system(command.c_str());
     return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, readFile(out), readFile(err)};
 }

@@ -19,8 +19,10 @@ struct Outcome {
     std::string err;
 };
 
-// 'words' are the tool's arguments; 'input' is its standard input; it runs in 'directory'.
-Outcome run(const std::vector<std::string>& words, const std::string& input = "", const std::string& directory = ".");
+// 'words' are the tool's arguments; 'input' is its standard input; it runs in 'directory'. 'redirections' are the shell's,
+// after those that make the outcome: "2>&-" closes standard error.
+Outcome run(const std::vector<std::string>& words, const std::string& input = "", const std::string& directory = ".",
+            const std::string& redirections = "");
 
 // A line of shell in which $CTL is the tool.
 Outcome runShell(const std::string& line);
