@@ -13,6 +13,7 @@ using kernel::Fate;
 using kernel::FateCounts;
 using kernel::isAnyAddress;
 using kernel::isMulticastAddress;
+using kernel::isPrintable;
 using kernel::kFates;
 using kernel::kMainTable;
 using kernel::Link;

@@ -20,6 +20,7 @@ ExitCode run(const std::vector<std::string>& words) {
     ProcessOptions process;
     const Invocation invocation = parseCommandLine(words, Settings{}, &process);
     Tool tool;
+    tool.hasNewStore = process.store.starts_with("memory:");
     if (invocation.command != nullptr) {
         installLibraryLog();
         if (mcast6_platform_open(process.store.c_str()) != 0) {

@@ -2,72 +2,127 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <cstdio>
+#include <exception>
+#include <string>
 #include <string_view>
-#include <utility>
+#include <vector>
 
-#include "cli/commands/import.h"
+#include "cli/commands/line_input.h"
+#include "cli/failure.h"
 #include "cli/options/command.h"
 #include "cli/options/command_line.h"
 #include "cli/options/words.h"
+#include "cli/output/interrupt.h"
 #include "cli/output/output.h"
 #include "kernel/capture/input.h"
 
 namespace mcast6::ctl {
 namespace {
 
-std::vector<std::string_view> splitLines(std::string_view text) {
-    std::vector<std::string_view> lines;
-    while (!text.empty()) {
-        const size_t end = std::min(text.find('\n'), text.size());
-        lines.push_back(text.substr(0, end));
-        text.remove_prefix(std::min(end + 1, text.size()));
-    }
-    return lines;
-}
+constexpr const char* kPrompt = "mcast6> ";
 
 // JSON documents stay alone on standard output.
 void echoLine(const Tool& tool, std::string_view line) {
-    if (tool.settings.json) return complain(line);
-    printLine(fmt::format("> {}", line));
+    std::string spaced(line);
+    std::replace(spaced.begin(), spaced.end(), '\t', ' ');
+    if (tool.settings.json) return complain(spaced);
+    printLine(fmt::format("> {}", spaced));
 }
 
-void runScriptLine(Tool& tool, std::string_view line, bool echo) {
-    const std::vector<std::string> words = splitWords(line);
-    if (words.empty()) return;
-    if (words.front() == "script") throw UsageError("a script cannot run another one");
-    if (echo && words.front() != "say") echoLine(tool, line);
-    runLine(tool, words);
+bool endsScript(const std::vector<std::string>& words) {
+    return words.size() == 1 && (words.front() == "quit" || words.front() == "exit");
 }
 
-std::string readInput(const std::string& path) {
-    std::string text;
-    asFailure([&] {
-        kernel::Input input(path);
-        char block[4096];
-        while (const size_t count = input.read(block, sizeof block)) text.append(block, count);
-    });
-    return text;
+// A script may be written on one system and read on another.
+std::string_view withoutByteOrderMark(std::string_view line) {
+    constexpr std::string_view kMark = "\xEF\xBB\xBF";
+    if (line.starts_with(kMark)) line.remove_prefix(kMark.size());
+    return line;
 }
 
-void runScript(Tool& tool, const Arguments& arguments) {
-    const std::string& path = arguments.text("FILE");
-    const std::string text = readInput(path);
-    size_t number = 0;
-    size_t failed = 0;
-    for (const std::string_view line : splitLines(text)) {
-        ++number;
-        try {
-            runScriptLine(tool, line, arguments.has("echo"));
-        } catch (const Failure& failure) {
-            const std::string message = fmt::format("{}:{}: {}", kernel::inputName(path), number, failure.what());
-            if (!arguments.has("keep-going")) throw Failure(message, failure.exitCode());
-            complain(message);
-            ++failed;
+class Script {
+public:
+    Script(Tool& tool, const Arguments& arguments)
+        : tool_(tool),
+          name_(kernel::inputName(arguments.text("FILE"))),
+          isStandardInput_(arguments.text("FILE") == "-"),
+          echo_(arguments.has("echo")),
+          input_(arguments.text("FILE")),
+          keepGoing_(arguments.has("keep-going") || input_.isInteractive()) {}
+
+    void run() {
+        tool_.inScript = true;
+        const InterruptGuard guard(input_.isInteractive());
+        while (const auto line = input_.next([this] { beforeWaiting(); })) {
+            ++number_;
+            try {
+                if (!runLine(number_ == 1 ? withoutByteOrderMark(*line) : *line)) break;
+            } catch (const Failure& failure) {
+                fail(failure);
+            } catch (const std::exception& error) {
+                fail(Failure(error.what()));
+            }
+        }
+        if (input_.isInteractive()) {
+            if (input_.hasEnded()) printLine("");
+            tool_.outcome = kDone;
+        } else if (failed_ > 0) {
+            throw Failure(fmt::format("{}: {} of its commands failed", name_, failed_));
         }
     }
-    if (failed > 0) throw Failure(fmt::format("{}: {} of its commands failed", kernel::inputName(path), failed));
-}
+
+private:
+    // Who gives the next line may wait for the answers to those before.
+    void beforeWaiting() {
+        if (input_.isInteractive()) print(takeInterrupt() ? std::string("\n") + kPrompt : kPrompt);
+        flushOutput();
+    }
+
+    // False: the line ends the script.
+    bool runLine(std::string_view line) {
+        if (line.starts_with("\x1f\x8b")) {
+            throw Failure("the script is compressed; give `zcat FILE | mcast6ctl script -` what it holds");
+        }
+        const std::vector<std::string> words = splitWords(line);
+        if (words.empty()) return true;
+        if (endsScript(words)) return false;
+        if (echo_ && words.front() != "say") echoLine(tool_, line);
+        const Invocation invocation = parseCommandLine(words, tool_.settings, nullptr);
+        if (invocation.command != nullptr && invocation.command->verb == "script") {
+            throw UsageError("a script cannot run another one");
+        }
+        if (isStandardInput_ && invocation.command != nullptr && readsStandardInput(invocation)) {
+            throw UsageError("standard input is the script, so that nothing else can be read from it: name a file");
+        }
+        runInvocation(tool_, invocation);
+        return true;
+    }
+
+    static bool readsStandardInput(const Invocation& invocation) {
+        const Command& command = *invocation.command;
+        return command.verb == "import" &&
+               std::any_of(command.options.begin(), command.options.end(),
+                           [&](const OptionSpec& option) { return invocation.arguments.text(option.name) == "-"; });
+    }
+
+    void fail(const Failure& failure) {
+        const Failure told = input_.isInteractive() ? failure : failure.in(fmt::format("{}:{}", name_, number_));
+        if (!keepGoing_) throw told;
+        complain(told.what(), told.notes());
+        ++failed_;
+    }
+
+    Tool& tool_;
+    std::string name_;
+    bool isStandardInput_;
+    bool echo_;
+    LineInput input_;
+    bool keepGoing_;
+    size_t number_ = 0;
+    size_t failed_ = 0;
+};
+
+void runScript(Tool& tool, const Arguments& arguments) { Script(tool, arguments).run(); }
 
 void say(Tool& tool, const Arguments& arguments) {
     const std::string& text = arguments.text("TEXT");
@@ -80,13 +135,14 @@ void say(Tool& tool, const Arguments& arguments) {
 }  // namespace
 
 void addScript(Commands& commands) {
-    commands.push_back({"script",
-                        "",
-                        "Run the commands of a file, one a line, on one store",
-                        {positional("FILE", "The script; - is standard input"),
-                         flagOption("echo", "Print each command before it runs"),
-                         flagOption("keep-going", "Go on after a command that fails")},
-                        runScript});
+    commands.push_back(
+        {"script",
+         "",
+         "Run the commands of a file, one a line, on one store",
+         {positional("FILE", "The script; - is standard input, on a terminal with a prompt; quit or exit ends it"),
+          flagOption("echo", "Print each command before it runs"),
+          flagOption("keep-going", "Go on after a command that fails")},
+         runScript});
     commands.push_back({"say", "", "Print a text, as a heading in a script", {positional("TEXT", "The text")}, say});
 }
 

@@ -4,6 +4,8 @@
 #include <fmt/format.h>
 
 #include <iterator>
+#include <string>
+#include <string_view>
 
 #include "cli/options/command.h"
 #include "cli/output/library_log.h"
@@ -74,13 +76,14 @@ RowPrinter list(const Tool& tool, std::string_view member, std::vector<ColumnHea
     return rows;
 }
 
-void finish(const Tool& tool, RowPrinter& rows, const char* title) {
+void finish(const Tool& tool, RowPrinter& rows, const char* title, const std::string& footnote = "") {
     if (tool.settings.json) {
         rows.json().endArray();
     } else {
         printLine(rows.rows() == 0 ? fmt::format("{}: none", title) : fmt::format("{}:", title));
     }
     rows.finish();
+    if (!footnote.empty()) printLine(footnote);
     if (!tool.settings.json && rows.rows() > 0) printLine("");
 }
 
@@ -98,13 +101,52 @@ void showErrors(const Tool& tool) {
     finish(tool, rows, "Error statistics of the library");
 }
 
-void showNumbers(const Tool& tool, const char* member, const char* title, uint64_t (*value)(uint32_t),
-                 const char* (*name)(uint32_t)) {
-    RowPrinter rows = list(tool, member, {{"ID", "id"}, {"WHAT", "name"}, {"COUNT", "count"}});
+constexpr std::string_view kCreated = ": objects created";
+constexpr std::string_view kReleased = ": objects released";
+constexpr const char* kReleasedNote =
+    "more released than created, and none missing: a fast scan uses an object that the library keeps; making it is not "
+    "counted, giving it back after each scan is counted as a release";
+
+uint64_t countOfName(const std::string& name) {
     for (uint32_t id = 0; id < MCAST6_PLATFORM_COUNTERS; ++id) {
-        if (value(id) > 0) rows.row({uint64_t{id}, nameOrNone(name(id)), value(id)});
+        const char* known = mcast6_platform_counter_name(id);
+        if (known != nullptr && known == name) return mcast6_platform_counter(id);
     }
-    finish(tool, rows, title);
+    return 0;
+}
+
+// What a reader of this counter should know; null: nothing.
+const char* counterNote(uint32_t id) {
+    const char* known = mcast6_platform_counter_name(id);
+    std::string name = known == nullptr ? "" : known;
+    if (!name.ends_with(kReleased)) return nullptr;
+    name.replace(name.size() - kReleased.size(), kReleased.size(), kCreated);
+    return mcast6_platform_counter(id) > countOfName(name) ? kReleasedNote : nullptr;
+}
+
+void showCounters(const Tool& tool) {
+    RowPrinter rows = list(tool, "counters", {{"ID", "id"}, {"WHAT", "name"}, {"COUNT", "count"}, {nullptr, "note"}});
+    bool noted = false;
+    for (uint32_t id = 0; id < MCAST6_PLATFORM_COUNTERS; ++id) {
+        const uint64_t count = mcast6_platform_counter(id);
+        if (count == 0) continue;
+        const char* name = mcast6_platform_counter_name(id);
+        const char* note = counterNote(id);
+        const bool isMarked = note != nullptr && !tool.settings.json;
+        const Value called = isMarked ? Value(fmt::format("{} (*)", name)) : nameOrNone(name);
+        rows.row({uint64_t{id}, called, count, nameOrNone(note)});
+        noted = noted || isMarked;
+    }
+    finish(tool, rows, "Diagnostic counters", noted ? fmt::format("(*) {}", kReleasedNote) : "");
+}
+
+void showIndicators(const Tool& tool) {
+    RowPrinter rows = list(tool, "kpi", {{"ID", "id"}, {"WHAT", "name"}, {"COUNT", "count"}});
+    for (uint32_t id = 0; id < MCAST6_PLATFORM_COUNTERS; ++id) {
+        const uint64_t count = mcast6_platform_kpi(id);
+        if (count > 0) rows.row({uint64_t{id}, nameOrNone(mcast6_platform_kpi_name(id)), count});
+    }
+    finish(tool, rows, "Key performance indicators");
 }
 
 void showStats(Tool& tool, const Arguments& arguments) {
@@ -112,9 +154,9 @@ void showStats(Tool& tool, const Arguments& arguments) {
     if (json) print("{");
     showErrors(tool);
     if (json) print(",");
-    showNumbers(tool, "counters", "Diagnostic counters", mcast6_platform_counter, mcast6_platform_counter_name);
+    showCounters(tool);
     if (json) print(",");
-    showNumbers(tool, "kpi", "Key performance indicators", mcast6_platform_kpi, mcast6_platform_kpi_name);
+    showIndicators(tool);
     const uint64_t removed = mcast6_platform_trap_count();
     const uint64_t memory = mcast6_platform_memory();
     if (json) {

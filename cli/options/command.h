@@ -28,6 +28,9 @@ struct Tool {
     LinkNames links;  // what displays and options name interfaces by
     // How the tool ends when no command fails: the highest of what the commands set.
     ExitCode outcome = kDone;
+    // The store is this process's memory, and no command has put anything into it or was told so.
+    bool hasNewStore = false;
+    bool inScript = false;
 };
 
 enum class OptionKind {

@@ -1,11 +1,14 @@
 #include "cli/options/command_line.h"
 
 #include <CLI/CLI.hpp>
-#include <algorithm>
+#include <list>
 #include <map>
+#include <memory>
+#include <optional>
 #include <sstream>
 #include <utility>
 
+#include "cli/options/advice.h"
 #include "cli/output/library_log.h"
 #include "cli/output/output.h"
 #include "mcast6_db/version.h"
@@ -14,14 +17,6 @@ namespace mcast6::ctl {
 namespace {
 
 constexpr const char* kVersion = "mcast6ctl " MCAST6_DB_VERSION;
-
-// One command on the command line; the map keeps the texts where the parser puts them.
-struct Offered {
-    const Command* command;
-    CLI::App* app;
-    std::map<std::string, std::string> texts;
-    std::map<std::string, CLI::Option*> options;
-};
 
 const std::map<std::string, const char*> kVerbHelp = {
     {"import", "Bring captured state into the tables"},
@@ -32,18 +27,13 @@ const std::map<std::string, const char*> kVerbHelp = {
     {"delete", "Delete an entry of a table"},
 };
 
-void offerOptions(Offered& offered) {
-    for (const OptionSpec& spec : offered.command->options) {
-        const std::string name = spec.kind == OptionKind::kPositional ? spec.name : "--" + spec.name;
-        CLI::Option* option = spec.kind == OptionKind::kFlag
-                                  ? offered.app->add_flag(name, spec.help)
-                                  : offered.app->add_option(name, offered.texts[spec.name], spec.help);
-        if (spec.kind == OptionKind::kValue) option->type_name(spec.placeholder);
-        if (spec.kind == OptionKind::kPositional) option->type_name("");
-        if (spec.required) option->required();
-        offered.options[spec.name] = option;
-    }
-}
+// One command on the command line; the map keeps the texts where the parser puts them.
+struct Offered {
+    const Command* command;
+    CLI::App* app;
+    std::map<std::string, std::string> texts;
+    std::map<std::string, CLI::Option*> options;
+};
 
 CLI::App* childNamed(CLI::App& parent, const std::string& name, const std::string& help) {
     for (CLI::App* known : parent.get_subcommands([&](CLI::App* app) { return app->get_name() == name; })) return known;
@@ -52,90 +42,153 @@ CLI::App* childNamed(CLI::App& parent, const std::string& name, const std::strin
     return child;
 }
 
-std::vector<std::unique_ptr<Offered>> offerCommands(CLI::App& app) {
-    std::vector<std::unique_ptr<Offered>> all;
-    for (const Command& command : allCommands()) {
+// Understands command lines of some commands, one after the other.
+class Parser {
+public:
+    // 'process': the line may have the options of the process.
+    Parser(const std::vector<const Command*>& commands, bool process)
+        : app_("Operator's tool of the IPv6 multicast tables", "mcast6ctl"), process_(process) {
+        app_.require_subcommand(1);
+        app_.fallthrough();
+        offerSettings();
+        for (const Command* command : commands) offerCommand(*command);
+    }
+    Parser(const Parser&) = delete;
+    Parser& operator=(const Parser&) = delete;
+
+    Invocation parse(const std::vector<std::string>& words, const Settings& before) {
+        given_ = {};
+        Invocation invocation;
+        try {
+            app_.parse(std::vector<std::string>(words.rbegin(), words.rend()));
+            for (const Offered& offered : offered_) {
+                if (offered.app->parsed() > 0) takeArguments(offered, words, invocation);
+            }
+        } catch (const CLI::ParseError& error) {
+            std::ostringstream text;
+            const bool withCommand = !app_.get_subcommands().empty() || app_.remaining_size(true) > 0;
+            const bool isVersion = dynamic_cast<const CLI::CallForVersion*>(&error) != nullptr;
+            if (app_.exit(error, text, text) != 0 || (isVersion && withCommand)) {
+                const std::string told = isVersion ? "--version goes without a command" : error.what();
+                throw UsageError(whatIsWrong(words, allCommands(), process_).value_or(told));
+            }
+            invocation.text = text.str();
+            return invocation;
+        }
+        invocation.settings = {given_.json || before.json, given_.verbose || before.verbose, given_.log || before.log};
+        return invocation;
+    }
+
+    const std::string& store() const { return store_; }
+
+private:
+    void offerSettings() {
+        app_.add_flag("--json", given_.json, "Print JSON, one document a line");
+        app_.add_flag("--verbose", given_.verbose,
+                      "Tell on standard error how queries are answered, and all refused entries");
+        app_.add_flag("--log", given_.log, "Print the library's log on standard error");
+        if (!process_) return;
+        app_.add_option("--store", store_, "The store that holds the tables: memory: (this process alone)")
+            ->type_name("URI");
+        app_.set_version_flag("--version", kVersion);
+    }
+
+    void offerCommand(const Command& command) {
         const auto verbHelp = kVerbHelp.find(command.verb);
-        CLI::App* place = childNamed(app, command.verb, verbHelp == kVerbHelp.end() ? command.help : verbHelp->second);
+        CLI::App* place = childNamed(app_, command.verb, verbHelp == kVerbHelp.end() ? command.help : verbHelp->second);
         if (!command.object.empty()) {
             place->require_subcommand(1);
             place = childNamed(*place, command.object, command.help);
         }
-        auto offered = std::make_unique<Offered>();
-        offered->command = &command;
-        offered->app = place;
-        offerOptions(*offered);
-        all.push_back(std::move(offered));
+        offerOptions(offered_.emplace_back(Offered{&command, place, {}, {}}));
     }
+
+    static void offerOptions(Offered& offered) {
+        for (const OptionSpec& spec : offered.command->options) {
+            const std::string name = spec.kind == OptionKind::kPositional ? spec.name : "--" + spec.name;
+            CLI::Option* option = spec.kind == OptionKind::kFlag
+                                      ? offered.app->add_flag(name, spec.help)
+                                      : offered.app->add_option(name, offered.texts[spec.name], spec.help);
+            if (spec.kind == OptionKind::kValue) option->type_name(spec.placeholder);
+            if (spec.kind == OptionKind::kPositional) option->type_name("");
+            if (spec.required) option->required();
+            offered.options[spec.name] = option;
+        }
+    }
+
+    void takeArguments(const Offered& offered, const std::vector<std::string>& words, Invocation& invocation) const {
+        invocation.command = offered.command;
+        for (const OptionSpec& spec : offered.command->options) {
+            const CLI::Option* option = offered.options.at(spec.name);
+            if (option->count() == 0 || (spec.kind == OptionKind::kFlag && !option->as<bool>())) continue;
+            const auto text = offered.texts.find(spec.name);
+            const std::string given = text == offered.texts.end() ? "" : text->second;
+            // The parser takes the next option for the value that was forgotten.
+            const bool doubtful = spec.kind == OptionKind::kValue && given.starts_with("--");
+            const auto wrong = doubtful ? whatIsWrong(words, allCommands(), process_) : std::nullopt;
+            if (wrong) throw UsageError(*wrong);
+            invocation.arguments.set(spec.name, given);
+        }
+    }
+
+    CLI::App app_;
+    bool process_;
+    Settings given_;
+    std::string store_ = ProcessOptions().store;
+    std::list<Offered> offered_;
+};
+
+// The command that the first words name exactly; null: a longer look is needed.
+const Command* namedCommand(const std::vector<std::string>& words) {
+    if (words.empty()) return nullptr;
+    for (const Command& command : allCommands()) {
+        if (command.verb != words[0]) continue;
+        if (command.object.empty() || (words.size() > 1 && command.object == words[1])) return &command;
+    }
+    return nullptr;
+}
+
+// What a parser for these words must know: making one of all commands takes longer than most commands.
+std::vector<const Command*> commandsFor(const Command* named) {
+    if (named != nullptr) return {named};
+    std::vector<const Command*> all;
+    for (const Command& command : allCommands()) all.push_back(&command);
     return all;
 }
 
-void offerSettings(CLI::App& app, Settings& settings) {
-    app.add_flag("--json", settings.json, "Print JSON, one document a line");
-    app.add_flag("--verbose", settings.verbose,
-                 "Tell on standard error how queries are answered, and all refused entries");
-    app.add_flag("--log", settings.log, "Print the library's log on standard error");
+// The parser of a script's lines that name this command, kept for the next such line.
+Parser& lineParser(const Command* named) {
+    static std::map<const Command*, std::unique_ptr<Parser>> kept;
+    std::unique_ptr<Parser>& parser = kept[named];
+    if (!parser) parser = std::make_unique<Parser>(commandsFor(named), false);
+    return *parser;
 }
 
-// The parser misses a command, and obeys the option --version, before it looks at the word that stands in a command's place.
-std::string explain(const CLI::App& app, const CLI::ParseError& error) {
-    const bool isVersion = dynamic_cast<const CLI::CallForVersion*>(&error) != nullptr;
-    const bool missing = dynamic_cast<const CLI::RequiredError*>(&error) != nullptr;
-    if (!missing && !isVersion && dynamic_cast<const CLI::ExtrasError*>(&error) == nullptr) return error.what();
-    // The innermost command that was understood.
-    const CLI::App* place = &app;
-    while (!place->get_subcommands().empty()) place = place->get_subcommands().front();
-    const bool complete = place->get_require_subcommand_min() == 0;
-    const std::string path = place == &app ? "" : " after '" + place->get_name() + "'";
-    const std::vector<std::string> unknown = app.remaining(true);
-    if (unknown.empty() && complete) return isVersion ? "--version goes without a command" : error.what();
-    if (unknown.empty()) return "no command is given" + path;
-    const std::string word = "'" + unknown.front() + "'";
-    if (unknown.front().starts_with('-')) return "unknown option " + word + path;
-    return (complete ? "unexpected " : "unknown command ") + word + path;
+// `help show l3-mfib` asks for what `show l3-mfib --help` tells.
+std::vector<std::string> withHelpOption(const std::vector<std::string>& words) {
+    if (words.empty() || words.front() != "help") return words;
+    std::vector<std::string> asked(words.begin() + 1, words.end());
+    asked.emplace_back("--help");
+    return asked;
 }
 
-// 'settings' is where the parser put what was given; what was set already stays.
-Settings joined(const Settings& given, const Settings& before) {
-    return {given.json || before.json, given.verbose || before.verbose, given.log || before.log};
+bool fillsTables(const Command& command) { return command.verb == "import" || command.verb == "set"; }
+
+// Whoever looks for what another process imported should not have to wonder.
+bool wondersAtNewStore(const Tool& tool, const Command& command) {
+    if (!tool.hasNewStore) return false;
+    return command.verb == "show" || (!tool.inScript && (command.verb == "count" || command.verb == "smooth"));
 }
 
 }  // namespace
 
-Invocation parseCommandLine(const std::vector<std::string>& words, const Settings& settings, ProcessOptions* process) {
-    CLI::App app("Operator's tool of the IPv6 multicast tables", "mcast6ctl");
-    app.require_subcommand(1);
-    app.fallthrough();
-    Settings given;
-    offerSettings(app, given);
-    if (process != nullptr) {
-        app.add_option("--store", process->store, "The store that holds the tables: memory: (this process alone)")
-            ->type_name("URI");
-        app.set_version_flag("--version", kVersion);
-    }
-    const auto all = offerCommands(app);
-    Invocation invocation;
-    try {
-        std::vector<std::string> reversed(words.rbegin(), words.rend());
-        app.parse(std::move(reversed));
-    } catch (const CLI::ParseError& error) {
-        std::ostringstream text;
-        const bool withCommand = !app.get_subcommands().empty() || app.remaining_size(true) > 0;
-        const bool isVersion = dynamic_cast<const CLI::CallForVersion*>(&error) != nullptr;
-        if (app.exit(error, text, text) != 0 || (isVersion && withCommand)) throw UsageError(explain(app, error));
-        invocation.text = text.str();
-        return invocation;
-    }
-    invocation.settings = joined(given, settings);
-    for (const auto& offered : all) {
-        if (!offered->app->parsed()) continue;
-        invocation.command = offered->command;
-        for (const OptionSpec& spec : offered->command->options) {
-            const CLI::Option* option = offered->options.at(spec.name);
-            if (option->count() == 0 || (spec.kind == OptionKind::kFlag && !option->as<bool>())) continue;
-            invocation.arguments.set(spec.name, offered->texts[spec.name]);
-        }
-    }
+Invocation parseCommandLine(const std::vector<std::string>& typed, const Settings& settings, ProcessOptions* process) {
+    const std::vector<std::string> words = withHelpOption(typed);
+    const Command* named = namedCommand(words);
+    if (process == nullptr) return lineParser(named).parse(words, settings);
+    Parser parser(commandsFor(named), true);
+    Invocation invocation = parser.parse(words, settings);
+    process->store = parser.store();
     return invocation;
 }
 
@@ -144,6 +197,7 @@ void runInvocation(Tool& tool, const Invocation& invocation) {
     if (invocation.command == nullptr) return;
     const Settings before = std::exchange(tool.settings, invocation.settings);
     printLibraryLog(tool.settings.log);
+    if (fillsTables(*invocation.command)) tool.hasNewStore = false;
     try {
         invocation.command->run(tool, invocation.arguments);
     } catch (...) {
@@ -151,11 +205,13 @@ void runInvocation(Tool& tool, const Invocation& invocation) {
         throw;
     }
     takeLibraryLog();
+    if (wondersAtNewStore(tool, *invocation.command)) {
+        complain(
+            "the store memory: lives in one process, and nothing was imported in this one: "
+            "run the import and this command in one `mcast6ctl script -`");
+        tool.hasNewStore = false;
+    }
     tool.settings = before;
-}
-
-void runLine(Tool& tool, const std::vector<std::string>& words) {
-    runInvocation(tool, parseCommandLine(words, tool.settings, nullptr));
 }
 
 }  // namespace mcast6::ctl

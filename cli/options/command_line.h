@@ -25,9 +25,6 @@ struct Invocation {
 // options of the process. Throws UsageError.
 Invocation parseCommandLine(const std::vector<std::string>& words, const Settings& settings, ProcessOptions* process);
 
-// Runs a line of a script in 'tool', whose settings hold for it besides its own. Throws Failure.
-void runLine(Tool& tool, const std::vector<std::string>& words);
-
 // Runs what was understood. Throws Failure.
 void runInvocation(Tool& tool, const Invocation& invocation);
 
