@@ -39,8 +39,8 @@ public:
     explicit UsageError(const std::string& message) : Failure(message, kWrongUsage) {}
 };
 
-// A library operation answered 'code'. The message carries the code's meaning, the notes the library's log lines since the
-// last successful command.
+// A library operation answered 'code'. The message carries the code's meaning, the notes the library's log lines since
+// the last successful command.
 Failure libraryFailure(const std::string& operation, uint32_t code);
 
 // The same for an operation that tells a failure by a null pointer.

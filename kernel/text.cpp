@@ -17,7 +17,8 @@ struct Character {
     bool isValid = false;
 };
 
-// The UTF-8 character that 'text' begins with; one byte that is not valid where it begins with none. 'text' is not empty.
+// The UTF-8 character that 'text' begins with; one byte that is not valid where it begins with none. 'text' is not
+// empty.
 Character firstCharacter(std::string_view text) {
     constexpr std::array<char32_t, 5> kSmallestOfSize = {0, 0, 0x80, 0x800, 0x10000};
     const auto first = static_cast<unsigned char>(text.front());

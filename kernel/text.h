@@ -32,8 +32,9 @@ std::string timeText(uint64_t seconds);
 // direction of writing, line separators and invisible ones.
 bool isPrintable(std::string_view text);
 
-// 'text' as a message or a table can show it. An ASCII control character and a byte that is not valid UTF-8 become \xNN,
-// another character that is not printable \uNNNN or \UNNNNNNNN. What is printable, the result included, stays as it is.
+// 'text' as a message or a table can show it. An ASCII control character and a byte that is not valid UTF-8 become
+// \xNN, another character that is not printable \uNNNN or \UNNNNNNNN. What is printable, the result included, stays as
+// it is.
 std::string printable(std::string_view text);
 
 // The same of a value in a message, where a long one is cut after 80 characters: "abc... (70000 characters)".

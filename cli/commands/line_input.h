@@ -23,8 +23,8 @@ public:
     // Whether the last line was handed out.
     bool hasEnded() const { return ended_ && start_ == text_.size(); }
 
-    // The next line without its end, which lives until the next call; nothing after the last one. Before it waits for input,
-    // and again when a signal ended the wait, it calls 'waiting'. Throws Failure.
+    // The next line without its end, which lives until the next call; nothing after the last one. Before it waits for
+    // input, and again when a signal ended the wait, it calls 'waiting'. Throws Failure.
     std::optional<std::string_view> next(const std::function<void()>& waiting);
 
 private:

@@ -5,8 +5,8 @@
 
 namespace mcast6::ctl {
 
-// While one lives, the first SIGINT makes the command that runs fail at its next output, and a second one before that ends
-// the process. There is one at a time.
+// While one lives, the first SIGINT makes the command that runs fail at its next output, and a second one before that
+// ends the process. There is one at a time.
 class InterruptGuard {
 public:
     explicit InterruptGuard(bool active);

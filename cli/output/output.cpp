@@ -19,8 +19,8 @@
 namespace mcast6::ctl {
 namespace {
 
-// Names and messages come from files and command lines. What a terminal must not be given is escaped, so that it keeps its
-// value; bytes that are not valid UTF-8 become U+FFFD.
+// Names and messages come from files and command lines. What a terminal must not be given is escaped, so that it keeps
+// its value; bytes that are not valid UTF-8 become U+FFFD.
 std::string jsonString(std::string_view text) {
     const bool plain = isPrintable(text);
     if (plain && text.find_first_of("\"\\") == std::string_view::npos) return fmt::format("\"{}\"", text);

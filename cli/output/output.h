@@ -95,13 +95,15 @@ private:
     uint64_t rows_ = 0;
 };
 
-// Writes to standard output. finishOutput throws Failure when any of it was lost, print when the command was interrupted.
+// Writes to standard output. finishOutput throws Failure when any of it was lost, print when the command was
+// interrupted.
 void print(std::string_view text);  // as it is
 void printLine(std::string_view text);
 void flushOutput();
 void finishOutput();
 
-// A line on standard error, after everything that standard output was given before, and its notes, each on a line below.
+// A line on standard error, after everything that standard output was given before, and its notes, each on a line
+// below.
 void complain(std::string_view line, const std::vector<std::string>& notes = {});
 // The same without the tool's name.
 void printNote(std::string_view line);

@@ -19,8 +19,8 @@ struct Outcome {
     std::string err;
 };
 
-// 'words' are the tool's arguments; 'input' is its standard input; it runs in 'directory'. 'redirections' are the shell's,
-// after those that make the outcome: "2>&-" closes standard error.
+// 'words' are the tool's arguments; 'input' is its standard input; it runs in 'directory'. 'redirections' are the
+// shell's, after those that make the outcome: "2>&-" closes standard error.
 Outcome run(const std::vector<std::string>& words, const std::string& input = "", const std::string& directory = ".",
             const std::string& redirections = "");
 
@@ -49,7 +49,8 @@ std::string importLine(const std::string& folder, const std::string& options = "
 // The line that imports the bridges of a sample.
 std::string importBridgeLine(const std::string& folder, const std::string& options = "");
 
-// The entry of a list of objects whose member 'name' is 'value'; null, and the test fails, when there is not exactly one.
+// The entry of a list of objects whose member 'name' is 'value'; null, and the test fails, when there is not exactly
+// one.
 Json only(const Json& list, const char* name, const Json& value);
 
 }  // namespace mcast6::ctl::test

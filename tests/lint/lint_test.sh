@@ -46,7 +46,7 @@ freshTree() {
     cd - >/dev/null
 }
 
-for lint in arrows words fences; do
+for lint in arrows words fences columns; do
     freshTree
     accepts "$lint" "$work/tree" "a tree as it should be"
     accepts "$lint" "$here/../.." "this tree"
