@@ -107,7 +107,7 @@ private:
 
     void fail(const Failure& failure) {
         const Failure told = input_.isInteractive() ? failure : failure.in(fmt::format("{}:{}", name_, number_));
-        if (!keepGoing_) throw told;
+        if (!keepGoing_) throw Failure(told);
         complain(told.what(), told.notes());
         ++failed_;
     }

@@ -168,7 +168,7 @@ private:
         for (const OptionSpec& spec : command_->options) {
             if (spec.kind != OptionKind::kPositional) known.push_back(spec.name);
         }
-        const std::string unknown = fmt::format("unknown {} after '{}'", option, called(*command_));
+        std::string unknown = fmt::format("unknown {} after '{}'", option, called(*command_));
         const Names near = nearest(name, known);
         if (!near.empty()) return unknown + didYouMean(near, "--");
         if (positionalOf(*command_) > positional_) return unknown + "; a text that begins with - stands after --";

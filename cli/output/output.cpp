@@ -1,11 +1,10 @@
 #include "cli/output/output.h"
 
 #include <fmt/format.h>
-#include <locale.h>
-#include <wchar.h>
 
 #include <algorithm>
 #include <cerrno>
+#include <clocale>
 #include <cstdio>
 #include <cstring>
 #include <cwchar>
