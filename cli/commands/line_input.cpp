@@ -8,6 +8,7 @@
 #include <cstring>
 
 #include "cli/failure.h"
+#include "cli/output/interrupt.h"
 #include "kernel/capture/input.h"
 
 namespace mcast6::ctl {
@@ -55,10 +56,12 @@ bool LineInput::readMore(const std::function<void()>& waiting) {
     start_ = 0;
     char block[kBlock];
     ssize_t size = 0;
-    do {
+    for (;;) {
         waiting();
+        if (interactive_ && !waitForInput(file_)) continue;
         size = read(file_, block, sizeof block);
-    } while (size < 0 && errno == EINTR);
+        if (size >= 0 || errno != EINTR) break;
+    }
     if (size < 0) throw Failure(fmt::format("{}: {}", name_, std::strerror(errno)));
     ended_ = size == 0;
     text_.append(block, static_cast<size_t>(size));

@@ -1,5 +1,9 @@
 #include "cli/output/interrupt.h"
 
+#include <poll.h>
+
+#include <cerrno>
+
 #include "cli/failure.h"
 
 namespace mcast6::ctl {
@@ -36,6 +40,21 @@ bool takeInterrupt() {
 
 void failIfInterrupted() {
     if (takeInterrupt()) throw Failure("interrupted");
+}
+
+// The signal is held back but for the wait itself: one that came between a look at 'interrupted' and the wait would be
+// noticed only after the next input.
+bool waitForInput(int file) {
+    sigset_t held;
+    sigset_t before;
+    sigemptyset(&held);
+    sigaddset(&held, SIGINT);
+    pthread_sigmask(SIG_BLOCK, &held, &before);
+    pollfd waited{file, POLLIN, 0};
+    while (interrupted == 0 && ppoll(&waited, 1, nullptr, &before) < 0 && errno == EINTR) {
+    }
+    pthread_sigmask(SIG_SETMASK, &before, nullptr);
+    return interrupted == 0;
 }
 
 }  // namespace mcast6::ctl

@@ -25,4 +25,7 @@ bool takeInterrupt();
 // Throws Failure when SIGINT came since the last call.
 void failIfInterrupted();
 
+// Waits until 'file' can be read; false when SIGINT came, before the wait or in it.
+bool waitForInput(int file);
+
 }  // namespace mcast6::ctl

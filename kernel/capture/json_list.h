@@ -48,7 +48,6 @@ private:
     uint64_t entries_ = 0;
     uint64_t rows_ = 0;
     bool loneBracket_ = false;
-    bool begun_ = false;
 };
 
 }  // namespace mcast6::kernel

@@ -47,7 +47,9 @@ bool Table::prepareStep(BatchStep& step) {
     if (wanted.kind == Step::Kind::erase) return true;
     if (wanted.kind == Step::Kind::replace) return prepareStandIn(step, wanted.row, allIndexes);
     uint64_t touched = 0;
-    for (uint64_t rest = wanted.fields; rest != 0; rest &= rest - 1) touched |= indexesOf[std::countr_zero(rest)];
+    for (uint64_t rest = wanted.fields; rest != 0; rest &= rest - 1) {
+        touched |= indexesOf[static_cast<size_t>(std::countr_zero(rest))];
+    }
     if (touched == 0) return true;
     std::array<std::byte, schema::kMaxRecordSize> changed;
     std::memcpy(changed.data(), slabs.row(step.slot), schema.recordSize);

@@ -128,7 +128,7 @@ std::string HashView::check(uint64_t& bytes, const Each& each) const {
         if (from > place || from < lastGap) return "an entry that is not found from its home";
         last = entry.hash;
         ++count;
-        const std::string wrong = each(entry.hash, entry.ref);
+        std::string wrong = each(entry.hash, entry.ref);
         if (!wrong.empty()) return wrong;
     }
     return count == head.count ? "" : "the count of a hash";

@@ -164,7 +164,8 @@ public:
             return;
         }
         const Ref leaf = directory(view, list)[leafOf(view, list, item)].leaf;
-        for (uint32_t offset = 0; offset < kLeafBytes && offset < 256; offset += 64) view.prefetch(leaf, offset);
+        constexpr uint32_t kNear = std::min(kLeafBytes, 256U);
+        for (uint32_t offset = 0; offset < kNear; offset += 64) view.prefetch(leaf, offset);
     }
 
     // Checks the list by itself and calls each(item); adds the bytes of its blocks. Tells what is wrong, or nothing.

@@ -463,7 +463,7 @@ std::string Table::checkMembers(const View& view, uint32_t index, uint32_t hash,
         one(ref);
         return wrong;
     }
-    const std::string bad = SlotSet::check(view, ref & ~kSet, bytes, one);
+    std::string bad = SlotSet::check(view, ref & ~kSet, bytes, one);
     if (!bad.empty()) return bad;
     if (SlotSet::count(view, ref & ~kSet) < 2) return "a set of less than two records";
     if (!hasSample) return "a sample that is not in its set";
