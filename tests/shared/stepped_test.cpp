@@ -54,7 +54,7 @@ private:
 
 class Watcher {
 public:
-    Watcher(const std::byte* region, Progress& writer) : live(region), progress(writer) {}
+    explicit Watcher(const std::byte* region) : live(region) {}
 
     // Calls f(offset, size) for what a change may have touched.
     template <class F>
@@ -98,7 +98,6 @@ public:
 
 private:
     const std::byte* const live;
-    Progress& progress;
     Scratch last;
     Scratch copy;
 };
@@ -160,7 +159,7 @@ TEST_P(Stepped, EveryInstructionLeavesTheStateBeforeOrAfter) {
     }
     auto* const progress = shareWithChildren<Progress>();
     ASSERT_NE(progress, nullptr);
-    Watcher watcher(reinterpret_cast<const std::byte*>(&store->regionForTests().header()), *progress);
+    Watcher watcher(reinterpret_cast<const std::byte*>(&store->regionForTests().header()));
 
     writer = fork();
     ASSERT_GE(writer, 0);
